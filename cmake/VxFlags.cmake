@@ -1,0 +1,23 @@
+# Compile and link flags that all our targets share. They stay out of the export set: link the
+# target as $<BUILD_INTERFACE:vx_flags>.
+add_library(vx_flags INTERFACE)
+target_compile_features(vx_flags INTERFACE cxx_std_20)
+target_compile_options(vx_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+    $<$<BOOL:${VX_WERROR}>:-Werror>
+    # Source paths in error locations and debug information are relative to the project.
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+    # Without it a second copy of a library shares the first copy's function-local statics.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+
+if(VX_SANITIZE)
+    target_compile_options(vx_flags INTERFACE -fsanitize=${VX_SANITIZE} -fno-omit-frame-pointer)
+    target_link_options(vx_flags INTERFACE -fsanitize=${VX_SANITIZE})
+elseif(NOT VX_FUZZER)
+    # Undefined symbols fail the link. The sanitizers of clang leave theirs open on purpose.
+    target_link_options(vx_flags INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:LINKER:-z,defs>)
+endif()
+if(VX_FUZZER)
+    target_compile_options(vx_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer)
+    target_link_options(vx_flags INTERFACE -fsanitize=address,undefined)
+endif()
