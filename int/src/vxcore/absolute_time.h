@@ -1,0 +1,36 @@
+#pragma once
+
+#include "vxcore/export.h"
+#include "vxcore/tick_count.h"
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace vxcore {
+
+/// A moment: ticks of 100 ns since 1970-01-01T00:00:00Z, without leap seconds. Default: that
+/// moment.
+///
+/// The text is ISO 8601 in UTC, such as 2026-11-24T14:46:20.5Z, with as many digits of the second
+/// as it needs, at most seven. Years outside 0 to 9999 carry a sign. Conversions from and to
+/// `std::chrono` are in vxcore/chrono.h.
+class VXCORE_API AbsoluteTime : public impl::TickCount<AbsoluteTime> {
+  public:
+    constexpr AbsoluteTime() noexcept = default;
+
+    constexpr explicit AbsoluteTime(long long ticks) noexcept : TickCount(ticks) {}
+
+    static AbsoluteTime now() noexcept;
+
+    /// Reads the text form; an offset such as +02:00 may stand in place of Z.
+    ///
+    /// @return false when `text` is no such moment or out of range; `time` is unchanged then.
+    static bool parse(std::string_view text, AbsoluteTime & time) noexcept;
+
+    std::string as_string() const;
+};
+
+VXCORE_API std::ostream & operator<<(std::ostream & stream, AbsoluteTime const & time);
+
+} // namespace vxcore

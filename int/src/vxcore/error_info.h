@@ -1,0 +1,88 @@
+#pragma once
+
+#include "vxcore/error_code.h"
+#include "vxcore/error_params.h"
+#include "vxcore/ref_count_ptr.h"
+#include "vxcore/source_location.h"
+
+#include <exception>
+#include <iosfwd>
+#include <string>
+
+namespace vxcore {
+
+/// One failure as data: a code, a message with its parameters, the place, and what led to it.
+///
+/// Immutable and shared: any number of threads may hold and read one. The message is a template in
+/// which `{@name}` stands for the parameter `name`; each placeholder is replaced once, an unknown
+/// name stays as it is, and a parameter's value is not searched again. The filled text is made with
+/// the info, so reading it never fails; it is at most 16 times as long as message and values, and
+/// placeholders that would lead beyond that stay.
+///
+/// A chain of nested infos may be of any length and is destroyed without recursion.
+class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
+  public:
+    using Ptr = RefCountPtr<ErrorInfo const>;
+
+    /// @param code  Its name must outlive the info, as that of a constant does.
+    static Ptr create(ErrorCode const & code, SourceString message, ErrorParams params,
+                      SourceLocation location, Ptr nested = nullptr);
+
+    /// As above, for a code that is not a constant of the program (one that came in a stream, say):
+    /// the info keeps the name, and `code()` is good for as long as the info lives.
+    static Ptr create_with_own_code(SourceString code, SourceString message, ErrorParams params,
+                                    SourceLocation location, Ptr nested = nullptr);
+
+    /// The info that `e` carries when it is an ErrorException, that very object; else a new one of
+    /// the code "error.vxcore.exception" whose text is `e.what()`.
+    static Ptr from_exception(std::exception const & e, SourceLocation location);
+
+    ErrorCode const & code() const noexcept { return m_code; }
+
+    /// The message as written, with its placeholders.
+    SourceString const & message() const noexcept { return m_message; }
+
+    /// The message with its placeholders filled.
+    std::string const & text() const noexcept { return m_text; }
+
+    ErrorParams const & params() const noexcept { return m_params; }
+
+    SourceLocation const & location() const noexcept { return m_location; }
+
+    /// What led to this failure; may be null.
+    Ptr const & nested() const noexcept { return m_nested; }
+
+    /// True when this info's own code is `code` or below it by a dot. Nested infos do not count.
+    bool matches(ErrorCode const & code) const noexcept { return m_code.is_within(code); }
+
+    /// Over code, message, parameters and the nested chain; equal infos have equal hashes.
+    unsigned int hash() const noexcept;
+
+    /// Order by code, message and parameters, then down the nested chain; a chain that ends first
+    /// orders first. Negative, 0 or positive. The location does not count.
+    int compare(ErrorInfo const & other) const noexcept;
+
+    bool operator==(ErrorInfo const & other) const noexcept { return compare(other) == 0; }
+
+    /// One line for the failure and one for its place, then the same for each nested info.
+    virtual void write_trace(std::ostream & stream) const;
+
+  protected:
+    ErrorInfo(SourceString code, SourceString message, ErrorParams params, SourceLocation location,
+              Ptr nested);
+    ~ErrorInfo() override;
+
+  private:
+    SourceString const m_codeName;
+    ErrorCode const m_code;
+    SourceString const m_message;
+    ErrorParams const m_params;
+    SourceLocation const m_location;
+    Ptr m_nested;
+    std::string const m_text;
+};
+
+/// `write_trace` of the info.
+VXCORE_API std::ostream & operator<<(std::ostream & stream, ErrorInfo const & info);
+
+} // namespace vxcore

@@ -1,0 +1,27 @@
+#pragma once
+
+namespace vxcore {
+
+/// A source of bytes that is read once, from front to back.
+///
+/// An interface: it is not destroyed through, see `InterfacePtr`.
+class IReadStream {
+  public:
+    /// Copies the next bytes to `buffer` and gives their number, which is below `size` only at the
+    /// end of the stream.
+    virtual unsigned int read(void * buffer, unsigned int size) = 0;
+
+    /// Passes over the next bytes and gives their number, as `read` does.
+    virtual unsigned int skip(unsigned int size) = 0;
+
+    /// The bytes left, or -1 when the stream does not know.
+    virtual long long size() const = 0;
+
+  protected:
+    IReadStream() = default;
+    IReadStream(IReadStream const &) = default;
+    IReadStream & operator=(IReadStream const &) = default;
+    ~IReadStream() = default;
+};
+
+} // namespace vxcore

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "vxcore/export.h"
+#include "vxcore/tick_count.h"
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace vxcore {
+
+/// A span of time in ticks of 100 ns, of either sign. Default: none.
+///
+/// The text is an ISO 8601 duration of days, hours, minutes and seconds, such as P1DT2H3M4.5S, PT0S
+/// or -PT1.5S.
+class VXCORE_API RelativeTime : public impl::TickCount<RelativeTime> {
+  public:
+    constexpr RelativeTime() noexcept = default;
+
+    constexpr explicit RelativeTime(long long ticks) noexcept : TickCount(ticks) {}
+
+    /// Reads the text form; weeks (P2W) are taken too.
+    ///
+    /// @return false when `text` is no such span or out of range; `time` is unchanged then.
+    static bool parse(std::string_view text, RelativeTime & time) noexcept;
+
+    std::string as_string() const;
+};
+
+VXCORE_API std::ostream & operator<<(std::ostream & stream, RelativeTime const & time);
+
+} // namespace vxcore

@@ -1,0 +1,81 @@
+#include "vxcore/static_instance.h"
+
+#include "vxcore/error_codes.h"
+#include "vxcore/error_exception.h"
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+namespace vxcore::impl {
+
+namespace {
+
+struct Registration {
+    StaticInstanceBase::Cleanup function;
+    void * argument;
+
+    bool operator==(Registration const &) const = default;
+};
+
+/// Made by the first registration and so before every instance that is in it.
+class CleanupList {
+  public:
+    ~CleanupList() {
+        while (!m_registrations.empty()) {
+            Registration const last = m_registrations.back();
+            m_registrations.pop_back();
+            last.function(last.argument);
+        }
+        sm_ended = true;
+    }
+
+    void add(Registration registration) {
+        std::lock_guard const lock(m_mutex);
+        m_registrations.push_back(registration);
+    }
+
+    void remove(Registration registration) noexcept {
+        std::lock_guard const lock(m_mutex);
+        auto const found =
+            std::find(m_registrations.rbegin(), m_registrations.rend(), registration);
+        if (found != m_registrations.rend()) {
+            m_registrations.erase(std::next(found).base());
+        }
+    }
+
+    /// Set for ever once the list is gone: instances of other libraries may outlive it.
+    static inline bool sm_ended = false;
+
+  private:
+    std::mutex m_mutex;
+    std::vector<Registration> m_registrations;
+};
+
+CleanupList & cleanup_list() {
+    static CleanupList list;
+    return list;
+}
+
+} // namespace
+
+void StaticInstanceBase::register_cleanup_aux(Cleanup function, void * argument) {
+    // An instance made later than that is only ended by its own destructor.
+    if (!CleanupList::sm_ended) {
+        cleanup_list().add({function, argument});
+    }
+}
+
+void StaticInstanceBase::unregister_cleanup_aux(Cleanup function, void * argument) noexcept {
+    if (!CleanupList::sm_ended) {
+        cleanup_list().remove({function, argument});
+    }
+}
+
+void StaticInstanceBase::throw_destroyed_error() {
+    throw_error(error::vxcore_destroyed,
+                SourceString("A static object was used after its end", true),
+                VXCORE_LOCATION("vxcore::impl::StaticInstanceBase::throw_destroyed_error()"));
+}
+
+} // namespace vxcore::impl

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "vxcore/export.h"
+
+#include <new>
+#include <utility>
+
+namespace vxcore {
+
+namespace impl {
+
+/// What all static instances share: the list of clean-ups that run when the process ends.
+class VXCORE_API StaticInstanceBase {
+  public:
+    using Cleanup = void (*)(void * argument) noexcept;
+
+    /// Has `function(argument)` called when this library unloads. Clean-ups run in the reverse
+    /// order of their registration. A registration that comes later than that is ignored.
+    static void register_cleanup_aux(Cleanup function, void * argument);
+
+    /// Takes one registration of that pair back; does nothing when there is none.
+    static void unregister_cleanup_aux(Cleanup function, void * argument) noexcept;
+
+    /// Raises "error.vxcore.destroyed".
+    [[noreturn]] static void throw_destroyed_error();
+};
+
+} // namespace impl
+
+/// An object with static storage that tells an access after its end from a good one.
+///
+/// The object is built with the instance and destroyed at unload, with the instance or by the
+/// clean-up list of this library, whichever comes first. From then on `get_ptr()` is null and every
+/// other access raises "error.vxcore.destroyed".
+template <typename T>
+class StaticInstance : public impl::StaticInstanceBase {
+  public:
+    template <typename... Args>
+    explicit StaticInstance(Args &&... args) {
+        m_object = ::new (static_cast<void *>(m_storage)) T(std::forward<Args>(args)...);
+        try {
+            register_cleanup_aux(&StaticInstance::clean_up, this);
+        } catch (...) {
+            destroy();
+            throw;
+        }
+    }
+
+    StaticInstance(StaticInstance const &) = delete;
+    StaticInstance & operator=(StaticInstance const &) = delete;
+
+    ~StaticInstance() {
+        unregister_cleanup_aux(&StaticInstance::clean_up, this);
+        destroy();
+    }
+
+    T * get_ptr() const noexcept { return m_object; }
+
+    T & get() const {
+        if (m_object == nullptr) {
+            throw_destroyed_error();
+        }
+        return *m_object;
+    }
+
+    T & operator*() const { return get(); }
+
+    T * operator->() const { return &get(); }
+
+    /// Ends the object early.
+    void destroy() noexcept {
+        if (T * const object = std::exchange(m_object, nullptr)) {
+            object->~T();
+        }
+    }
+
+  private:
+    static void clean_up(void * argument) noexcept {
+        static_cast<StaticInstance *>(argument)->destroy();
+    }
+
+    alignas(T) unsigned char m_storage[sizeof(T)];
+    T * m_object = nullptr;
+};
+
+} // namespace vxcore

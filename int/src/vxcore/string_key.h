@@ -1,0 +1,82 @@
+#pragma once
+
+#include "vxcore/export.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace vxcore {
+
+namespace impl {
+struct StringToken;
+}
+
+/// A handle on an interned string: equal strings share one token, so two keys compare by address.
+///
+/// Tokens are counted and given back when the last key on them goes. The empty string has no token.
+///
+/// Cost. Making a key hashes its text and takes one lock among many; make keys once and keep them. A
+/// copy is one atomic count. Comparing, hashing and moving touch no characters and no lock.
+///
+/// Threads. Keys may be made, copied and dropped in any thread; one key object is a plain value.
+class VXCORE_API StringKey {
+  public:
+    constexpr StringKey() noexcept = default;
+
+    /// Interns `text`.
+    ///
+    /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes. std::bad_alloc: no memory.
+    explicit StringKey(std::string_view text);
+
+    StringKey(StringKey const & other) noexcept;
+
+    StringKey(StringKey && other) noexcept : m_token(std::exchange(other.m_token, nullptr)) {}
+
+    StringKey & operator=(StringKey other) noexcept {
+        swap(other);
+        return *this;
+    }
+
+    ~StringKey();
+
+    /// Looks `text` up without interning it: text of strangers leaves no trace this way.
+    ///
+    /// @return false when no key of that text is alive; `key` is unchanged then. The empty text is
+    ///         always known.
+    static bool find_interned(std::string_view text, StringKey & key) noexcept;
+
+    std::string const & value() const noexcept VXCORE_LIFETIMEBOUND;
+
+    /// Made with the token from a secret of the process, so it differs from run to run and chosen
+    /// texts do not collide. 0 for the empty string.
+    unsigned int hash() const noexcept;
+
+    /// Tells the token: equal for equal strings, null for the empty one.
+    void const * key_value() const noexcept { return m_token; }
+
+    void swap(StringKey & other) noexcept { std::swap(m_token, other.m_token); }
+
+    /// Makes this the empty key.
+    void clear() noexcept { StringKey().swap(*this); }
+
+    /// Writes the string as any string is inserted.
+    void write_trace(std::ostream & stream) const;
+
+    friend bool operator==(StringKey const & a, StringKey const & b) noexcept {
+        return a.m_token == b.m_token;
+    }
+
+    /// Order of the tokens' addresses: total while the keys live, not alphabetical.
+    friend bool operator<(StringKey const & a, StringKey const & b) noexcept {
+        return reinterpret_cast<std::uintptr_t>(a.m_token) <
+               reinterpret_cast<std::uintptr_t>(b.m_token);
+    }
+
+  private:
+    impl::StringToken * m_token = nullptr;
+};
+
+} // namespace vxcore

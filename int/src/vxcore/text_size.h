@@ -1,0 +1,23 @@
+#pragma once
+
+#include "vxcore/export.h"
+
+#include <cstddef>
+#include <limits>
+
+namespace vxcore {
+
+/// Raises the `std::length_error` of `text_size`.
+[[noreturn]] VXCORE_API void throw_text_too_long();
+
+/// The size of a text as the 32-bit number that sizes are counted in.
+///
+/// @raises std::length_error: `size` is above 2^32 - 1 bytes.
+inline unsigned int text_size(std::size_t size) {
+    if (size > std::numeric_limits<unsigned int>::max()) {
+        throw_text_too_long();
+    }
+    return static_cast<unsigned int>(size);
+}
+
+} // namespace vxcore

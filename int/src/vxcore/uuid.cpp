@@ -1,0 +1,77 @@
+#include "vxcore/uuid.h"
+
+#include "vxcore/hash.h"
+#include "vxcore/streamers.h"
+
+#include <ostream>
+
+namespace vxcore {
+
+namespace {
+
+/// The value of a hexadecimal digit, -1 for any other byte.
+int hex_value(char c) noexcept {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+/// True for the bytes that a dash precedes in the form 8-4-4-4-12.
+bool follows_dash(std::size_t index) noexcept {
+    return index == 4 || index == 6 || index == 8 || index == 10;
+}
+
+} // namespace
+
+bool Uuid::parse(std::string_view text, Uuid & uuid) noexcept {
+    bool const dashes = text.size() == 36;
+    if (!dashes && text.size() != 32) {
+        return false;
+    }
+    BinaryData data;
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < data.size(); ++i, at += 2) {
+        if (dashes && follows_dash(i) && text[at++] != '-') {
+            return false;
+        }
+        int const high = hex_value(text[at]);
+        int const low = hex_value(text[at + 1]);
+        if (high < 0 || low < 0) {
+            return false;
+        }
+        data[i] = static_cast<unsigned char>(high * 16 + low);
+    }
+    uuid = Uuid(data);
+    return true;
+}
+
+std::string Uuid::as_string(unsigned int format) const {
+    std::string text;
+    text.reserve(36);
+    for (std::size_t i = 0; i < m_data.size(); ++i) {
+        if (format != 1 && follows_dash(i)) {
+            text += '-';
+        }
+        text += impl::TransformHelperHex::sm_fromBinaryTable[m_data[i] >> 4];
+        text += impl::TransformHelperHex::sm_fromBinaryTable[m_data[i] & 15];
+    }
+    return text;
+}
+
+unsigned int Uuid::hash() const noexcept {
+    unsigned int h = 0;
+    for (unsigned char const byte : m_data) {
+        h = hash_fold(h, byte);
+    }
+    return h;
+}
+
+std::ostream & operator<<(std::ostream & stream, Uuid const & uuid) {
+    return stream << uuid.as_string(0);
+}
+
+} // namespace vxcore

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <new>
+
+/// Counts the allocations of this thread and makes chosen ones fail. Linking it replaces the global
+/// `operator new`, which also serves the libraries under test.
+namespace vxtest {
+
+/// Allocations of this thread so far.
+unsigned long allocation_count() noexcept;
+
+/// Lets the n-th allocation of this thread from now on raise `std::bad_alloc`; 0 lets all pass.
+void fail_allocation(unsigned long n) noexcept;
+
+/// Blocks of all threads that are allocated and not yet freed.
+long live_blocks() noexcept;
+
+/// Runs `attempt` again and again, each time with a later allocation failing, until it gets
+/// through. `check` runs after each failure. Gives the number of failures.
+template <typename Attempt, typename Check>
+unsigned long fail_each_allocation(Attempt attempt, Check check) {
+    for (unsigned long n = 1;; ++n) {
+        try {
+            fail_allocation(n);
+            attempt();
+            fail_allocation(0);
+            return n - 1;
+        } catch (std::bad_alloc const &) {
+            fail_allocation(0);
+            check();
+        }
+    }
+}
+
+/// The allocations that `action` makes.
+template <typename Action>
+unsigned long count_allocations(Action action) {
+    unsigned long const before = allocation_count();
+    action();
+    return allocation_count() - before;
+}
+
+} // namespace vxtest

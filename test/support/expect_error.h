@@ -1,0 +1,21 @@
+#pragma once
+
+#include "vxcore/error_exception.h"
+
+#include <gtest/gtest.h>
+
+namespace vxtest {
+
+/// Expects the action to raise a failure of that very code with that text.
+template <typename Action>
+void expect_error(Action action, vxcore::ErrorCode const & code, char const * text) {
+    try {
+        action();
+        ADD_FAILURE() << "nothing was raised; expected: " << text;
+    } catch (vxcore::ErrorException const & e) {
+        EXPECT_EQ(e.info()->code(), code) << e.info()->code().name();
+        EXPECT_STREQ(e.what(), text);
+    }
+}
+
+} // namespace vxtest

@@ -1,0 +1,98 @@
+// The rule under test: equal strings share one token for as long as a key on it lives, tokens of
+// untrusted names are given back, and none of this breaks when threads meet.
+
+#include "vxcore/siphash_internal.h"
+#include "vxcore/string_key.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using vxcore::StringKey;
+
+TEST(StringKey, EqualStringsShareOneToken) {
+    StringKey const a("alpha");
+    StringKey const b(std::string_view("alphabet", 5));
+    StringKey const c(std::string_view("al\0ha", 5));
+    EXPECT_EQ(a.key_value(), b.key_value());
+    EXPECT_EQ(a.hash(), b.hash());
+    EXPECT_NE(a, c);
+    EXPECT_TRUE(a < c || c < a);
+    EXPECT_EQ(c.value().size(), 5u);
+}
+
+TEST(StringKey, EveryEmptyKeyIsTheSame) {
+    StringKey cleared("x");
+    cleared.clear();
+    StringKey moved("y");
+    StringKey const taker(std::move(moved));
+    for (StringKey const & key : {StringKey(), StringKey(""), cleared, moved}) {
+        EXPECT_EQ(key.key_value(), nullptr);
+        EXPECT_EQ(key.hash(), 0u);
+        EXPECT_EQ(key.value(), "");
+    }
+    EXPECT_EQ(taker.value(), "y");
+}
+
+TEST(StringKey, TokensGoWithTheirLastKeyAndLookupsMakeNone) {
+    StringKey found;
+    EXPECT_FALSE(StringKey::find_interned("only here, and longer than a short string", found));
+    {
+        StringKey const key("only here, and longer than a short string");
+        StringKey copy = key;
+        ASSERT_TRUE(StringKey::find_interned(key.value(), found));
+        EXPECT_EQ(found, key);
+        found.clear();
+    }
+    EXPECT_FALSE(StringKey::find_interned("only here, and longer than a short string", found));
+    EXPECT_TRUE(StringKey::find_interned("", found));
+}
+
+TEST(StringKey, TraceFollowsWidthAndFill) {
+    std::ostringstream stream;
+    stream.width(5);
+    stream.fill('.');
+    StringKey("abc").write_trace(stream);
+    EXPECT_EQ(stream.str(), "..abc");
+}
+
+TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
+    auto const work = [](int seed) {
+        std::vector<StringKey> keys;
+        for (int round = 0; round < 20000; ++round) {
+            int const number = (round * 7 + seed) % 97;
+            StringKey key("name " + std::to_string(number));
+            ASSERT_EQ(key.value(), "name " + std::to_string(number));
+            keys.push_back(std::move(key));
+            if (keys.size() > 50) {
+                keys.clear(); // the last reference of many, while others make them anew
+            }
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back(work, i);
+    }
+    for (std::thread & thread : threads) {
+        thread.join();
+    }
+    StringKey found;
+    EXPECT_FALSE(StringKey::find_interned("name 1", found));
+}
+
+TEST(SipHash, AgreesWithThePublishedResult) {
+    // Appendix A of the paper: key 00..0f, message 00..0e, 2-4 rounds.
+    char message[15];
+    for (int i = 0; i < 15; ++i) {
+        message[i] = static_cast<char>(i);
+    }
+    EXPECT_EQ((vxcore::impl::SipHash<2, 4>::hash({0x0706050403020100u, 0x0f0e0d0c0b0a0908u},
+                                                 message, 15)),
+              0xa129ca6149be45e5u);
+}
+
+} // namespace
