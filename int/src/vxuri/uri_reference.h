@@ -1,0 +1,89 @@
+#pragma once
+
+#include "vxcore/ref_count_ptr.h"
+#include "vxuri/export.h"
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace vxuri {
+
+namespace impl {
+class UriParseData;
+}
+
+/// A URI reference (RFC 3986): a handle on immutable, shared parse data. One pointer wide.
+///
+/// A default reference is the undefined one; it has an empty text, as the empty reference has, and
+/// compares equal to it, but traces as "<undefined>".
+///
+/// Comparison is by bytes, taken as signed characters, except that A to F and a to f are alike in
+/// the two characters behind a "%": %2f equals %2F. Escapes are not decoded.
+///
+/// Threads. References may be copied and read in any thread.
+class VXURI_API UriReference {
+  public:
+    /// The undefined reference.
+    UriReference() noexcept;
+
+    /// Takes parse data over; not null.
+    explicit UriReference(vxcore::RefCountPtr<impl::UriParseData const> data) noexcept;
+
+    /// One count. Out of line: the parse data are incomplete here.
+    UriReference(UriReference const &) noexcept;
+    UriReference & operator=(UriReference const &) noexcept;
+    ~UriReference();
+
+    /// Splits `text` by the regular expression of RFC 3986 appendix B, which every text matches:
+    /// nothing is refused. Empty text gives the empty reference.
+    static UriReference parse(std::string text);
+
+    /// The shared reference of empty text that is not undefined.
+    static UriReference empty_reference() noexcept;
+
+    /// True when the text follows the grammar of RFC 3986 to the letter.
+    bool is_strict() const noexcept;
+
+    std::string const & text() const noexcept VXCORE_LIFETIMEBOUND;
+
+    bool empty() const noexcept;
+
+    bool is_undefined() const noexcept;
+
+    /// Components as views into the text; empty when absent (see the `has_` functions).
+    std::string_view scheme() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string_view authority() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string_view host() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string_view port() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string_view path() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string_view query() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string_view fragment() const noexcept VXCORE_LIFETIMEBOUND;
+
+    bool has_scheme() const noexcept;
+    bool has_authority() const noexcept;
+    bool has_query() const noexcept;
+    bool has_fragment() const noexcept;
+
+    int compare(UriReference const & other) const noexcept;
+    bool equal(UriReference const & other) const noexcept;
+    unsigned int hash() const noexcept;
+
+    /// "<undefined>" for the undefined reference, else the text.
+    void write_trace(std::ostream & stream) const;
+
+    vxcore::RefCountPtr<impl::UriParseData const> const & parse_data() const noexcept {
+        return m_data;
+    }
+
+    friend bool operator==(UriReference const & a, UriReference const & b) noexcept {
+        return a.equal(b);
+    }
+
+  private:
+    vxcore::RefCountPtr<impl::UriParseData const> m_data;
+};
+
+VXURI_API std::ostream & operator<<(std::ostream & stream, UriReference const & reference);
+
+} // namespace vxuri
