@@ -15,13 +15,17 @@ void ErrorException::throw_error(ErrorInfo::Ptr info) {
     throw ErrorException(std::move(info));
 }
 
-char const * ErrorException::what() const noexcept { return m_info->text().c_str(); }
+char const * ErrorException::what() const noexcept {
+    return m_info->text().c_str();
+}
 
 void throw_error(ErrorCode const & code, SourceString message, SourceLocation location) {
     throw_error(ErrorInfo::create(code, std::move(message), ErrorParams(), std::move(location)));
 }
 
-void throw_error(ErrorInfo::Ptr info) { ErrorException::throw_error(std::move(info)); }
+void throw_error(ErrorInfo::Ptr info) {
+    ErrorException::throw_error(std::move(info));
+}
 
 void throw_with_nested_exception(ErrorCode const & code, SourceString message,
                                  SourceLocation location, std::exception const & e) {

@@ -5,7 +5,9 @@
 namespace vxcore {
 
 /// Folds one element into a hash: h * 5 + x, unsigned and wrapping.
-constexpr unsigned int hash_fold(unsigned int h, unsigned int x) noexcept { return h * 5 + x; }
+constexpr unsigned int hash_fold(unsigned int h, unsigned int x) noexcept {
+    return h * 5 + x;
+}
 
 /// Mixes one part of a structure into a seed, unsigned and wrapping.
 constexpr unsigned int hash_mix(unsigned int seed, unsigned int x) noexcept {

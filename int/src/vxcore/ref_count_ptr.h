@@ -30,14 +30,12 @@ class VXCORE_API RefCountPtr {
     RefCountPtr(RefCountPtr && other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
 
     template <typename U>
-        requires std::convertible_to<U *, T *>
-    RefCountPtr(RefCountPtr<U> const & other) noexcept : m_object(other.get()) {
-        acquire();
-    }
+    requires std::convertible_to<U *, T *> RefCountPtr(RefCountPtr<U> const & other)
+    noexcept : m_object(other.get()) { acquire(); }
 
     template <typename U>
-        requires std::convertible_to<U *, T *>
-    RefCountPtr(RefCountPtr<U> && other) noexcept : m_object(other.detach()) {}
+    requires std::convertible_to<U *, T *> RefCountPtr(RefCountPtr<U> && other)
+    noexcept : m_object(other.detach()) {}
 
     ~RefCountPtr() { release(m_object); }
 

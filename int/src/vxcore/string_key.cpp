@@ -42,8 +42,7 @@ impl::SipHashKey make_secret() {
 
 unsigned int hash_text(std::string_view text) {
     static impl::SipHashKey const secret = make_secret();
-    return static_cast<unsigned int>(
-        impl::SipHash<1, 3>::hash(secret, text.data(), text.size()));
+    return static_cast<unsigned int>(impl::SipHash<1, 3>::hash(secret, text.data(), text.size()));
 }
 
 /// One of the independent parts of the table: chained buckets behind a lock of their own.
@@ -140,7 +139,9 @@ constexpr unsigned int shardBits = 6;
 constinit std::array<Shard, 1u << shardBits> shards;
 
 /// The upper bits choose the shard, the lower ones the bucket in it.
-Shard & shard_of(unsigned int hash) noexcept { return shards[hash >> (32 - shardBits)]; }
+Shard & shard_of(unsigned int hash) noexcept {
+    return shards[hash >> (32 - shardBits)];
+}
 
 } // namespace
 
@@ -189,8 +190,12 @@ std::string const & StringKey::value() const noexcept {
     return m_token != nullptr ? m_token->text : g_emptyString;
 }
 
-unsigned int StringKey::hash() const noexcept { return m_token != nullptr ? m_token->hash : 0; }
+unsigned int StringKey::hash() const noexcept {
+    return m_token != nullptr ? m_token->hash : 0;
+}
 
-void StringKey::write_trace(std::ostream & stream) const { stream << value(); }
+void StringKey::write_trace(std::ostream & stream) const {
+    stream << value();
+}
 
 } // namespace vxcore

@@ -18,8 +18,8 @@ struct StringToken;
 ///
 /// Tokens are counted and given back when the last key on them goes. The empty string has no token.
 ///
-/// Cost. Making a key hashes its text and takes one lock among many; make keys once and keep them. A
-/// copy is one atomic count. Comparing, hashing and moving touch no characters and no lock.
+/// Cost. Making a key hashes its text and takes one lock among many; make keys once and keep them.
+/// A copy is one atomic count. Comparing, hashing and moving touch no characters and no lock.
 ///
 /// Threads. Keys may be made, copied and dropped in any thread; one key object is a plain value.
 class VXCORE_API StringKey {
