@@ -1,0 +1,206 @@
+#pragma once
+
+// Included by the readers and writers; not for direct use.
+
+#include "vxserialize/limits.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace vxserialize::impl {
+
+/// Raises `error.vxserialize.depth`.
+[[noreturn]] void throw_too_many_containers();
+
+/// A stack of open lists and records above one frame for the stream itself.
+///
+/// Every attribute map opens and closes two lists, so the first levels live inside the object and
+/// only deep nesting takes memory.
+template <typename Frame>
+class ContainerStack {
+  public:
+    ContainerStack() noexcept { *m_top = Frame(); }
+
+    ContainerStack(ContainerStack const & other) : ContainerStack() { *this = other; }
+
+    ContainerStack & operator=(ContainerStack const & other) {
+        if (this != &other) {
+            m_top = m_frames;
+            while (m_capacity <= other.depth()) {
+                grow();
+            }
+            std::copy(other.m_frames, other.m_top + 1, m_frames);
+            m_top = m_frames + other.depth();
+        }
+        return *this;
+    }
+
+    Frame & top() noexcept { return *m_top; }
+
+    Frame const & top() const noexcept { return *m_top; }
+
+    /// Open lists and records.
+    unsigned int depth() const noexcept { return static_cast<unsigned int>(m_top - m_frames); }
+
+    void push(Frame frame) {
+        if (depth() + 1 == m_capacity) [[unlikely]] {
+            grow();
+        }
+        *++m_top = frame;
+    }
+
+    /// Only above the frame of the stream.
+    void pop() noexcept { --m_top; }
+
+  private:
+    static constexpr unsigned int sm_inlineFrames = 16;
+
+    /// Twice the frames; at the limit it raises, with nothing changed.
+    void grow() {
+        if (m_capacity > max_open_containers) {
+            throw_too_many_containers();
+        }
+        unsigned int const capacity = std::min(2 * m_capacity, max_open_containers + 1);
+        std::unique_ptr<Frame[]> frames(new Frame[capacity]);
+        std::copy(m_frames, m_top + 1, frames.get());
+        m_top = frames.get() + depth();
+        m_heap.swap(frames);
+        m_frames = m_heap.get();
+        m_capacity = capacity;
+    }
+
+    Frame m_inline[sm_inlineFrames];
+    std::unique_ptr<Frame[]> m_heap;
+    Frame * m_frames = m_inline;
+    Frame * m_top = m_inline;
+    unsigned int m_capacity = sm_inlineFrames;
+};
+
+enum class EContainer : unsigned char { eStream, eList, eRecord };
+
+/// What a writer knows of its open lists and records, and the check that calls nest and count.
+class WriteContainers {
+  public:
+    /// Something of the present element is written. Gives whether it is the first of it.
+    bool element() noexcept {
+        bool const first = !m_stack.top().written;
+        m_stack.top().written = true;
+        return first;
+    }
+
+    void mark_element() noexcept { m_stack.top().written = true; }
+
+    unsigned int depth() const noexcept { return m_stack.depth(); }
+
+    /// A container is part of the present element of what it stands in; the two that open tell, as
+    /// `element()` does, whether it is the first of it.
+    bool begin_list(unsigned int count) { return open({count, 0, EContainer::eList, false}); }
+
+    bool begin_record() { return open({0, 0, EContainer::eRecord, false}); }
+
+    void next_list_item(char const * function);
+
+    /// Gives the number of elements.
+    unsigned int end_list(char const * function);
+    void end_record(char const * function);
+
+  private:
+    struct Frame {
+        unsigned int count;  // announced
+        unsigned int closed; // elements that next_list_item has closed
+        EContainer kind;
+        bool written; // something of the present element
+    };
+
+    bool open(Frame frame) {
+        m_stack.push(frame); // first: it may raise
+        return !std::exchange((&m_stack.top())[-1].written, true);
+    }
+
+    ContainerStack<Frame> m_stack;
+};
+
+/// What a reader knows of its open lists and records.
+///
+/// `touched` tells whether something of the present element of the innermost list was read, for one
+/// element may be several primitives and `has_next()` must not move on twice.
+class ReadContainers {
+  public:
+    struct Frame {
+        unsigned int remaining; // elements of a list that are not done, the present one included
+        EContainer kind;
+        bool counted; // the list announced its count
+        bool touched;
+    };
+
+    Frame & top() noexcept { return m_stack.top(); }
+
+    /// Something of the present element is read.
+    void element() noexcept { m_stack.top().touched = true; }
+
+    unsigned int depth() const noexcept { return m_stack.depth(); }
+
+    /// Elements that all open containers still owe behind the present ones: no element is smaller
+    /// than a byte, so as many bytes of what is left are not for a list that opens now.
+    unsigned long long owed() const noexcept { return m_owed + owed_by(m_stack.top()); }
+
+    /// True in a list that was announced as empty.
+    bool in_empty_list() const noexcept {
+        Frame const & frame = m_stack.top();
+        return frame.remaining == 0 && frame.kind == EContainer::eList && frame.counted;
+    }
+
+    void begin_list(unsigned int count, bool counted) {
+        open({count, EContainer::eList, counted, false});
+    }
+
+    void begin_record() { open({0, EContainer::eRecord, false, false}); }
+
+    /// `has_next()` of a list whose announced count decides.
+    bool has_next_counted(char const * function) {
+        Frame & frame = m_stack.top();
+        if (frame.touched || frame.kind != EContainer::eList) {
+            leave_element(function);
+        }
+        if (frame.remaining != 0) {
+            return true;
+        }
+        close();
+        return false;
+    }
+
+    /// Raises unless the innermost container is a list.
+    void check_in_list(char const * function) const;
+
+    /// Raises unless the innermost container is a record.
+    void check_in_record(char const * function) const;
+
+    void close() noexcept {
+        m_stack.pop();
+        m_owed -= owed_by(m_stack.top());
+    }
+
+  private:
+    static unsigned int owed_by(Frame const & frame) noexcept {
+        if (frame.kind == EContainer::eList) {
+            return frame.remaining == 0 ? 0 : frame.remaining - 1;
+        }
+        return frame.kind == EContainer::eRecord ? 1 : 0; // its end mark
+    }
+
+    void open(Frame frame) {
+        m_stack.top().touched = true;
+        unsigned int const owed = owed_by(m_stack.top());
+        m_stack.push(frame);
+        m_owed += owed;
+    }
+
+    /// The present element of the list is done.
+    void leave_element(char const * function);
+
+    ContainerStack<Frame> m_stack;
+    unsigned long long m_owed = 0; // by all containers but the innermost
+};
+
+} // namespace vxserialize::impl

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "vxcore/ref_count_ptr.h"
+#include "vxserialize/export.h"
+#include "vxserialize/fwd.h"
+
+namespace vxserialize {
+
+namespace impl {
+
+/// A piece of memory that segments of any number of lists look into. The bytes stand behind the
+/// object in the same heap block.
+class VXSERIALIZE_API MemoryBlock final : public vxcore::RefCounted<vxcore::AtomicRefCount> {
+  public:
+    /// @param capacity  Bytes; their content is not set.
+    static vxcore::RefCountPtr<MemoryBlock> create(unsigned int capacity);
+
+    unsigned char * data() noexcept { return reinterpret_cast<unsigned char *>(this + 1); }
+
+    unsigned int capacity() const noexcept { return m_capacity; }
+
+  private:
+    explicit MemoryBlock(unsigned int capacity) noexcept : m_capacity(capacity) {}
+
+    ~MemoryBlock() override = default;
+
+    void destroy() noexcept override;
+
+    unsigned int const m_capacity;
+};
+
+} // namespace impl
+
+/// A run of bytes of a MemoryList: a view into a block of memory that other lists may share.
+///
+/// Who may write where: a segment whose block has no second user is written in place. Otherwise the
+/// segment first takes a copy of its bytes, so a write is never seen through another list.
+class VXSERIALIZE_API MemorySegment {
+  public:
+    MemorySegment() noexcept = default;
+
+    unsigned char const * data() const noexcept { return m_data; }
+
+    /// Bytes; not 0 in a segment of a list.
+    unsigned int size() const noexcept { return m_size; }
+
+    /// True while another segment, of this or another list, or a MemoryWriter uses the same block:
+    /// the next write will copy then.
+    bool is_shared() const noexcept { return m_block && !m_block->has_unique_ref(); }
+
+    /// The first `size` bytes for writing; the content is as `data()` showed it.
+    ///
+    /// @raises std::out_of_range: `size` is above `size()`.
+    /// @cost   None, or one allocation and copy of the segment when it is shared.
+    /// @keeps  Until the list is changed, copied or destroyed. A list made from this one afterwards
+    ///         shares the bytes, so ask again before writing again.
+    unsigned char * get_inplace_write_ptr(unsigned int size);
+
+  private:
+    friend class MemoryList;
+    friend class MemoryListBase;
+    friend class MemoryListCursor;
+    friend class MemoryWriter;
+
+    MemorySegment(vxcore::RefCountPtr<impl::MemoryBlock> block, unsigned char * data,
+                  unsigned int size) noexcept
+        : m_block(std::move(block)), m_data(data), m_size(size) {}
+
+    /// Bytes of the block behind this segment that nobody else can see or write.
+    unsigned int own_slack() const noexcept;
+
+    vxcore::RefCountPtr<impl::MemoryBlock> m_block;
+    unsigned char * m_data = nullptr;
+    unsigned int m_size = 0;
+};
+
+} // namespace vxserialize

@@ -1,0 +1,223 @@
+#include "vxserialize/memory_writer.h"
+
+#include "vxserialize/binary_form_internal.h"
+#include "vxserialize/failures_internal.h"
+#include "vxserialize/memory_reader.h"
+
+#include <algorithm>
+#include <bit>
+#include <limits>
+#include <stdexcept>
+
+namespace vxserialize {
+
+using namespace impl::binary;
+
+MemoryWriter::MemoryWriter() : m_list(MemoryList::create()) {}
+
+MemoryWriter::~MemoryWriter() = default;
+
+MemoryReader MemoryWriter::reader() const {
+    vxcore::RefCountPtr<MemoryList> list = m_list ? m_list->shallow_clone() : MemoryList::create();
+    if (m_cursor != m_begin) {
+        list->reserve_segments(1);
+        list->add_reserved_segment(
+            MemorySegment(m_block, m_begin, static_cast<unsigned int>(m_cursor - m_begin)));
+    }
+    return MemoryReader(std::move(list));
+}
+
+vxcore::RefCountPtr<MemoryList> MemoryWriter::close_and_detach_memory_list() {
+    if (!m_list) {
+        return MemoryList::create();
+    }
+    if (m_cursor != m_begin) {
+        m_list->add_reserved_segment(MemorySegment(std::move(m_block), m_begin,
+                                                   static_cast<unsigned int>(m_cursor - m_begin)));
+    }
+    m_block.reset();
+    m_begin = m_cursor = m_limit = nullptr;
+    return std::move(m_list);
+}
+
+void MemoryWriter::check_open() const {
+    if (!m_list) {
+        impl::throw_usage("vxserialize::MemoryWriter", "a write to a closed writer");
+    }
+}
+
+void MemoryWriter::start_block(unsigned int needed) {
+    check_open();
+    if (needed > std::numeric_limits<unsigned int>::max() - size()) {
+        throw std::length_error("vxserialize: a memory list may have at most 4294967295 bytes");
+    }
+    // Place for the present block and for the new one: handing over what was written cannot fail.
+    m_list->reserve_segments(2);
+    vxcore::RefCountPtr<impl::MemoryBlock> block = m_list->create_block(needed);
+    if (m_cursor != m_begin) {
+        m_list->add_reserved_segment(MemorySegment(std::move(m_block), m_begin,
+                                                   static_cast<unsigned int>(m_cursor - m_begin)));
+    }
+    m_block = std::move(block);
+    m_begin = m_cursor = m_block->data();
+    // The last block of a list of nearly 4 GiB may be larger than what is left to count with.
+    m_limit = m_begin + std::min(m_block->capacity(),
+                                 std::numeric_limits<unsigned int>::max() - m_list->size());
+}
+
+inline void MemoryWriter::put_tag(unsigned int tag) {
+    *room(1) = static_cast<unsigned char>(tag);
+    ++m_cursor;
+}
+
+inline void MemoryWriter::put_tag_and_bits(unsigned int tag, unsigned long long bits) {
+    unsigned char * const out = room(9);
+    *out = static_cast<unsigned char>(tag);
+    store(out + 1, bits);
+    m_cursor = out + 9;
+}
+
+inline void MemoryWriter::put_small_or_wide(unsigned int value, unsigned int smallTag,
+                                            unsigned int smallMax, unsigned int wideTag) {
+    unsigned char * const out = room(9);
+    if (value <= smallMax) {
+        *out = static_cast<unsigned char>(smallTag + value);
+        m_cursor = out + 1;
+        return;
+    }
+    unsigned int const width = width_of(value);
+    *out = static_cast<unsigned char>(wideTag + width - 1);
+    store(out + 1, value);
+    m_cursor = out + 1 + width;
+}
+
+void MemoryWriter::put_bytes(void const * data, unsigned int size) {
+    auto const * in = static_cast<unsigned char const *>(data);
+    while (size != 0) {
+        unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor);
+        if (left == 0) {
+            start_block(size);
+            continue;
+        }
+        unsigned int const run = std::min(size, left);
+        std::memcpy(m_cursor, in, run);
+        m_cursor += run;
+        in += run;
+        size -= run;
+    }
+}
+
+void MemoryWriter::write_null() {
+    put_tag(null_value);
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_bool(bool value) {
+    put_tag(value ? true_value : false_value);
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_integer(long long value) {
+    unsigned char * const out = room(9);
+    if (value >= integer_small_min && value <= integer_small_max) {
+        *out = static_cast<unsigned char>(static_cast<int>(integer_small) +
+                                          static_cast<int>(value) - integer_small_min);
+        m_cursor = out + 1;
+    } else {
+        unsigned int const width = signed_width_of(value);
+        *out = static_cast<unsigned char>(integer_wide + width - 1);
+        store(out + 1, static_cast<unsigned long long>(value));
+        m_cursor = out + 1 + width;
+    }
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_uint(unsigned int value) {
+    put_small_or_wide(value, unsigned_small, unsigned_small_max, unsigned_wide);
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_double(double value) {
+    put_tag_and_bits(double_value, std::bit_cast<unsigned long long>(value));
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_string(char const * data, unsigned int size) {
+    if (size <= string_small_max && static_cast<unsigned int>(m_limit - m_cursor) > size) {
+        unsigned char * const out = m_cursor;
+        *out = static_cast<unsigned char>(string_small + size);
+        if (size != 0) {
+            std::memcpy(out + 1, data, size);
+        }
+        m_cursor = out + 1 + size;
+    } else {
+        put_small_or_wide(size, string_small, string_small_max, string_wide);
+        put_bytes(data, size);
+    }
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_string_key(vxcore::StringKey const & key) {
+    std::string const & text = key.value();
+    MemoryWriter::write_string(text.data(), static_cast<unsigned int>(text.size()));
+}
+
+void MemoryWriter::write_absolute_time(vxcore::AbsoluteTime value) {
+    put_tag_and_bits(absolute_time, static_cast<unsigned long long>(value.ticks()));
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_relative_time(vxcore::RelativeTime value) {
+    put_tag_and_bits(relative_time, static_cast<unsigned long long>(value.ticks()));
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_uuid(vxcore::Uuid const & value) {
+    unsigned char * const out = room(max_element_size);
+    *out = static_cast<unsigned char>(uuid);
+    std::memcpy(out + 1, value.data().data(), value.data().size());
+    m_cursor = out + max_element_size;
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_binary(void const * data, unsigned int size) {
+    put_small_or_wide(size, block_small, block_small_max, block_wide);
+    put_bytes(data, size);
+    m_containers.mark_element();
+}
+
+void MemoryWriter::write_memory_list(MemoryListBase const & list) {
+    put_small_or_wide(list.size(), block_small, block_small_max, block_wide);
+    for (auto segment = list.segment_read_iterator(); !segment.at_end(); ++segment) {
+        put_bytes(segment->data(), segment->size());
+    }
+    m_containers.mark_element();
+}
+
+void MemoryWriter::begin_list(unsigned int count) {
+    room(9); // first, so that a failure leaves no list open
+    m_containers.begin_list(count);
+    put_small_or_wide(count, list_small, list_small_max, list_wide);
+}
+
+void MemoryWriter::next_list_item() {
+    m_containers.next_list_item("vxserialize::MemoryWriter::next_list_item()");
+}
+
+void MemoryWriter::end_list() {
+    m_containers.end_list("vxserialize::MemoryWriter::end_list()");
+}
+
+void MemoryWriter::begin_record() {
+    room(1);
+    m_containers.begin_record();
+    put_tag(record_begin);
+}
+
+void MemoryWriter::end_record() {
+    room(1);
+    m_containers.end_record("vxserialize::MemoryWriter::end_record()");
+    put_tag(record_end);
+}
+
+} // namespace vxserialize

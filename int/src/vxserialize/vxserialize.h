@@ -1,0 +1,17 @@
+#pragma once
+
+/// Everything of vxserialize.
+
+#include "vxserialize/element_kind.h"
+#include "vxserialize/error_codes.h"
+#include "vxserialize/error_info_stream.h"
+#include "vxserialize/fwd.h"
+#include "vxserialize/limits.h"
+#include "vxserialize/memory_list.h"
+#include "vxserialize/memory_reader.h"
+#include "vxserialize/memory_segment.h"
+#include "vxserialize/memory_writer.h"
+#include "vxserialize/reader.h"
+#include "vxserialize/text_reader.h"
+#include "vxserialize/text_writer.h"
+#include "vxserialize/writer.h"

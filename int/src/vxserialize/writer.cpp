@@ -1,0 +1,26 @@
+#include "vxserialize/writer.h"
+
+#include "vxserialize/memory_list.h"
+
+#include <string>
+
+namespace vxserialize {
+
+Writer::~Writer() = default;
+
+void Writer::write_memory_list(MemoryListBase const & list) {
+    std::string bytes(list.size(), '\0');
+    list.read_at(0, bytes.data(), list.size());
+    write_binary(bytes.data(), list.size());
+}
+
+void write_memory_list_as_binary(Writer & writer,
+                                 vxcore::RefCountPtr<MemoryList const> const & list) {
+    if (list) {
+        writer.write_memory_list(*list);
+    } else {
+        writer.write_binary(nullptr, 0);
+    }
+}
+
+} // namespace vxserialize
