@@ -1,0 +1,89 @@
+#pragma once
+
+#include "vxattribute/attribute_map.h"
+#include "vxattribute/elements.h"
+
+/// Typed access to the elements of a map, with messages that name the attribute.
+///
+/// `T` is an element type; any other does not compile. References and pointers hold until the map
+/// is changed or destroyed. Make names once and reuse them: a name made for each call costs more
+/// than the look-up.
+///
+///     static AttributeName const port("port");
+///     long long const number = get_or<long long>(settings, port, 8080);
+namespace vxattribute {
+
+namespace impl {
+
+/// Opens the checks that maps keep for accessors.
+class MapAccess : AttributeMapBase {
+  public:
+    using AttributeMapBase::check_attribute_of_type;
+    using AttributeMapBase::check_scalar_of_type;
+    using AttributeMapBase::throw_attribute_not_found;
+
+    MapAccess() = delete;
+};
+
+} // namespace impl
+
+/// The one element of that name.
+///
+/// @raises error.vxattribute.map.attributeNotFound: the name is absent.
+/// @raises error.vxattribute.value.type.mismatch: the value is of another type.
+/// @raises error.vxattribute.value.cardinality.expectSingle: it has no or several elements.
+template <impl::ElementType T>
+T const & get(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName const & name) {
+    AttributeValue const * const value = map.query_ptr(name);
+    if (value == nullptr) {
+        impl::MapAccess::throw_attribute_not_found(name);
+    }
+    impl::MapAccess::check_scalar_of_type(name, *value, impl::ValueTypeTraits<T>::type());
+    return value->get<T>();
+}
+
+/// As `get`, but an absent name gives `defaultValue`. A value that is there is checked all the
+/// same.
+template <impl::ElementType T>
+T get_or(AttributeMapBase const & map, AttributeName const & name, T defaultValue) {
+    AttributeValue const * const value = map.query_ptr(name);
+    if (value == nullptr) {
+        return defaultValue;
+    }
+    impl::MapAccess::check_scalar_of_type(name, *value, impl::ValueTypeTraits<T>::type());
+    return value->get<T>();
+}
+
+/// The one element of that name; null when the name is absent or its value empty.
+///
+/// @raises error.vxattribute.value.type.mismatch: the value is of another type; null is another.
+/// @raises error.vxattribute.value.cardinality.expectSingle: several elements.
+template <impl::ElementType T>
+T const * find(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName const & name) {
+    AttributeValue const * const value = map.query_ptr(name);
+    if (value == nullptr) {
+        return nullptr;
+    }
+    impl::MapAccess::check_attribute_of_type(name, *value, impl::ValueTypeTraits<T>::type());
+    if (value->empty()) {
+        return nullptr;
+    }
+    impl::MapAccess::check_scalar_of_type(name, *value, impl::ValueTypeTraits<T>::type());
+    return value->begin<T>();
+}
+
+/// All elements of that name, none when it is absent.
+///
+/// @raises error.vxattribute.value.type.mismatch: the value is of another type; null is another.
+template <impl::ElementType T>
+std::span<T const> get_list(AttributeMapBase const & map VXCORE_LIFETIMEBOUND,
+                            AttributeName const & name) {
+    AttributeValue const * const value = map.query_ptr(name);
+    if (value == nullptr) {
+        return {};
+    }
+    impl::MapAccess::check_attribute_of_type(name, *value, impl::ValueTypeTraits<T>::type());
+    return elements<T>(*value);
+}
+
+} // namespace vxattribute

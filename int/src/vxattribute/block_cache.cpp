@@ -1,0 +1,43 @@
+#include "vxattribute/block_cache_internal.h"
+
+namespace vxattribute::impl {
+
+#if VX_BLOCK_CACHE
+
+thread_local constinit BlockCache::ThreadState BlockCache::sm_state{};
+
+/// Empties the cache of its thread when the thread ends.
+struct BlockCacheCloser {
+    ~BlockCacheCloser() { BlockCache::close(); }
+
+    void touch() noexcept {}
+};
+
+void BlockCache::free_slow(void * block, std::size_t size) noexcept {
+    if (size <= max_size && !sm_state.isRegistered && !sm_state.isClosed) {
+        // The first use of the object has its destructor run at the end of the thread.
+        static thread_local BlockCacheCloser closer;
+        closer.touch();
+        sm_state.isRegistered = true;
+        free(block, size);
+        return;
+    }
+    ::operator delete(block);
+}
+
+void BlockCache::close() noexcept {
+    // Objects that die after this point, in later destructors of the thread, go to the heap.
+    sm_state.isRegistered = false;
+    sm_state.isClosed = true;
+    for (SizeClass & sizeClass : sm_state.classes) {
+        while (Block * const block = sizeClass.first) {
+            sizeClass.first = block->next;
+            ::operator delete(block);
+        }
+        sizeClass.count = 0;
+    }
+}
+
+#endif
+
+} // namespace vxattribute::impl

@@ -1,0 +1,37 @@
+#pragma once
+
+/// Declarations without definitions of what other headers of the library name.
+
+namespace vxattribute {
+
+class Attribute;
+class AttributeMap;
+class AttributeMapBase;
+class AttributeName;
+class AttributeValue;
+class BinaryValue;
+class IAttributeNameDecoder;
+class IAttributeNameEncoder;
+class MutableAttributeMap;
+class SecuredValue;
+class SerializedValue;
+class TraceFormatter;
+class ValueTypeId;
+class WritableAttributeMapRef;
+
+namespace impl {
+
+struct NullValueType;
+class ValueBase;
+class ValueHolder;
+template <typename T>
+class MultiValueWriter;
+template <typename T>
+class TypedValue;
+template <typename T>
+struct ValueFactory;
+template <typename T>
+struct ValueTypeTraits;
+
+} // namespace impl
+} // namespace vxattribute

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "vxattribute/attribute_value.h"
+
+namespace vxattribute {
+
+namespace impl {
+
+/// Builds the elements of one value in place.
+///
+/// It refers to the value, which must outlive it and must not be changed otherwise meanwhile. The
+/// first element stays where lone elements live; the second moves the value into its shared form.
+/// Bulk builders that know all elements use `make_list`, which is cheaper.
+///
+/// Arguments may be elements of the value itself. When an operation raises, the value keeps the
+/// elements it had.
+///
+///     auto writer = value.multivalue_writer<double>();
+///     writer.push_back(1.5);
+///     writer.push_back(2.5);
+template <typename T>
+class MultiValueWriter {
+  public:
+    using Arg = ElementArg<T>;
+
+    explicit MultiValueWriter(AttributeValue & value) : m_holder(&value.m_holder) {
+        if (!(value.type() == ValueTypeTraits<T>::type())) {
+            if (!value.is_null()) {
+                value.raise_type_error(ValueTypeTraits<T>::type());
+            }
+            m_holder->attach(ValueFactory<T>::create_value());
+        }
+        (*m_holder)->prepare_write(*m_holder);
+    }
+
+    void push_back(Arg const & x) {
+        if (target().end() - target().begin() != 1) {
+            target().push_back(x);
+        } else {
+            append_second(x);
+        }
+    }
+
+    /// Makes room for `n` elements in all.
+    void reserve(unsigned int n) {
+        if (n > 1) {
+            (*m_holder)->promote_to_multivalue(*m_holder);
+        }
+        target().reserve(n);
+    }
+
+    /// Replaces the elements by copies of [first, last), a run in memory.
+    void assign(T const * first, T const * last) {
+        if (last - first > 1) {
+            // A range of two or more cannot lie in the lone object that this replaces.
+            (*m_holder)->promote_to_multivalue(*m_holder);
+        }
+        target().assign(first, last);
+    }
+
+  private:
+    TypedValue<T> & target() noexcept { return static_cast<TypedValue<T> &>(*m_holder->get()); }
+
+    void append_second(Arg const & x) {
+        if constexpr (std::is_same_v<Arg, T>) {
+            // `x` may be the one element, which the promotion moves to another object.
+            bool const isOwn = &x == target().begin();
+            (*m_holder)->promote_to_multivalue(*m_holder);
+            target().push_back(isOwn ? *target().begin() : x);
+        } else {
+            (*m_holder)->promote_to_multivalue(*m_holder);
+            target().push_back(x);
+        }
+    }
+
+    ValueHolder * m_holder;
+};
+
+} // namespace impl
+
+template <impl::ElementType T>
+impl::MultiValueWriter<T> AttributeValue::multivalue_writer() {
+    return impl::MultiValueWriter<T>(*this);
+}
+
+} // namespace vxattribute

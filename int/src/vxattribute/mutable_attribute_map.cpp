@@ -1,0 +1,156 @@
+#include "vxattribute/attribute_map.h"
+
+namespace vxattribute {
+
+AttributeMapBase::HolderPtr MutableAttributeMap::prepare_modify() {
+    HolderPtr shared;
+    if (!m_pImpl->has_unique_ref()) {
+        shared = m_pImpl->clone();
+        shared.swap(m_pImpl);
+    }
+    return shared;
+}
+
+/// For operations whose arguments cannot live in the holder that is let go.
+AttributeMapBase::Map & MutableAttributeMap::modifiable() {
+    prepare_modify();
+    return m_pImpl->m_map;
+}
+
+MutableAttributeMap & MutableAttributeMap::add(AttributeName const & name,
+                                               AttributeValue const & value) {
+    return add(name, AttributeValue(value));
+}
+
+MutableAttributeMap & MutableAttributeMap::add(AttributeName const & name,
+                                               AttributeValue && value) {
+    HolderPtr const kept = prepare_modify();
+    Map & map = m_pImpl->m_map;
+    iterator const place = map.lower_bound(name);
+    if (place != map.end() && place->first == name) {
+        place->second = std::move(value);
+    } else {
+        map.emplace_hint(place, name, std::move(value));
+    }
+    return *this;
+}
+
+MutableAttributeMap & MutableAttributeMap::add(Attribute const & attribute) {
+    return add(attribute.name(), attribute.value());
+}
+
+MutableAttributeMap & MutableAttributeMap::add(AttributeMapBase const & other) {
+    if (other.empty() || m_pImpl == other.m_pImpl) {
+        return *this;
+    }
+    if (empty()) {
+        AttributeMapBase::operator=(other);
+        return *this;
+    }
+    Map const & source = other.m_pImpl->m_map;
+    if (!m_pImpl->has_unique_ref()) {
+        HolderPtr merged = merged_aux(source, m_pImpl->m_map);
+        m_pImpl.swap(merged);
+        return *this;
+    }
+    // All that can raise happens aside: copies of the elements in nodes of this map's own arena.
+    Map & map = m_pImpl->m_map;
+    Map additions(map.get_allocator());
+    additions.insert(source.begin(), source.end());
+    for (auto & [name, value] : additions) {
+        if (iterator const place = map.find(name); place != map.end()) {
+            place->second.swap(value);
+        }
+    }
+    map.merge(additions);
+    return *this;
+}
+
+AttributeValue & MutableAttributeMap::operator[](AttributeName const & name) {
+    HolderPtr const kept = prepare_modify();
+    return m_pImpl->m_map[name];
+}
+
+std::pair<MutableAttributeMap::iterator, bool>
+MutableAttributeMap::insert(value_type const & element) {
+    HolderPtr const kept = prepare_modify();
+    return m_pImpl->m_map.insert(element);
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::insert(iterator hint,
+                                                          value_type const & element) {
+    HolderPtr const kept = prepare_modify();
+    // A hint into the holder that was let go says nothing about the clone.
+    return kept ? m_pImpl->m_map.insert(element).first : m_pImpl->m_map.insert(hint, element);
+}
+
+void MutableAttributeMap::insert(const_iterator first, const_iterator last) {
+    HolderPtr const kept = prepare_modify();
+    Map & map = m_pImpl->m_map;
+    Map additions(map.get_allocator());
+    for (; first != last; ++first) {
+        if (map.find(first->first) == map.end()) {
+            additions.insert(*first);
+        }
+    }
+    map.merge(additions);
+}
+
+void MutableAttributeMap::insert(iterator first, iterator last) {
+    insert(const_iterator(first), const_iterator(last));
+}
+
+unsigned int MutableAttributeMap::erase(AttributeName const & name) {
+    HolderPtr const kept = prepare_modify();
+    return static_cast<unsigned int>(m_pImpl->m_map.erase(name));
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::erase(iterator position) {
+    return modifiable().erase(position);
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::erase(iterator first, iterator last) {
+    return modifiable().erase(first, last);
+}
+
+void MutableAttributeMap::clear() {
+    if (m_pImpl->has_unique_ref()) {
+        m_pImpl->clear();
+    } else {
+        HolderPtr fresh = vxcore::make_ref_counted<MapHolder>();
+        m_pImpl.swap(fresh);
+    }
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::begin() {
+    return modifiable().begin();
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::end() {
+    return modifiable().end();
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::find(AttributeName const & name) {
+    HolderPtr const kept = prepare_modify();
+    return m_pImpl->m_map.find(name);
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::lower_bound(AttributeName const & name) {
+    HolderPtr const kept = prepare_modify();
+    return m_pImpl->m_map.lower_bound(name);
+}
+
+MutableAttributeMap::iterator MutableAttributeMap::upper_bound(AttributeName const & name) {
+    HolderPtr const kept = prepare_modify();
+    return m_pImpl->m_map.upper_bound(name);
+}
+
+void MutableAttributeMap::read(vxserialize::Reader & reader) {
+    MutableAttributeMap(reader).swap(*this);
+}
+
+void MutableAttributeMap::read(vxserialize::Reader & reader, IAttributeNameDecoder & decoder) {
+    MutableAttributeMap(reader, decoder).swap(*this);
+}
+
+} // namespace vxattribute

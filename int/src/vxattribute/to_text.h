@@ -1,0 +1,15 @@
+#pragma once
+
+#include "vxattribute/attribute_map.h"
+
+#include <string>
+
+namespace vxattribute {
+
+/// What `write_trace` writes with `defaultTraceFormatter` at level 0, as a string: for messages and
+/// tests. Nobody should parse it.
+VXATTRIBUTE_API std::string to_text(AttributeValue const & value);
+VXATTRIBUTE_API std::string to_text(AttributeMapBase const & map);
+VXATTRIBUTE_API std::string to_text(Attribute const & attribute);
+
+} // namespace vxattribute

@@ -1,0 +1,286 @@
+#pragma once
+
+#include "vxattribute/attribute_value_type.h"
+#include "vxattribute/fwd.h"
+#include "vxcore/fwd.h"
+#include "vxuri/fwd.h"
+
+#include <cstring>
+#include <iosfwd>
+#include <new>
+#include <string>
+#include <utility>
+
+/// The rules per element type: default, order, equality, hash, construction, relocation, trace.
+///
+/// All are static members, so that the templates of attribute_value_impl.h call them without a
+/// virtual call per element. `compare` gives a number of which only the sign counts.
+namespace vxattribute::impl {
+
+/// The element type of ErrorInfo values; may be null.
+using ErrorInfoPtr = vxcore::RefCountPtr<vxcore::ErrorInfo const>;
+
+/// What every element type has: a default object and the rules by its own `<` and `==`.
+template <typename T>
+struct ValueTypeTraitsBase {
+    class DefaultHolder {
+      public:
+        constexpr DefaultHolder() noexcept(noexcept(T())) : m_value() {}
+
+        T const & value() const noexcept { return m_value; }
+
+      private:
+        T m_value;
+    };
+
+    static DefaultHolder const sm_default;
+
+    static T const & default_value() noexcept { return sm_default.value(); }
+
+    static int compare(T const & a, T const & b) { return a < b ? -1 : (b < a ? 1 : 0); }
+
+    static bool equal(T const & a, T const & b) { return a == b; }
+};
+
+/// For `bool`, `long long` and `double`: plain bytes.
+template <typename T>
+struct PodValueTypeTraits : ValueTypeTraitsBase<T> {
+    static void construct_value(T * p, T v) noexcept { *p = v; }
+
+    static void assign_value(T * p, T v) noexcept { *p = v; }
+
+    /// Copies [first, last) to raw storage; gives the end of the copy.
+    static T * move_construct_range(T * first, T * last, T * dest) noexcept {
+        return copy_bytes(first, last, dest);
+    }
+
+    /// Closes the gap [first, last) of a run that ends at `end`; gives the new end.
+    static T * erase_range(T * first, T * last, T * end) noexcept {
+        return copy_bytes(last, end, first);
+    }
+
+  private:
+    static T * copy_bytes(T const * first, T const * last, T * dest) noexcept {
+        auto const count = static_cast<std::size_t>(last - first);
+        if (count != 0) {
+            std::memmove(static_cast<void *>(dest), first, count * sizeof(T));
+        }
+        return dest + count;
+    }
+};
+
+/// For all other types. `Movable`: a move cannot fail and leaves nothing to destroy. `Relocatable`:
+/// the bytes of an object may move to another place.
+template <typename T, bool Movable, bool Relocatable>
+struct ObjValueTypeTraitsBase;
+
+template <typename T>
+struct ObjValueTypeTraitsBase<T, true, true> : ValueTypeTraitsBase<T> {
+    /// Takes the elements over into raw storage at `dest`; the sources need no destruction.
+    static T * move_construct_range(T * first, T * last, T * dest) noexcept {
+        for (; first != last; ++first, ++dest) {
+            ::new (static_cast<void *>(dest)) T(std::move(*first));
+            first->~T();
+        }
+        return dest;
+    }
+
+    static T * erase_range(T * first, T * last, T * end) noexcept {
+        for (T * p = first; p != last; ++p) {
+            p->~T();
+        }
+        return first == last ? end : move_construct_range(last, end, first);
+    }
+};
+
+template <typename T>
+struct ObjValueTypeTraitsBase<T, false, true> : PodValueTypeTraits<T> {};
+
+template <typename T>
+struct ObjValueTypeTraitsBase<T, false, false> : ValueTypeTraitsBase<T> {
+    /// Copies the elements to raw storage at `dest`, then destroys the sources. When a copy fails,
+    /// what was built is destroyed and the sources stay.
+    static T * move_construct_range(T * first, T * last, T * dest) {
+        T * built = dest;
+        try {
+            for (T const * p = first; p != last; ++p, ++built) {
+                ::new (static_cast<void *>(built)) T(*p);
+            }
+        } catch (...) {
+            destroy(dest, built);
+            throw;
+        }
+        destroy(first, last);
+        return built;
+    }
+
+    static T * erase_range(T * first, T * last, T * end) {
+        for (; last != end; ++first, ++last) {
+            *first = *last;
+        }
+        destroy(first, end);
+        return first;
+    }
+
+  private:
+    static void destroy(T * first, T * last) noexcept {
+        for (; first != last; ++first) {
+            first->~T();
+        }
+    }
+};
+
+/// The relocation group of a type; see ObjValueTypeTraitsBase.
+template <typename T>
+inline constexpr bool is_movable_element = true;
+template <>
+inline constexpr bool is_movable_element<vxcore::Uuid> = false;
+template <>
+inline constexpr bool is_movable_element<vxcore::AbsoluteTime> = false;
+template <>
+inline constexpr bool is_movable_element<vxcore::RelativeTime> = false;
+template <>
+inline constexpr bool is_movable_element<vxcore::SimpleDateTime> = false;
+template <>
+inline constexpr bool is_movable_element<vxuri::UriReference> = false;
+
+template <typename T>
+struct ObjValueTypeTraits
+    : ObjValueTypeTraitsBase<T, is_movable_element<T>, !std::is_same_v<T, vxuri::UriReference>> {
+    static void construct_value(T * p, T const & v) { ::new (static_cast<void *>(p)) T(v); }
+
+    static void assign_value(T * p, T const & v) { *p = v; }
+};
+
+template <>
+struct VXATTRIBUTE_API ValueTypeTraits<NullValueType> {
+    static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeNull; }
+};
+
+template <>
+struct VXATTRIBUTE_API ValueTypeTraits<bool> : PodValueTypeTraits<bool> {
+    static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeBoolean; }
+
+    static int compare(bool a, bool b) noexcept { return int{a} - int{b}; }
+
+    static bool equal(bool a, bool b) noexcept { return a == b; }
+
+    static unsigned int hash(bool a) noexcept { return a ? 1 : 0; }
+
+    static void write_trace(std::ostream & stream, TraceFormatter const & formatter,
+                            unsigned int indent, bool const * begin, bool const * end);
+};
+
+template <>
+struct VXATTRIBUTE_API ValueTypeTraits<long long> : PodValueTypeTraits<long long> {
+    static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeInteger; }
+
+    static int compare(long long a, long long b) noexcept { return a < b ? -1 : (b < a ? 1 : 0); }
+
+    static bool equal(long long a, long long b) noexcept { return a == b; }
+
+    /// The low 32 bits XOR the high 32 bits.
+    static unsigned int hash(long long a) noexcept {
+        auto const bits = static_cast<unsigned long long>(a);
+        return static_cast<unsigned int>(bits) ^ static_cast<unsigned int>(bits >> 32);
+    }
+
+    static void write_trace(std::ostream & stream, TraceFormatter const & formatter,
+                            unsigned int indent, long long const * begin, long long const * end);
+};
+
+template <>
+struct VXATTRIBUTE_API ValueTypeTraits<double> : PodValueTypeTraits<double> {
+    static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeDouble; }
+
+    /// A NaN on either side gives 0.
+    static int compare(double a, double b) noexcept { return b > a ? -1 : (a > b ? 1 : 0); }
+
+    /// IEEE 754 equality: a NaN differs from everything, +0.0 equals -0.0.
+    static bool equal(double a, double b) noexcept { return a == b; }
+
+    /// Over the bit pattern, so that +0.0 and -0.0 differ.
+    static unsigned int hash(double a) noexcept {
+        static_assert(sizeof(long long) == sizeof(double));
+        long long bits;
+        std::memcpy(&bits, &a, sizeof(bits));
+        return ValueTypeTraits<long long>::hash(bits);
+    }
+
+    static void write_trace(std::ostream & stream, TraceFormatter const & formatter,
+                            unsigned int indent, double const * begin, double const * end);
+};
+
+template <>
+struct VXATTRIBUTE_API ValueTypeTraits<std::string>
+    : ObjValueTypeTraitsBase<std::string, true, true> {
+    /// A text on its way into a value: the stored string is built from it without a temporary.
+    struct VXATTRIBUTE_API AssignArg {
+        char const * data;
+        unsigned int size;
+
+        /// Measures `text` up to its terminator.
+        AssignArg(char const * text);
+
+        AssignArg(char const * text, unsigned int textSize) noexcept : data(text), size(textSize) {}
+
+        /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes.
+        AssignArg(std::string const & text);
+    };
+
+    static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeString; }
+
+    static void construct_value(std::string * p, AssignArg const & v) {
+        ::new (static_cast<void *>(p)) std::string(v.data, v.size);
+    }
+
+    static void assign_value(std::string * p, AssignArg const & v) { p->assign(v.data, v.size); }
+
+    static int compare(std::string const & a, std::string const & b) noexcept {
+        return a.compare(b);
+    }
+
+    static bool equal(std::string const & a, std::string const & b) noexcept { return a == b; }
+
+    /// Folds the bytes as signed values.
+    static unsigned int hash(std::string const & a) noexcept;
+
+    static void write_trace(std::ostream & stream, TraceFormatter const & formatter,
+                            unsigned int indent, std::string const * begin,
+                            std::string const * end);
+};
+
+/// True for the types that a value can hold elements of.
+template <typename T>
+inline constexpr bool is_element_type = false;
+template <>
+inline constexpr bool is_element_type<bool> = true;
+template <>
+inline constexpr bool is_element_type<long long> = true;
+template <>
+inline constexpr bool is_element_type<double> = true;
+template <>
+inline constexpr bool is_element_type<std::string> = true;
+template <>
+inline constexpr bool is_element_type<vxcore::Uuid> = true;
+template <>
+inline constexpr bool is_element_type<vxuri::UriReference> = true;
+template <>
+inline constexpr bool is_element_type<vxcore::AbsoluteTime> = true;
+template <>
+inline constexpr bool is_element_type<vxcore::RelativeTime> = true;
+template <>
+inline constexpr bool is_element_type<vxcore::SimpleDateTime> = true;
+template <>
+inline constexpr bool is_element_type<BinaryValue> = true;
+template <>
+inline constexpr bool is_element_type<SerializedValue> = true;
+template <>
+inline constexpr bool is_element_type<AttributeMap> = true;
+template <>
+inline constexpr bool is_element_type<ErrorInfoPtr> = true;
+
+template <typename T>
+concept ElementType = is_element_type<T>;
+
+} // namespace vxattribute::impl

@@ -1,0 +1,99 @@
+#include "vxattribute/attribute_name_coder.h"
+#include "vxattribute/attribute_value_marshaler.h"
+#include "vxattribute/element_types.h"
+#include "vxserialize/error_info_stream.h"
+#include "vxserialize/writer.h"
+
+namespace vxattribute {
+
+namespace {
+
+/// Writes the elements of one value. The encoder is null for plain names.
+class ElementWriter {
+  public:
+    ElementWriter(vxserialize::Writer & writer, IAttributeNameEncoder * encoder) noexcept
+        : m_writer(writer), m_encoder(encoder) {}
+
+    template <typename T>
+    void write_elements(T const * first, T const * last) {
+        bool const isScalar = last - first == 1 && !std::is_same_v<T, AttributeMap>;
+        if (!isScalar || !is_bare<T>) {
+            m_writer.write_uint(static_cast<unsigned int>(impl::ValueTypeTraits<T>::type().id()));
+        }
+        if (isScalar) {
+            write(*first);
+            return;
+        }
+        m_writer.begin_list(static_cast<unsigned int>(last - first));
+        for (T const * p = first; p != last; ++p) {
+            if (p != first) {
+                m_writer.next_list_item();
+            }
+            write(*p);
+        }
+        m_writer.end_list();
+    }
+
+  private:
+    /// Types whose lone element the stream itself tells apart, so that no tag is needed.
+    template <typename T>
+    static constexpr bool is_bare =
+        std::is_same_v<T, bool> || std::is_same_v<T, long long> || std::is_same_v<T, double> ||
+        std::is_same_v<T, std::string> || std::is_same_v<T, vxcore::Uuid> ||
+        std::is_same_v<T, vxcore::AbsoluteTime> || std::is_same_v<T, vxcore::RelativeTime> ||
+        std::is_same_v<T, BinaryValue>;
+
+    template <typename T>
+    void write(T const & element) {
+        m_writer << element;
+    }
+
+    void write(vxuri::UriReference const & element) { vxserialize::write_uri(m_writer, element); }
+
+    void write(vxcore::SimpleDateTime const & element) {
+        vxserialize::write_simple_date_time(m_writer, element);
+    }
+
+    void write(BinaryValue const & element) { write_binary_value(m_writer, element); }
+
+    void write(SerializedValue const & element) { write_serialized_value(m_writer, element); }
+
+    void write(impl::ErrorInfoPtr const & element) {
+        vxserialize::write_error_info(m_writer, element);
+    }
+
+    void write(AttributeMap const & element) {
+        if (m_encoder != nullptr) {
+            element.write(m_writer, *m_encoder);
+        } else {
+            element.write(m_writer);
+        }
+    }
+
+    vxserialize::Writer & m_writer;
+    IAttributeNameEncoder * m_encoder;
+};
+
+void write_value(vxserialize::Writer & writer, IAttributeNameEncoder * encoder,
+                 AttributeValue const & value) {
+    if (value.is_null()) {
+        writer.write_null();
+        return;
+    }
+    impl::for_element_type(value.type().id(), [&]<typename T>() {
+        ElementWriter(writer, encoder).write_elements(value.begin<T>(), value.end<T>());
+    });
+}
+
+} // namespace
+
+void write_attribute_value(vxserialize::Writer & writer, AttributeValue const & value) {
+    write_value(writer, nullptr, value);
+}
+
+void write_attribute_value(vxserialize::Writer & writer, IAttributeNameEncoder & encoder,
+                           AttributeValue const & value) {
+    write_value(writer, &encoder, value);
+}
+
+} // namespace vxattribute

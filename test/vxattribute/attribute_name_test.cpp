@@ -1,0 +1,96 @@
+// The rule under test: names compare by token, attributes by name and then by value.
+
+#include "support/expect_error.h"
+
+#include "vxattribute/vxattribute.h"
+#include "vxcore/error_codes.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <unordered_set>
+
+namespace {
+
+using namespace vxattribute;
+
+TEST(AttributeName, OneTokenPerText) {
+    AttributeName const a("a");
+    EXPECT_EQ(a, AttributeName("a", 1));
+    EXPECT_EQ(a.key().key_value(), AttributeName(std::string("a")).key().key_value());
+    EXPECT_NE(a, AttributeName("b"));
+    AttributeName cleared("x");
+    cleared.clear();
+    for (AttributeName const & empty : {AttributeName(), cleared, AttributeName("")}) {
+        EXPECT_TRUE(empty.empty());
+        EXPECT_EQ(empty.size(), 0u);
+    }
+    std::unordered_set<AttributeName> const names = {a, AttributeName("b"), AttributeName("a")};
+    EXPECT_EQ(names.size(), 2u);
+}
+
+TEST(AttributeName, OrderIsTotal) {
+    AttributeName const a("a"), b("b");
+    EXPECT_NE(a < b, b < a);
+    EXPECT_EQ(a < b, a <= b);
+    EXPECT_EQ(a<b, b> a);
+    EXPECT_TRUE(a <= a && a >= a && !(a < a) && !(a > a));
+}
+
+TEST(AttributeName, StaticInstancesCompareAndRaiseAfterTheirEnd) {
+    vxcore::StaticInstance<AttributeName> instance("port");
+    vxcore::StaticInstance<AttributeName const> const constant("port");
+    AttributeName const name("port");
+    EXPECT_TRUE(name == instance && name == constant && instance == name);
+    EXPECT_FALSE(name != instance || name < constant || name > instance);
+    EXPECT_TRUE(name <= instance && name >= constant);
+    AttributeName copy(instance);
+    copy = constant;
+    EXPECT_EQ(copy, name);
+    instance.destroy();
+    EXPECT_THROW((void)(name == instance), vxcore::ErrorException);
+    EXPECT_THROW((void)(name >= instance), vxcore::ErrorException);
+    vxtest::expect_error([&] { copy = instance; }, vxcore::error::vxcore_destroyed,
+                         "A static object was used after its end");
+    EXPECT_THROW(AttributeName{instance}, vxcore::ErrorException);
+    EXPECT_EQ(copy, name);
+}
+
+TEST(AttributeName, UnknownTextsAreNotInterned) {
+    AttributeName name("kept");
+    EXPECT_FALSE(AttributeName::find_interned("a name that nobody has made", name));
+    EXPECT_EQ(name.value(), "kept");
+    AttributeName const known("known");
+    EXPECT_TRUE(AttributeName::find_interned("known", name));
+    EXPECT_EQ(name, known);
+}
+
+TEST(Attribute, OrdersByNameThenByValue) {
+    AttributeName const name("n");
+    Attribute const number(name, 5), text(name, "x"), other(AttributeName("m"), "x");
+    EXPECT_LT(number, text);
+    EXPECT_TRUE(number <= text && text > number && text >= number && number != text);
+    EXPECT_EQ(other < number, other.name() < name);
+    EXPECT_EQ(number, Attribute("n", 5));
+    EXPECT_EQ(number.hash(), name.hash() ^ 5u);
+}
+
+TEST(Attribute, MovesLeaveNullAndAssignmentsCopy) {
+    Attribute source("n", "text");
+    Attribute const taken(std::move(source));
+    EXPECT_TRUE(source.value().is_null());
+    EXPECT_EQ(taken, Attribute("n", "text"));
+    Attribute kept("k", 1), target;
+    target = std::move(kept);
+    EXPECT_EQ(kept, Attribute("k", 1));
+    EXPECT_EQ(target, kept);
+}
+
+TEST(Attribute, InsertionShowsNameAndValue) {
+    std::ostringstream stream;
+    stream << Attribute("count", 5);
+    EXPECT_EQ(stream.str(), "'count' => [Integer: {5}]");
+    EXPECT_EQ(to_text(Attribute("a", AttributeValue())), "'a' => [Null]");
+}
+
+} // namespace

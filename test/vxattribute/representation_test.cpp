@@ -1,0 +1,159 @@
+// The rule under test: which object stands behind a value, what it costs, and when it is shared.
+
+#include "support/allocation.h"
+
+#include "vxattribute/samples.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+using namespace vxattribute;
+using impl::ValueFactory;
+using impl::ValueHolder;
+
+/// The object behind a value.
+impl::ValueBase const * object_of(AttributeValue & value) {
+    ValueHolder holder;
+    value.swap_impl(holder);
+    impl::ValueBase const * const object = holder.get();
+    value.swap_impl(holder);
+    return object;
+}
+
+template <typename T>
+bool share(T const & a, T const & b) {
+    AttributeValue x(a), y(b);
+    return object_of(x) == object_of(y);
+}
+
+TEST(Representation, CommonNumbersAreStatics) {
+    EXPECT_TRUE(share(7, 7));
+    EXPECT_FALSE(share(8, 8));
+    EXPECT_TRUE(share(-1, -1));
+    EXPECT_FALSE(share(-2, -2));
+    EXPECT_TRUE(share(true, true));
+    EXPECT_TRUE(share("", ""));
+    AttributeValue list = make_list<long long>({5, 900});
+    AttributeValue five(5), part = list.subrange(0, 1);
+    EXPECT_EQ(object_of(part), object_of(five)) << "a proper subrange chooses its class anew";
+    AttributeValue fromRange = make_list<long long>({5});
+    EXPECT_EQ(object_of(fromRange), object_of(five));
+}
+
+TEST(Representation, WholeSubrangesShareAndProperOnesCopy) {
+    AttributeValue list = make_list<std::string>({"a", "b"});
+    AttributeValue whole = list.subrange(0, 2), tail = list.subrange(0), part = list.subrange(1);
+    EXPECT_EQ(object_of(whole), object_of(list));
+    EXPECT_EQ(object_of(tail), object_of(list));
+    EXPECT_NE(object_of(part), object_of(list));
+}
+
+TEST(Representation, OpenedStaticsBecomePrivateAndCopiesGoBack) {
+    AttributeValue five(5), opened(5);
+    opened.multivalue_writer<long long>();
+    EXPECT_NE(object_of(opened), object_of(five));
+    AttributeValue copy = opened;
+    EXPECT_EQ(object_of(copy), object_of(five));
+    EXPECT_EQ(copy, opened);
+    opened.clear();
+    AttributeValue cleared = opened, empty(ValueTypeId::typeInteger);
+    EXPECT_EQ(object_of(cleared), object_of(empty));
+}
+
+TEST(Representation, ClearingASharedStringGivesTheSharedEmptyValue) {
+    AttributeValue a("text that is shared");
+    AttributeValue const b = a;
+    a.clear();
+    AttributeValue empty(ValueTypeId::typeString);
+    EXPECT_EQ(object_of(a), object_of(empty));
+    EXPECT_EQ(a.size(), 0u);
+    EXPECT_EQ(b.get<std::string>(), "text that is shared");
+}
+
+TEST(Representation, CanonicalFormOfALoneNumber) {
+    impl::SingleValueImpl<bool> const flag(true);
+    AttributeValue expected(true);
+    EXPECT_EQ(ValueFactory<bool>::create_value(flag), object_of(expected));
+    impl::SingleValueImpl<long long> const none;
+    EXPECT_EQ(ValueFactory<long long>::create_value(none), ValueFactory<long long>::create_value());
+}
+
+#if !VX_BLOCK_CACHE
+// With the block cache on, spent blocks make these numbers smaller.
+
+TEST(RepresentationCost, Allocations) {
+    static std::string const text(60, 't');
+    AttributeValue value, list = make_list<double>({1, 2, 3}), scalar(2.5);
+
+    struct {
+        char const * what;
+        unsigned long expected;
+        std::function<void()> action;
+    } const rows[] = {
+        {"null", 0, [] { AttributeValue(); }},
+        {"small integer", 0, [] { AttributeValue v(7), w = v; }},
+        {"empty string", 0, [] { AttributeValue v(""), w(ValueTypeId::typeString); }},
+        {"boolean list of none", 0, [] { AttributeValue v(ValueTypeId::typeBoolean); }},
+        {"large integer", 1, [] { AttributeValue v(8); }},
+        {"double and its copy", 2, [] { AttributeValue v(1.5), w = v; }},
+        {"short string and its copy", 1, [] { AttributeValue v("short"), w = v; }},
+        {"long string", 2, [] { AttributeValue v(text); }},
+        {"list and its copy", 2,
+         [] {
+             AttributeValue v = make_list<double>({1, 2}), w = v;
+         }},
+        {"set in place", 0, [&] { scalar.set(3.5); }},
+        {"set of a shared list", 1,
+         [&] {
+             AttributeValue copy = list;
+             copy.set(1.5);
+         }},
+        {"first write to a shared list", 2,
+         [&] {
+             AttributeValue copy = list;
+             copy.multivalue_writer<double>();
+         }},
+        {"back to one element", 0, [&] { list.set(9.0); }},
+    };
+
+    for (auto const & row : rows) {
+        EXPECT_EQ(vxtest::count_allocations(row.action), row.expected) << row.what;
+    }
+}
+
+TEST(RepresentationCost, ListsDouble) {
+    AttributeValue value(1.0);
+    auto writer = value.multivalue_writer<double>();
+    EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(2); }), 2u); // object, block of 2
+    EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(3); }), 1u); // block of 4
+    EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(4); }), 0u);
+    EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(5); }), 1u); // block of 8
+}
+#endif
+
+TEST(Representation, NothingLeaks) {
+    long const before = vxtest::live_blocks();
+    for (vxtest::Sample const & sample : vxtest::samples()) {
+        AttributeValue value = sample.value;
+        sample.change(value);
+        value.clear();
+    }
+    // The block cache may keep some blocks, but no more on a second round.
+    long const once = vxtest::live_blocks();
+    for (vxtest::Sample const & sample : vxtest::samples()) {
+        AttributeValue value = sample.value;
+        sample.change(value);
+        value.clear();
+    }
+    EXPECT_EQ(vxtest::live_blocks(), once);
+#if !VX_BLOCK_CACHE
+    EXPECT_EQ(once, before);
+#else
+    (void)before;
+#endif
+}
+
+} // namespace

@@ -1,0 +1,130 @@
+// The rule under test: the closed set of types and, per element type, order, equality and hash.
+
+#include "vxattribute/vxattribute.h"
+#include "vxcore/error_exception.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <sstream>
+
+namespace {
+
+using namespace vxattribute;
+using impl::ValueTypeTraits;
+using impl::ValueTypeTraitsBase;
+
+TEST(ValueTypeId, NumbersNamesAndConstantsAgree) {
+    char const * const names[] = {"Null",         "Boolean",        "Integer",  "String",
+                                  "Double",       "UUID",           "URI",      "AbsoluteTime",
+                                  "RelativeTime", "SimpleDateTime", "Binary",   "Serialized",
+                                  "AttributeMap", "Secured",        "ErrorInfo"};
+    for (int i = 0; i < 15; ++i) {
+        ValueTypeId const & type = ValueTypeId::from_id(static_cast<ValueTypeId::EId>(i));
+        EXPECT_EQ(type.id(), i);
+        EXPECT_EQ(type.name(), names[i]);
+    }
+    EXPECT_EQ(&ValueTypeId::from_id(ValueTypeId::eId_Uri), &ValueTypeId::typeUri);
+    EXPECT_EQ(ValueTypeId::typeString.compare(ValueTypeId::typeDouble), -1);
+    EXPECT_EQ(ValueTypeId::typeErrorInfo.compare(ValueTypeId::typeNull), 14);
+    std::ostringstream stream;
+    stream.width(6);
+    stream << ValueTypeId::typeUri;
+    EXPECT_EQ(stream.str(), "   URI");
+}
+
+TEST(ValueTypeId, UnknownNumbersAreRefused) {
+    auto const raise = [](int id) {
+        try {
+            ValueTypeId::from_id(static_cast<ValueTypeId::EId>(id));
+        } catch (vxcore::ErrorException const & e) {
+            EXPECT_TRUE(e.info()->matches(error::vxattribute_value_type_unknown));
+            EXPECT_EQ(e.info()->location().function().view(),
+                      "vxattribute::ValueTypeId::from_id()");
+            return std::string(e.what());
+        }
+        return std::string();
+    };
+    EXPECT_EQ(raise(15), "Unknown attribute type id.  Value=15");
+    EXPECT_EQ(raise(-1), "Unknown attribute type id.  Value=-1");
+}
+
+TEST(ValueTypeId, SecuredHasAnIdButNoElementsYet) {
+    EXPECT_EQ(ValueTypeId::typeSecured.id(), 13);
+    try {
+        AttributeValue value(ValueTypeId::typeSecured);
+        FAIL() << "an empty secured value was made";
+    } catch (vxcore::ErrorException const & e) {
+        EXPECT_TRUE(e.info()->matches(error::vxattribute_value_type_unknown));
+        EXPECT_EQ(*e.info()->params().find_value("typeId"), "13");
+    }
+}
+
+TEST(ErrorCodes, NamesFollowTheTexts) {
+    EXPECT_STREQ(error::vxattribute.name(), "error.vxattribute");
+    EXPECT_STREQ(error::vxattribute_name_decoder_packageRef_invalid.name(),
+                 "error.vxattribute.name.decoder.packageRef.invalid");
+    EXPECT_TRUE(error::vxattribute_query_tooMany.is_within(error::vxattribute_query));
+    EXPECT_FALSE(error::vxattribute_query_tooMany.is_within(error::vxattribute_map));
+}
+
+TEST(ElementRules, DoublesFollowIeee) {
+    using Traits = ValueTypeTraits<double>;
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(Traits::compare(nan, 1.0), 0);
+    EXPECT_FALSE(Traits::equal(nan, 1.0));
+    EXPECT_FALSE(Traits::equal(nan, nan));
+    EXPECT_TRUE(Traits::equal(0.0, -0.0));
+    EXPECT_EQ(Traits::hash(0.0), 0u);
+    EXPECT_EQ(Traits::hash(-0.0), 0x80000000u);
+    EXPECT_EQ(ValueTypeTraits<long long>::hash(-1), 0u);
+    EXPECT_EQ(ValueTypeTraits<long long>::hash(0x100000002), 3u);
+    EXPECT_LT(ValueTypeTraits<long long>::compare(std::numeric_limits<long long>::min(), 1), 0);
+}
+
+TEST(ElementRules, BytesAreSignedInTextsAndUnsignedInBlobs) {
+    unsigned char const byte = 0xff;
+    EXPECT_EQ(ValueTypeTraits<std::string>::hash("\xff"), 0xffffffffu);
+    EXPECT_EQ(ValueTypeTraits<BinaryValue>::hash(BinaryValue(&byte, 1)), 255u);
+    EXPECT_EQ(ValueTypeTraits<std::string>::hash("ab"), 97u * 5 + 98);
+    EXPECT_GT(ValueTypeTraits<std::string>::compare("\x80", "\x7f"), 0);
+    EXPECT_LT(ValueTypeTraits<std::string>::compare("a", "ab"), 0);
+}
+
+TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
+    using Traits = ValueTypeTraits<impl::ErrorInfoPtr>;
+    auto const make = [] {
+        return vxcore::ErrorInfo::create(error::vxattribute_query, vxcore::SourceString("m", true),
+                                         vxcore::ErrorParams(), vxcore::SourceLocation());
+    };
+    impl::ErrorInfoPtr const a = make();
+    impl::ErrorInfoPtr const b = make();
+    EXPECT_EQ(Traits::compare(nullptr, a), -1);
+    EXPECT_EQ(Traits::compare(a, nullptr), 1);
+    EXPECT_EQ(Traits::compare(a, b), 0);
+    EXPECT_TRUE(Traits::equal(a, b));
+    EXPECT_TRUE(Traits::equal(nullptr, nullptr));
+    EXPECT_EQ(Traits::hash(nullptr), 0u);
+    EXPECT_EQ(Traits::hash(a), Traits::hash(b));
+    EXPECT_FALSE(ValueTypeTraitsBase<impl::ErrorInfoPtr>::equal(a, b)) << "by address";
+}
+
+TEST(ElementRules, UrisFoldHexDigitsOnly) {
+    using Traits = ValueTypeTraits<vxuri::UriReference>;
+    auto const uri = [](char const * text) { return vxuri::UriReference::parse(text); };
+    EXPECT_TRUE(Traits::equal(uri("a%2Fb"), uri("a%2fb")));
+    EXPECT_EQ(Traits::hash(uri("a%2Fb")), Traits::hash(uri("a%2fb")));
+    EXPECT_FALSE(Traits::equal(uri("A%2Fb"), uri("a%2Fb")));
+    EXPECT_EQ(Traits::compare(uri("A"), uri("z")), -1);
+}
+
+TEST(ElementRules, ArgumentsKeepZeroBytes) {
+    using Arg = ValueTypeTraits<std::string>::AssignArg;
+    EXPECT_EQ(Arg("").size, 0u);
+    std::string element;
+    ValueTypeTraits<std::string>::assign_value(&element, Arg("a\0b", 3));
+    EXPECT_EQ(element, std::string("a\0b", 3));
+}
+
+} // namespace
