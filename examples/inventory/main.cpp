@@ -1,0 +1,147 @@
+// Reads a package database into a map of maps, sends the map through both stream forms and back,
+// and renders one package. The worked example: every step of a program on attributes is here.
+
+#include "package_map.h"
+#include "text_streams.h"
+
+#include "vxattribute/attribute_access.h"
+#include "vxattribute/sorted_by_name.h"
+#include "vxattribute/trace_formatter.h"
+#include "vxserialize/memory_reader.h"
+#include "vxserialize/memory_writer.h"
+#include "vxserialize/text_reader.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <iomanip>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace vxattribute;
+
+struct Options {
+    std::string database = "/var/lib/dpkg/status";
+    std::string package; // empty: none named
+};
+
+bool parse_options(int argc, char ** argv, Options & options) {
+    for (int i = 1; i < argc; ++i) {
+        std::string_view const argument = argv[i];
+        if (argument == "--database" && i + 1 < argc) {
+            options.database = argv[++i];
+        } else if (!argument.empty() && argument[0] != '-' && options.package.empty()) {
+            options.package = argument;
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// The attributes of the map and of all maps in it.
+unsigned int count_attributes(AttributeMapBase const & map) {
+    unsigned int count = map.size();
+    for (auto const & [name, value] : map) {
+        if (value.type() == ValueTypeId::typeAttributeMap) {
+            for (AttributeMap const & inner : elements<AttributeMap>(value)) {
+                count += count_attributes(inner);
+            }
+        }
+    }
+    return count;
+}
+
+/// The package that was named, with or without its architecture; when none was, the first in the
+/// order of the alphabet that has a homepage. Null when there is none.
+AttributeMap const * choose_package(AttributeMap const & packages, std::string const & wanted) {
+    for (auto const & element : sorted_by_name(packages)) {
+        auto const & package = element->second.get<AttributeMap>();
+        if (wanted.empty() ? package.exists(inventory::names::homepage)
+                           : element->first.value() == wanted ||
+                                 get<std::string>(package, inventory::names::name) == wanted) {
+            return &package;
+        }
+    }
+    return nullptr;
+}
+
+/// Prints a line for each step of the program.
+class StepTimer {
+  public:
+    /// The step that ends here took all the time since the last one.
+    void print(char const * step, std::size_t bytes, unsigned int attributes) {
+        std::chrono::duration<double, std::nano> const time = Clock::now() - m_start;
+        std::cout << std::left << std::setw(13) << step << std::right << std::setw(9) << bytes
+                  << " bytes" << std::fixed << std::setprecision(1) << std::setw(8)
+                  << static_cast<double>(bytes) * 1e3 / time.count() << " MB/s" << std::setw(8)
+                  << time.count() / std::max(attributes, 1u) << " ns per attribute\n";
+        m_start = Clock::now();
+    }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    Clock::time_point m_start = Clock::now();
+};
+
+void run(Options const & options) {
+    StepTimer timer;
+    inventory::ControlFile file(options.database);
+    AttributeMap const packages = inventory::read_inventory(file);
+    unsigned int const attributes = count_attributes(packages);
+    timer.print("read source", file.size(), attributes);
+
+    vxserialize::MemoryWriter binary;
+    packages.write(binary);
+    timer.print("write binary", binary.size(), attributes);
+
+    vxserialize::MemoryReader binaryReader = binary.reader();
+    AttributeMap const fromBinary(binaryReader);
+    timer.print("read binary", binary.size(), attributes);
+
+    std::string text;
+    inventory::StringTarget target(text);
+    vxserialize::TextWriter textWriter(target, {});
+    packages.write(textWriter);
+    textWriter.close();
+    timer.print("write text", text.size(), attributes);
+
+    inventory::StringStream stream(text);
+    vxserialize::TextReader textReader(stream, 1 << 16);
+    AttributeMap const fromText(textReader);
+    timer.print("read text", text.size(), attributes);
+
+    if (fromBinary != packages || fromText != packages) {
+        inventory::fail(options.database, "what was read back differs");
+    }
+    if (AttributeMap const * const package = choose_package(packages, options.package)) {
+        package->write_trace(std::cout, defaultTraceFormatter, 0);
+        std::cout << "\n\n";
+    } else if (!options.package.empty()) {
+        inventory::fail(options.database, "there is no package " + options.package);
+    }
+    std::cout << "inventory: " << packages.size() << " packages, " << attributes
+              << " attributes, source " << file.size() << " bytes, binary " << binary.size()
+              << " bytes, text " << text.size() << " bytes, read back equal\n";
+}
+
+} // namespace
+
+int main(int argc, char ** argv) {
+    Options options;
+    if (!parse_options(argc, argv, options)) {
+        std::cerr << "usage: inventory [--database FILE] [PACKAGE]\n";
+        return 2;
+    }
+    try {
+        run(options);
+    } catch (std::exception const & e) { // an ErrorException tells its filled message
+        std::cerr << e.what() << '\n';
+        return 1;
+    }
+    return 0;
+}
