@@ -1,0 +1,37 @@
+// Misuse that the compiler must refuse; CMakeLists.txt beside this file names the cases.
+
+#include "vxattribute/vxattribute.h"
+#include "vxserialize/memory_writer.h"
+
+using namespace vxattribute;
+
+void cases(AttributeMap map, vxserialize::MemoryWriter writer) {
+    int number = 0;
+    AttributeValue value(number);
+    value.set(5L);
+    (void)value.get<long long>();
+    writer << "text";
+    (void)map;
+#if defined(VX_CASE_VALUE_FROM_POINTER)
+    AttributeValue other(&number);
+#elif defined(VX_CASE_VALUE_FROM_NULLPTR)
+    value = nullptr;
+#elif defined(VX_CASE_VALUE_FROM_CHARACTER)
+    value.set('x');
+#elif defined(VX_CASE_VALUE_FROM_UNSIGNED_64)
+    value = 5ull;
+#elif defined(VX_CASE_GET_OF_UNKNOWN_TYPE)
+    (void)value.get<int>();
+#elif defined(VX_CASE_WRITE_THROUGH_ATTRIBUTE_MAP)
+    map.add("name", 1);
+#elif defined(VX_CASE_WRITER_OF_POINTER)
+    writer << &number;
+#elif defined(VX_CASE_NAME_FROM_NULLPTR)
+    AttributeName name(nullptr);
+#elif defined(VX_CASE_HASH_OF_VALUE)
+    (void)std::hash<AttributeValue>()(value);
+#elif defined(VX_CASE_RAW_POINTER_TO_REF_COUNT_PTR)
+    vxcore::RefCountPtr<vxcore::ErrorInfo const> pointer =
+        static_cast<vxcore::ErrorInfo *>(nullptr);
+#endif
+}
