@@ -68,7 +68,9 @@ class ScriptedReader final : public vxserialize::Reader {
     explicit ScriptedReader(std::vector<std::string> script) : m_script(std::move(script)) {}
 
     /// The operations not yet consumed.
-    std::vector<std::string> rest() const { return {m_script.begin() + m_at, m_script.end()}; }
+    std::vector<std::string> rest() const {
+        return {&m_script[0] + m_at, &m_script[0] + m_script.size()};
+    }
 
     vxserialize::EElementKind next_type() override {
         static std::pair<char const *, vxserialize::EElementKind> const kinds[] = {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vxcore/export.h"
+
 /// Declarations without definitions of everything that other headers of the family name.
 
 namespace vxcore {
@@ -21,12 +23,14 @@ class StringKey;
 class StringTraceData;
 class Uuid;
 
+// Exported from the first declaration on: clang takes the visibility of a template from there, and
+// with it that of everything instantiated over it.
 template <typename Count>
-class RefCounted;
+class VXCORE_API RefCounted;
 template <typename T>
-class RefCountPtr;
+class VXCORE_API RefCountPtr;
 template <typename I, typename Owner>
-class InterfacePtr;
+class VXCORE_API InterfacePtr;
 template <typename T>
 class StaticInstance;
 template <typename T>
