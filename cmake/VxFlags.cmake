@@ -5,10 +5,15 @@ target_compile_features(vx_flags INTERFACE cxx_std_20)
 target_compile_options(vx_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
     $<$<BOOL:${VX_WERROR}>:-Werror>
+    # g++ 12 takes `"text" + string` for an overlapping copy inside std::string (its bug 105651).
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
     # Source paths in error locations and debug information are relative to the project.
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
     # Without it a second copy of a library shares the first copy's function-local statics.
-    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
+    # A library may inline its own exported functions, as clang does by itself. Addresses of
+    # functions and objects stay one per process: this is not -Bsymbolic.
+    $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 
 if(VX_SANITIZE)
     target_compile_options(vx_flags INTERFACE -fsanitize=${VX_SANITIZE} -fno-omit-frame-pointer)

@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <sstream>
 #include <stdexcept>
-#include <vector>
 
 namespace {
 
@@ -19,122 +17,74 @@ SourceString text(char const * literal) {
     return SourceString(literal, true);
 }
 
-std::string shown(SourceString const & value) {
-    return std::string(value.view());
+ListParams list(char const * prefix, bool showForScalar = false) {
+    ListParams params(text("?"), text("?"), text("?"), !showForScalar);
+    params.prefix(text(prefix)).separator(text(";")).suffix(text(">"));
+    return params.show_for_scalar(showForScalar);
 }
 
-std::string shown(ListParams const & list) {
-    return shown(list.prefix()) + '|' + shown(list.separator()) + '|' + shown(list.suffix()) + '|' +
-           (list.show_for_scalar() ? "always" : "lists");
+std::ostream & operator<<(std::ostream & stream, SourceString const & value) {
+    return stream << value.view();
 }
 
-std::string shown(bool value) {
-    return value ? "yes" : "no";
+std::ostream & operator<<(std::ostream & stream, ListParams const & params) {
+    return stream << params.prefix() << '_' << params.separator() << '_' << params.suffix() << '_'
+                  << params.show_for_scalar();
 }
 
-std::string shown(unsigned int value) {
-    return std::to_string(value);
+std::string joined(auto const &... settings) {
+    std::ostringstream stream;
+    ((stream << settings << '|'), ...);
+    return stream.str();
 }
 
-ListParams const newList(text("<"), text(";"), text(">"), false);
-
-/// A setting: how it is read, its default, and a setter call with what it leads to.
-struct Setting {
-    std::function<std::string(TraceFormatter const &)> read;
-    std::string byDefault;
-    std::function<void(Composer &)> set;
-    std::string changed;
-};
-
-template <typename Result, typename Value>
-Setting setting(Result (TraceFormatter::*get)() const noexcept, char const * byDefault,
-                Composer & (Composer::*set)(Value), Value value, char const * changed) {
-    return {[get](TraceFormatter const & formatter) { return shown((formatter.*get)()); },
-            byDefault, [set, value](Composer & composer) { (composer.*set)(value); }, changed};
+/// All settings in their order.
+std::string dump(TraceFormatter const & f) {
+    return joined(f.show_type(), f.max_multivalue_count(), f.multiline_length_threshold(),
+                  f.max_string_len(), f.max_binary_value_dump_bytes(),
+                  f.binary_value_dump_line_size(), f.line_prefix(), f.indent(), f.error_info_null(),
+                  f.list_default(), f.list_map(), f.list_string_simple(), f.list_string_multiline(),
+                  f.list_binary_value_dump(), f.list_error_info(), f.map_element_prefix(),
+                  f.map_name_value_separator(), f.map_element_suffix(), f.multiline_string_prefix(),
+                  f.multiline_string_newline(), f.multiline_string_suffix(),
+                  f.binary_value_dump_prefix(), f.binary_value_dump_newline(),
+                  f.binary_value_dump_suffix(), f.error_info_line_prefix());
 }
 
-#define TEXT(name, byDefault)                                                                      \
-    setting<SourceString const &, SourceString>(&TraceFormatter::name, byDefault, &Composer::name, \
-                                                text("new"), "new")
-#define LIST(name, byDefault)                                                                      \
-    setting<ListParams const &, ListParams>(&TraceFormatter::name, byDefault, &Composer::name,     \
-                                            newList, "<|;|>|lists")
-#define NUMBER(name, byDefault)                                                                    \
-    setting<unsigned int, unsigned int>(&TraceFormatter::name, byDefault, &Composer::name, 7u, "7")
+std::string const defaults =
+    "1|32|128|4096|256|32|\n |  |##NULL##|{_, _}_1|\n {_\n ,_\n }_1|{_, _}_1|\n {_\n , _\n }_1|"
+    "\n {_\n , _\n }_1|\n {_\n , _\n }_1|\n'|' => ||\n  \"|\"\n  \"|\"|\n  |\n  ||\n  |";
 
-std::vector<Setting> const settings = {
-    setting<bool, bool>(&TraceFormatter::show_type, "yes", &Composer::show_type, false, "no"),
-    NUMBER(max_multivalue_count, "32"),
-    NUMBER(multiline_length_threshold, "128"),
-    NUMBER(max_string_len, "4096"),
-    NUMBER(max_binary_value_dump_bytes, "256"),
-    NUMBER(binary_value_dump_line_size, "32"),
-    TEXT(line_prefix, "\n "),
-    TEXT(indent, "  "),
-    TEXT(error_info_null, "##NULL##"),
-    LIST(list_default, "{|, |}|always"),
-    LIST(list_map, "\n {|\n ,|\n }|always"),
-    LIST(list_string_simple, "{|, |}|always"),
-    LIST(list_string_multiline, "\n {|\n , |\n }|always"),
-    LIST(list_binary_value_dump, "\n {|\n , |\n }|always"),
-    LIST(list_error_info, "\n {|\n , |\n }|always"),
-    TEXT(map_element_prefix, "\n'"),
-    TEXT(map_name_value_separator, "' => "),
-    TEXT(map_element_suffix, ""),
-    TEXT(multiline_string_prefix, "\n  \""),
-    TEXT(multiline_string_newline, "\"\n  \""),
-    TEXT(multiline_string_suffix, "\""),
-    TEXT(binary_value_dump_prefix, "\n  "),
-    TEXT(binary_value_dump_newline, "\n  "),
-    TEXT(binary_value_dump_suffix, ""),
-    TEXT(error_info_line_prefix, "\n  "),
-};
-
-TEST(TraceFormatter, ASetterChangesItsSettingAloneAndLeavesTheBaseAsItWas) {
-    for (std::size_t set = 0; set < settings.size(); ++set) {
-        Composer composer(defaultTraceFormatter);
-        settings[set].set(composer);
-        TraceFormatter const changed = composer.compose();
-        for (std::size_t i = 0; i < settings.size(); ++i) {
-            EXPECT_EQ(settings[i].read(changed),
-                      i == set ? settings[i].changed : settings[i].byDefault)
-                << "setting " << i << " after setter " << set;
-            EXPECT_EQ(settings[i].read(defaultTraceFormatter), settings[i].byDefault);
-        }
-    }
+TEST(TraceFormatter, EachSetterChangesItsOwnSettingOfACopy) {
+    Composer composer(defaultTraceFormatter);
+    composer.show_type(false).max_multivalue_count(2).multiline_length_threshold(3);
+    composer.max_string_len(4).max_binary_value_dump_bytes(5).binary_value_dump_line_size(6);
+    composer.line_prefix(text("a")).indent(text("b")).error_info_null(text("c"));
+    composer.list_default(list("d")).list_map(list("e")).list_string_simple(list("f"));
+    composer.list_string_multiline(list("g", true)).list_binary_value_dump(list("h"));
+    composer.list_error_info(list("i")).map_element_prefix(text("j"));
+    composer.map_name_value_separator(text("k")).map_element_suffix(text("l"));
+    composer.multiline_string_prefix(text("m")).multiline_string_newline(text("n"));
+    composer.multiline_string_suffix(text("o")).binary_value_dump_prefix(text("p"));
+    composer.binary_value_dump_newline(text("q")).binary_value_dump_suffix(text("r"));
+    TraceFormatter const all = composer.error_info_line_prefix(text("s")).compose();
+    EXPECT_EQ(dump(all), "0|2|3|4|5|6|a|b|c|d_;_>_0|e_;_>_0|f_;_>_0|g_;_>_1|h_;_>_0|i_;_>_0|"
+                         "j|k|l|m|n|o|p|q|r|s|");
+    EXPECT_EQ(dump(defaultTraceFormatter), defaults);
+    EXPECT_EQ(dump(Composer().compose()), defaults);
 }
 
-TEST(TraceFormatter, CopiesShareTheirSettings) {
-    TraceFormatter const fresh;
-    EXPECT_EQ(&fresh.line_prefix(), &defaultTraceFormatter.line_prefix());
-    TraceFormatter const composed = Composer(fresh).show_type(false).indent(text("-")).compose();
-    TraceFormatter copy = composed;
-    EXPECT_EQ(&copy.indent(), &composed.indent());
-    EXPECT_NE(&copy.indent(), &fresh.indent());
-    TraceFormatter const next = Composer(copy).max_string_len(1).compose();
-    EXPECT_FALSE(next.show_type());
-    EXPECT_EQ(next.max_string_len(), 1u);
-    copy = fresh;
-    EXPECT_TRUE(copy.show_type());
-    EXPECT_FALSE(composed.show_type());
-}
-
-TEST(TraceFormatter, AComposerSharesItsSettingsWithCopiesAndIsSpentByCompose) {
+TEST(TraceFormatter, CopiesShareTheirSettingsAndAComposerIsSpentByCompose) {
+    EXPECT_EQ(&TraceFormatter().line_prefix(), &defaultTraceFormatter.line_prefix());
     Composer composer;
     Composer copy = composer;
     copy.max_string_len(9);
-    EXPECT_EQ(composer.compose().max_string_len(), 9u);
+    TraceFormatter const composed = composer.compose();
+    EXPECT_EQ(composed.max_string_len(), 9u);
+    EXPECT_EQ(&TraceFormatter(composed).indent(), &composed.indent());
+    EXPECT_NE(&composed.indent(), &defaultTraceFormatter.indent());
     EXPECT_THROW(composer.show_type(true), std::logic_error);
     EXPECT_THROW(composer.compose(), std::logic_error);
-}
-
-TEST(TraceFormatter, ListParamsAreSetInAChainAndSwapped) {
-    ListParams list = newList;
-    list.prefix(text("a")).separator(text("b")).suffix(text("c")).show_for_scalar(true);
-    ListParams other = newList;
-    list.swap(other);
-    EXPECT_EQ(shown(list), "<|;|>|lists");
-    EXPECT_EQ(shown(other), "a|b|c|always");
 }
 
 TEST(RenderIndented, LineFeedsBecomeNewLinesAndReturnsBeforeThemGo) {
@@ -147,33 +97,24 @@ TEST(RenderIndented, LineFeedsBecomeNewLinesAndReturnsBeforeThemGo) {
         std::string raw;     // what that for raw data writes
     };
 
+    std::string const longText(5000, 'x'); // more than is gathered for one write
     Row const rows[] = {
-        {"", "", ""},
-        {"plain", "plain", "plain"},
         {"return\r", "return\r", "return"},
-        {"a\nb", "a\n#\n.\n.b", "a\n#\n.\n.b"},
         {"a\r\nb\r", "a\n#\n.\n.b", "a\n#\n.\n.b"},
         {"\r\r\n\n", "\r\n#\n.\n.\n#\n.\n.", "\r\n#\n.\n.\n#\n.\n."},
-        {"a\rb\n", "a\rb\n#\n.\n.", "a\rb\n#\n.\n."},
+        {longText + '\r', longText + '\r', longText},
     };
     for (auto const & [input, setting, raw] : rows) {
         std::ostringstream stream;
-        std::ostringstream rawStream;
+        auto const size = static_cast<unsigned int>(input.size());
         formatter.render_indented(stream, 2, SourceString(input)) << "|";
-        formatter.render_indented(rawStream, 2, input.data(),
-                                  static_cast<unsigned int>(input.size()))
-            << "|";
-        EXPECT_EQ(stream.str(), setting + '|');
-        EXPECT_EQ(rawStream.str(), raw + '|');
+        formatter.render_indented(stream, 2, input.data(), size) << "|";
+        EXPECT_EQ(stream.str(), joined(setting, raw));
     }
     std::ostringstream stream;
     formatter.indented(stream, 0) << "|";
-    formatter.indented(stream, 300);
-    std::string expected = "\n#|\n#";
-    for (int i = 0; i < 300; ++i) {
-        expected += "\n.";
-    }
-    EXPECT_EQ(stream.str(), expected);
+    formatter.indented(stream, 3);
+    EXPECT_EQ(stream.str(), "\n#|\n#\n.\n.\n.");
 }
 
 } // namespace

@@ -13,10 +13,21 @@ AttributeMapBase::AttributeMapBase()
     : m_pImpl(sm_pEmptyImpl ? sm_pEmptyImpl : vxcore::make_ref_counted<MapHolder>()) {}
 
 AttributeMapBase::AttributeMapBase(vxserialize::Reader & reader)
-    : m_pImpl(vxcore::make_ref_counted<MapHolder>(reader)) {}
+    : m_pImpl(vxcore::make_ref_counted<MapHolder>(reader)) {
+    share_if_empty();
+}
 
 AttributeMapBase::AttributeMapBase(vxserialize::Reader & reader, IAttributeNameDecoder & decoder)
-    : m_pImpl(vxcore::make_ref_counted<MapHolder>(reader, decoder)) {}
+    : m_pImpl(vxcore::make_ref_counted<MapHolder>(reader, decoder)) {
+    share_if_empty();
+}
+
+/// An empty map is one byte of a stream: with a holder of its own it would take 150 times that.
+void AttributeMapBase::share_if_empty() noexcept {
+    if (empty() && sm_pEmptyImpl) {
+        m_pImpl = sm_pEmptyImpl;
+    }
+}
 
 AttributeMapBase::~AttributeMapBase() = default;
 

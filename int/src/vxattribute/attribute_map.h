@@ -133,6 +133,8 @@ class VXATTRIBUTE_API AttributeMapBase {
 
   private:
     friend class MutableAttributeMap; // reads the holder of other maps
+
+    void share_if_empty() noexcept;
 };
 
 /// The shared content of maps: a balanced tree whose nodes lie in runs of the holder's own.

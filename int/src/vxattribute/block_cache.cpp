@@ -14,27 +14,30 @@ struct BlockCacheCloser {
 };
 
 void BlockCache::free_slow(void * block, std::size_t size) noexcept {
-    if (size <= max_size && !sm_state.isRegistered && !sm_state.isClosed) {
-        // The first use of the object has its destructor run at the end of the thread.
-        static thread_local BlockCacheCloser closer;
-        closer.touch();
-        sm_state.isRegistered = true;
-        free(block, size);
+    if (sm_state.isOpen || sm_state.isClosed || size > max_size) {
+        ::operator delete(block);
         return;
     }
-    ::operator delete(block);
+    // The first use of the object has its destructor run at the end of the thread.
+    static thread_local BlockCacheCloser closer;
+    closer.touch();
+    sm_state.isOpen = true;
+    for (SizeClass & sizeClass : sm_state.classes) {
+        sizeClass.room = max_blocks;
+    }
+    free(block, size);
 }
 
 void BlockCache::close() noexcept {
     // Objects that die after this point, in later destructors of the thread, go to the heap.
-    sm_state.isRegistered = false;
+    sm_state.isOpen = false;
     sm_state.isClosed = true;
     for (SizeClass & sizeClass : sm_state.classes) {
         while (Block * const block = sizeClass.first) {
             sizeClass.first = block->next;
             ::operator delete(block);
         }
-        sizeClass.count = 0;
+        sizeClass.room = 0;
     }
 }
 

@@ -33,7 +33,7 @@ class BlockCache {
   private:
     static constexpr std::size_t granularity = 16;
     static constexpr std::size_t max_size = 128;
-    static constexpr unsigned int max_blocks = 64;
+    static constexpr unsigned int max_blocks = 256;
 
     struct Block {
         Block * next;
@@ -41,14 +41,14 @@ class BlockCache {
 
     struct SizeClass {
         Block * first;
-        unsigned int count;
+        unsigned int room; // how many more blocks it takes; 0 until the thread frees its first
     };
 
     /// Plain data: an access to it is a load relative to the thread pointer, with no guard.
     struct ThreadState {
         SizeClass classes[max_size / granularity];
-        bool isRegistered;
-        bool isClosed;
+        bool isOpen;   // blocks are taken
+        bool isClosed; // the thread ends: blocks are no longer taken
     };
 
     static std::size_t class_of(std::size_t size) noexcept { return (size - 1) / granularity; }
@@ -69,7 +69,7 @@ inline void * BlockCache::allocate(std::size_t size) {
         SizeClass & sizeClass = sm_state.classes[class_of(size)];
         if (Block * const block = sizeClass.first) {
             sizeClass.first = block->next;
-            --sizeClass.count;
+            ++sizeClass.room;
             return block;
         }
         size = (class_of(size) + 1) * granularity;
@@ -78,11 +78,11 @@ inline void * BlockCache::allocate(std::size_t size) {
 }
 
 inline void BlockCache::free(void * block, std::size_t size) noexcept {
-    if (size <= max_size && sm_state.isRegistered) {
+    if (size <= max_size) {
         SizeClass & sizeClass = sm_state.classes[class_of(size)];
-        if (sizeClass.count < max_blocks) {
+        if (sizeClass.room != 0) {
             sizeClass.first = ::new (block) Block{sizeClass.first};
-            ++sizeClass.count;
+            --sizeClass.room;
             return;
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxcore/export.h"
+#include "vxcore/fwd.h"
 
 #include <atomic>
 

@@ -37,18 +37,30 @@ class SipHash {
         : m_v0(key.k0 ^ 0x736f6d6570736575u), m_v1(key.k1 ^ 0x646f72616e646f6du),
           m_v2(key.k0 ^ 0x6c7967656e657261u), m_v3(key.k1 ^ 0x7465646279746573u) {}
 
-    /// The first `size` bytes as a little-endian word.
+    /// The first `size` bytes, 8 at most, as a little-endian word.
     static std::uint64_t load(char const * data, std::size_t size) noexcept {
-        std::uint64_t word = 0;
         if constexpr (std::endian::native == std::endian::little) {
+            // Two loads that may overlap: names are short, and a loop over bytes would cost more
+            // than the rounds.
             if (size == 8) {
-                std::memcpy(&word, data, 8);
-                return word;
+                return load_as<std::uint64_t>(data);
+            }
+            if (size >= 4) {
+                return load_as<std::uint32_t>(data) |
+                       load_as<std::uint32_t>(data + size - 4) << (8 * (size - 4));
             }
         }
+        std::uint64_t word = 0;
         for (std::size_t i = 0; i < size; ++i) {
             word |= static_cast<std::uint64_t>(static_cast<unsigned char>(data[i])) << (8 * i);
         }
+        return word;
+    }
+
+    template <typename Word>
+    static std::uint64_t load_as(char const * data) noexcept {
+        Word word;
+        std::memcpy(&word, data, sizeof(word));
         return word;
     }
 

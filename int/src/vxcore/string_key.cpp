@@ -6,11 +6,11 @@
 
 #include <array>
 #include <atomic>
-#include <memory>
 #include <mutex>
 #include <new>
 #include <ostream>
 #include <random>
+#include <thread>
 
 namespace vxcore {
 
@@ -45,6 +45,24 @@ unsigned int hash_text(std::string_view text) {
     return static_cast<unsigned int>(impl::SipHash<1, 3>::hash(secret, text.data(), text.size()));
 }
 
+/// A lock for a few instructions: taking it is one atomic exchange, giving it back a plain store. A
+/// mutex would cost as much again as everything that happens under it.
+class SpinLock {
+  public:
+    void lock() noexcept {
+        while (m_isTaken.exchange(true, std::memory_order_acquire)) {
+            while (m_isTaken.load(std::memory_order_relaxed)) {
+                std::this_thread::yield(); // its holder may have lost the processor
+            }
+        }
+    }
+
+    void unlock() noexcept { m_isTaken.store(false, std::memory_order_release); }
+
+  private:
+    std::atomic<bool> m_isTaken = false;
+};
+
 /// One of the independent parts of the table: chained buckets behind a lock of their own.
 ///
 /// Constant-initialised and never destroyed, so that keys work in load-time code of any library and
@@ -55,7 +73,7 @@ class alignas(64) Shard {
 
     /// The token of `text` with one more reference, made when there is none.
     StringToken * acquire(std::string_view text, unsigned int hash) {
-        std::lock_guard const lock(m_mutex);
+        std::lock_guard const lock(m_lock);
         if (StringToken * const known = find(text, hash)) {
             known->count.fetch_add(1, std::memory_order_relaxed);
             return known;
@@ -71,7 +89,7 @@ class alignas(64) Shard {
 
     /// The token of `text` with one more reference; null when there is none.
     StringToken * acquire_known(std::string_view text, unsigned int hash) noexcept {
-        std::lock_guard const lock(m_mutex);
+        std::lock_guard const lock(m_lock);
         StringToken * const known = find(text, hash);
         if (known != nullptr) {
             known->count.fetch_add(1, std::memory_order_relaxed);
@@ -82,7 +100,7 @@ class alignas(64) Shard {
     /// Drops what may be the last reference.
     void release(StringToken * token) noexcept {
         {
-            std::lock_guard const lock(m_mutex);
+            std::lock_guard const lock(m_lock);
             if (token->count.fetch_sub(1, std::memory_order_acq_rel) != 1) {
                 return;
             }
@@ -129,7 +147,7 @@ class alignas(64) Shard {
         m_mask = count - 1;
     }
 
-    std::mutex m_mutex;
+    SpinLock m_lock;
     StringToken ** m_buckets = nullptr;
     unsigned int m_mask = 0;
     unsigned int m_size = 0;
