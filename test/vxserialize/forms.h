@@ -6,13 +6,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <sstream>
 #include <string>
 
-/// Small means to run streams through both forms.
+/// Means to send data through both forms. Most tests write it down in one form and compare what it
+/// becomes in the other.
 namespace vxtest {
 
 using namespace vxserialize;
@@ -31,12 +31,14 @@ class StringTarget final : public TextWriter::ITextTarget {
 /// A stream over a text; it tells its size or not.
 class StringStream final : public vxcore::IReadStream {
   public:
-    explicit StringStream(std::string text, bool tellsSize = false)
+    StringStream(std::string text, bool tellsSize)
         : m_text(std::move(text)), m_tellsSize(tellsSize) {}
 
     unsigned int read(void * buffer, unsigned int size) override {
+        EXPECT_FALSE(m_ended) << "a read behind a short one";
         std::size_t const run = m_text.copy(static_cast<char *>(buffer), size, m_at);
         m_at += run;
+        m_ended = run < size;
         return static_cast<unsigned int>(run);
     }
 
@@ -50,98 +52,33 @@ class StringStream final : public vxcore::IReadStream {
     std::string m_text;
     std::size_t m_at = 0;
     bool m_tellsSize;
+    bool m_ended = false;
 };
 
-inline std::string bytes_of(ListPtr const & list) {
-    std::string bytes(list->size(), '\0');
-    list->read_at(0, bytes.data(), list->size());
-    return bytes;
-}
+std::string bytes_of(ListPtr const & list);
 
 /// The bytes in segments of at most `segmentSize`.
-inline ListPtr list_of(std::string_view bytes, unsigned int segmentSize = 0xFFFFFFFF) {
-    auto list = MemoryList::create();
-    for (; !bytes.empty(); bytes.remove_prefix(std::min<std::size_t>(segmentSize, bytes.size()))) {
-        list->append(*MemoryList::create(
-            bytes.data(),
-            static_cast<unsigned int>(std::min<std::size_t>(segmentSize, bytes.size()))));
-    }
-    return list;
-}
+ListPtr list_of(std::string_view bytes, unsigned int segmentSize = 0xFFFFFFFF);
 
 /// Digits with anything between them; a semicolon starts a comment to the end of the line.
-inline std::string from_hex(std::string_view hex) {
-    std::string bytes;
-    std::string digits;
-    bool comment = false;
-    for (char const c : hex) {
-        comment = c == ';' || (comment && c != '\n');
-        if (!comment && std::isxdigit(static_cast<unsigned char>(c)) != 0) {
-            digits += c;
-        }
-        if (digits.size() == 2) {
-            bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
-            digits.clear();
-        }
-    }
-    return bytes;
-}
+std::string from_hex(std::string_view hex);
+std::string to_hex(std::string_view bytes);
 
-inline std::string to_hex(std::string_view bytes) {
-    std::string hex;
-    for (char const c : bytes) {
-        hex += "0123456789ABCDEF"[static_cast<unsigned char>(c) >> 4];
-        hex += "0123456789ABCDEF"[c & 15];
-    }
-    return hex;
-}
+std::string write_binary_form(std::function<void(Writer &)> const & write);
+std::string write_text_form(std::function<void(Writer &)> const & write, unsigned int indent = 0);
+void read_text_form(std::string const & text, std::function<void(Reader &)> const & read,
+                    unsigned int bufferSize = 4096, bool tellsSize = true);
 
-inline std::string write_binary_form(std::function<void(Writer &)> const & write) {
-    MemoryWriter writer;
-    write(writer);
-    return bytes_of(writer.close_and_detach_memory_list());
-}
-
-inline std::string write_text_form(std::function<void(Writer &)> const & write,
-                                   TextWriter::Options const & options = {}) {
-    StringTarget target;
-    TextWriter writer(target, options);
-    write(writer);
-    writer.close();
-    return target.text;
-}
-
-inline void read_text_form(std::string const & text, std::function<void(Reader &)> const & read,
-                           unsigned int bufferSize = 4096, bool tellsSize = false) {
-    StringStream stream(text, tellsSize);
-    TextReader reader(stream, bufferSize);
-    read(reader);
-}
+/// What one form becomes in another. Of binary data an element of a list is taken to be one
+/// primitive; of a text it is known. Failures pass through; data behind the last element is one.
+std::string binary_to_text(std::string const & bytes, unsigned int segmentSize = 0xFFFFFFFF);
+std::string text_to_binary(std::string const & text, unsigned int bufferSize = 4096);
+std::string text_to_text(std::string const & text);
 
 /// The code that `action` raises; "" when it raises nothing.
-inline std::string code_of(std::function<void()> const & action) {
-    try {
-        action();
-    } catch (vxcore::ErrorException const & e) {
-        return e.info()->code().name();
-    }
-    return "";
-}
+std::string code_of(std::function<void()> const & action);
 
-/// The block of a documentation page that starts with ```<mark>.
-inline std::string page_block(std::string const & page, std::string const & mark) {
-    std::ifstream file(VX_SOURCE_DIR "/docs/formats/" + page);
-    std::stringstream text;
-    text << file.rdbuf();
-    std::string const all = text.str();
-    std::string const fence = "\n```" + mark + "\n";
-    std::size_t const start = all.find(fence);
-    EXPECT_NE(start, all.npos) << page;
-    std::size_t const first = start + fence.size();
-    return start == all.npos ? "" : all.substr(first, all.find("\n```", first) - first);
-}
-
-/// Reads whatever comes, until a failure or the end. Gives the number of elements.
-unsigned int read_anything(Reader & reader);
+/// The block of a page on the forms that starts with ```<mark>.
+std::string page_block(std::string const & page, std::string const & mark);
 
 } // namespace vxtest

@@ -46,8 +46,8 @@ class SipHash {
                 return load_as<std::uint64_t>(data);
             }
             if (size >= 4) {
-                return load_as<std::uint32_t>(data) |
-                       load_as<std::uint32_t>(data + size - 4) << (8 * (size - 4));
+                return load_as<std::uint32_t>(data) | load_as<std::uint32_t>(data + size - 4)
+                                                          << (8 * (size - 4));
             }
         }
         std::uint64_t word = 0;

@@ -7,16 +7,11 @@ void throw_too_many_containers() {
     throw_too_deep("vxserialize::begin_list()");
 }
 
-void WriteContainers::next_list_item(char const * function) {
-    Frame & frame = m_stack.top();
-    if (frame.kind != EContainer::eList) {
+void WriteContainers::fail_list_item(char const * function) const {
+    if (m_stack.top().kind != EContainer::eList) {
         throw_usage(function, "a list item outside a list");
     }
-    if (!frame.written) {
-        throw_usage(function, "a list item without an element before it");
-    }
-    ++frame.closed;
-    frame.written = false;
+    throw_usage(function, "a list item without an element before it");
 }
 
 unsigned int WriteContainers::end_list(char const * function) {
@@ -54,14 +49,9 @@ void ReadContainers::check_in_record(char const * function) const {
     }
 }
 
-void ReadContainers::leave_element(char const * function) {
+void ReadContainers::fail_element(char const * function) const {
     check_in_list(function);
-    Frame & frame = m_stack.top();
-    if (frame.remaining == 0) {
-        throw_usage(function, "an element was read where a list has none");
-    }
-    --frame.remaining;
-    frame.touched = false;
+    throw_usage(function, "an element was read where a list has none");
 }
 
 } // namespace vxserialize::impl

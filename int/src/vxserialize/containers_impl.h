@@ -99,7 +99,14 @@ class WriteContainers {
 
     bool begin_record() { return open({0, 0, EContainer::eRecord, false}); }
 
-    void next_list_item(char const * function);
+    void next_list_item(char const * function) {
+        Frame & frame = m_stack.top();
+        if (frame.kind != EContainer::eList || !frame.written) [[unlikely]] {
+            fail_list_item(function);
+        }
+        ++frame.closed;
+        frame.written = false;
+    }
 
     /// Gives the number of elements.
     unsigned int end_list(char const * function);
@@ -117,6 +124,8 @@ class WriteContainers {
         m_stack.push(frame); // first: it may raise
         return !std::exchange((&m_stack.top())[-1].written, true);
     }
+
+    [[noreturn]] void fail_list_item(char const * function) const;
 
     ContainerStack<Frame> m_stack;
 };
@@ -161,7 +170,11 @@ class ReadContainers {
     bool has_next_counted(char const * function) {
         Frame & frame = m_stack.top();
         if (frame.touched || frame.kind != EContainer::eList) {
-            leave_element(function);
+            if (frame.kind != EContainer::eList || frame.remaining == 0) [[unlikely]] {
+                fail_element(function);
+            }
+            --frame.remaining;
+            frame.touched = false;
         }
         if (frame.remaining != 0) {
             return true;
@@ -196,8 +209,7 @@ class ReadContainers {
         m_owed += owed;
     }
 
-    /// The present element of the list is done.
-    void leave_element(char const * function);
+    [[noreturn]] void fail_element(char const * function) const;
 
     ContainerStack<Frame> m_stack;
     unsigned long long m_owed = 0; // by all containers but the innermost

@@ -20,9 +20,12 @@ MemoryReader::MemoryReader(vxcore::RefCountPtr<MemoryList const> list) : m_list(
     m_at = m_list->reader();
     // A stream may state the version of its form. Another one than ours stays where it is and fails
     // the first read.
-    unsigned char mark[2] = {};
-    if (m_at.read_at_cursor(mark, 2) == 2 && mark[0] == version_mark && mark[1] == version) {
-        m_at.cursor_advance(2);
+    unsigned int run = 0;
+    unsigned char const * const first = m_at.data_at_cursor(run);
+    if (run != 0 && *first == version_mark) {
+        unsigned char mark[2] = {};
+        m_at.read_at_cursor(mark, 2);
+        m_at.cursor_advance(mark[1] == version ? 2 : 0);
     }
 }
 

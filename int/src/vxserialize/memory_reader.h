@@ -13,8 +13,8 @@ namespace vxserialize {
 ///
 /// A copy of a reader is a reader of its own at the same place; it shares the bytes.
 ///
-/// Cost. Elements are read straight from the segments. The last 64 or so names are remembered, so a
-/// name that comes again costs a comparison and a count.
+/// Cost. Elements are read straight from the segments. Names are remembered, some hundreds of them,
+/// so a name that comes again costs a comparison and a count.
 ///
 /// Errors. Beside those of Reader: `error.vxserialize.data.count` for a list that announces more
 /// elements than bytes are left for it, `error.vxserialize.data.version` for a stream of a later

@@ -13,6 +13,34 @@ namespace vxserialize {
 
 using namespace impl::binary;
 
+namespace {
+
+/// Copies up to 63 bytes in a few moves that may overlap; a call for so little costs more.
+inline void copy_small(unsigned char * out, char const * in, unsigned int size) noexcept {
+    if (size >= 16) {
+        std::memcpy(out, in, 16);
+        if (size > 32) {
+            std::memcpy(out + 16, in + 16, 16);
+            if (size > 48) {
+                std::memcpy(out + 32, in + 32, 16);
+            }
+        }
+        std::memcpy(out + size - 16, in + size - 16, 16);
+    } else if (size >= 8) {
+        std::memcpy(out, in, 8);
+        std::memcpy(out + size - 8, in + size - 8, 8);
+    } else if (size >= 4) {
+        std::memcpy(out, in, 4);
+        std::memcpy(out + size - 4, in + size - 4, 4);
+    } else if (size != 0) {
+        out[0] = static_cast<unsigned char>(in[0]);
+        out[size / 2] = static_cast<unsigned char>(in[size / 2]);
+        out[size - 1] = static_cast<unsigned char>(in[size - 1]);
+    }
+}
+
+} // namespace
+
 MemoryWriter::MemoryWriter() : m_list(MemoryList::create()) {}
 
 MemoryWriter::~MemoryWriter() = default;
@@ -146,9 +174,7 @@ void MemoryWriter::write_string(char const * data, unsigned int size) {
     if (size <= string_small_max && static_cast<unsigned int>(m_limit - m_cursor) > size) {
         unsigned char * const out = m_cursor;
         *out = static_cast<unsigned char>(string_small + size);
-        if (size != 0) {
-            std::memcpy(out + 1, data, size);
-        }
+        copy_small(out + 1, data, size);
         m_cursor = out + 1 + size;
     } else {
         put_small_or_wide(size, string_small, string_small_max, string_wide);

@@ -4,15 +4,19 @@
 
 #include "vxcore/string_key.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
 namespace vxserialize::impl {
 
 /// Names that were read lately: a name that comes again costs neither the hash nor the lock of the
-/// intern table. Direct-mapped, so a lookup is one comparison and a miss replaces the slot.
+/// intern table.
 ///
-/// Most streams are short and have few names, so there are few slots at first; as many misses as
+/// A name has two slots, side by side; the older of the two makes way for a new one. Most streams
+/// are short and have few names, so there are no slots at all at first, then few; as many misses as
 /// slots make four times as many, to a limit. A copy starts anew: slots are a matter of speed
 /// alone.
 class NameCache {
@@ -25,32 +29,76 @@ class NameCache {
 
     /// The key of `text`.
     vxcore::StringKey find(std::string_view text) {
-        unsigned int const hash = hash_of(text);
+        Print const print(text);
         if (m_slots) {
-            Slot const & slot = m_slots[hash >> m_shift];
-            if (slot.text == text) {
-                return slot.key;
+            unsigned int const slot = print.hash() >> m_shift;
+            if (m_slots[slot].holds(print, text)) {
+                return m_slots[slot].key;
+            }
+            if (m_slots[slot ^ 1].holds(print, text)) {
+                return m_slots[slot ^ 1].key;
             }
         }
-        return intern(text, hash);
+        return intern(print, text);
     }
 
   private:
-    struct Slot {
-        vxcore::StringKey key;
-        std::string_view text; // of the key
+    /// The size and up to 8 bytes of both ends: all there is of a text of 16 bytes or less.
+    struct Print {
+        Print() noexcept = default;
+        explicit Print(std::string_view text) noexcept;
+
+        /// Names that fall on one slot only lose time, so nothing is gained by choosing them.
+        unsigned int hash() const noexcept;
+
+        bool operator==(Print const &) const = default;
+
+        std::uint64_t head = 0;
+        std::uint64_t tail = 0;
+        std::size_t size = 0;
     };
 
-    static constexpr unsigned int sm_minBits = 4;
-    static constexpr unsigned int sm_maxBits = 10;
+    /// An empty slot holds the empty text, whose key is the empty one.
+    struct Slot {
+        bool holds(Print const & other, std::string_view text) const noexcept {
+            return print == other && (text.size() <= 16 || key.value() == text);
+        }
 
-    static unsigned int hash_of(std::string_view text) noexcept;
-    vxcore::StringKey intern(std::string_view text, unsigned int hash);
+        vxcore::StringKey key;
+        Print print;
+    };
+
+    static constexpr unsigned int sm_missesBeforeSlots = 8;
+    static constexpr unsigned int sm_minBits = 5;
+    static constexpr unsigned int sm_maxBits = 11;
+
+    vxcore::StringKey intern(Print const & print, std::string_view text);
     void grow();
+    void add(Slot & slot);
 
     std::unique_ptr<Slot[]> m_slots;
     unsigned int m_shift = 32; // of a hash to the number of a slot
     unsigned int m_misses = 0;
 };
+
+inline NameCache::Print::Print(std::string_view text) noexcept : size(text.size()) {
+    char const * const data = text.data();
+    if (size >= 8) {
+        std::memcpy(&head, data, 8);
+        std::memcpy(&tail, data + size - 8, 8);
+    } else if (size >= 4) {
+        std::memcpy(&head, data, 4);
+        std::memcpy(&tail, data + size - 4, 4);
+    } else if (size != 0) {
+        head = static_cast<unsigned char>(data[0]);
+        tail = static_cast<std::uint64_t>(static_cast<unsigned char>(data[size / 2])) << 8 |
+               static_cast<unsigned char>(data[size - 1]);
+    }
+}
+
+inline unsigned int NameCache::Print::hash() const noexcept {
+    std::uint64_t const mixed = (head * 0x9E3779B97F4A7C15u) ^ (tail + size);
+    return static_cast<unsigned int>((mixed * 0xD6E8FEB86659FD93u) >> 32);
+}
 
 } // namespace vxserialize::impl

@@ -421,9 +421,7 @@ bool TextReader::has_next() {
     impl::ReadContainers::Frame & list = m_containers.top();
     int c = peek_token();
     if (list.touched && c == ',') {
-        if (list.counted && list.remaining-- <= 1) {
-            fail_count("a list holds more elements than announced");
-        }
+        list.remaining -= list.remaining == 0 ? 0 : 1; // 0 where none was announced
         list.touched = false;
         ++m_cursor;
         c = peek_token();

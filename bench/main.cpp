@@ -1,0 +1,16 @@
+// All benchmarks in one program, so that each figure stands beside its peers of the same run.
+
+#include "measure.h"
+
+int main(int argc, char ** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 2;
+    }
+    vxbench::add_value_benchmarks();
+    vxbench::add_map_benchmarks();
+    vxbench::add_stream_benchmarks();
+    vxbench::add_rendering_benchmarks();
+    vxbench::add_name_benchmarks();
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,225 @@
+#include "stream_checks.h"
+
+#include "check.h"
+#include "memory_watch.h"
+
+#include "vxattribute/samples.h"
+#include "vxcore/error_exception.h"
+#include "vxserialize/error_codes.h"
+#include "vxserialize/memory_reader.h"
+#include "vxserialize/memory_writer.h"
+#include "vxserialize/text_reader.h"
+#include "vxserialize/text_writer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+namespace vxfuzz {
+
+using namespace vxattribute;
+
+unsigned int ViewStream::read(void * buffer, unsigned int size) {
+    size = static_cast<unsigned int>(std::min<std::size_t>(size, m_left.size()));
+    if (size != 0) {
+        std::memcpy(buffer, m_left.data(), size);
+    }
+    return skip(size);
+}
+
+unsigned int ViewStream::skip(unsigned int size) {
+    size = static_cast<unsigned int>(std::min<std::size_t>(size, m_left.size()));
+    m_left.remove_prefix(size);
+    return size;
+}
+
+long long ViewStream::size() const {
+    return m_tellsSize ? static_cast<long long>(m_left.size()) : -1;
+}
+
+vxcore::RefCountPtr<vxserialize::MemoryList const> cut(std::string_view bytes, unsigned int first,
+                                                       unsigned int second) {
+    auto list = vxserialize::MemoryList::create();
+    while (!bytes.empty()) {
+        auto const size = static_cast<unsigned int>(std::min<std::size_t>(first, bytes.size()));
+        list->append(*vxserialize::MemoryList::create(bytes.data(), size));
+        bytes.remove_prefix(size);
+        std::swap(first, second);
+    }
+    return list;
+}
+
+std::string write_binary(AttributeValue const & value) {
+    vxserialize::MemoryWriter writer;
+    write_attribute_value(writer, value);
+    auto const list = writer.close_and_detach_memory_list();
+    std::string bytes(list->size(), '\0');
+    list->read_at(0, bytes.data(), list->size());
+    return bytes;
+}
+
+std::string write_text(AttributeValue const & value) {
+    struct Target final : vxserialize::TextWriter::ITextTarget {
+        void write_char(char c) override { text += c; }
+
+        void write_data(char const * data, unsigned int size) override { text.append(data, size); }
+
+        std::string text;
+    } target;
+
+    vxserialize::TextWriter writer(target, vxserialize::TextWriter::Options());
+    write_attribute_value(writer, value);
+    writer.close();
+    return target.text;
+}
+
+namespace {
+
+AttributeValue read_one(vxserialize::Reader & reader) {
+    AttributeValue value;
+    read_attribute_value(reader, value);
+    check(reader.next_type() == vxserialize::eElement_None, "nothing is behind the value");
+    return value;
+}
+
+AttributeValue read_binary(std::string const & bytes) {
+    vxserialize::MemoryReader reader(cut(bytes, 5, 64));
+    return read_one(reader);
+}
+
+AttributeValue read_text(std::string const & text) {
+    ViewStream stream(text, false);
+    vxserialize::TextReader reader(stream, 50);
+    return read_one(reader);
+}
+
+/// Whether a NaN stands in the value: it equals nothing, not even its copy.
+bool holds_nan(AttributeValue const & value) {
+    bool found = false;
+    visit_elements(value, [&found]<typename T>(std::span<T const> elements) {
+        if constexpr (std::is_same_v<T, double>) {
+            found = std::any_of(elements.begin(), elements.end(),
+                                [](double number) { return std::isnan(number); });
+        } else if constexpr (std::is_same_v<T, AttributeMap>) {
+            for (AttributeMap const & map : elements) {
+                found = found || std::any_of(map.begin(), map.end(), [](auto const & element) {
+                            return holds_nan(element.second);
+                        });
+            }
+        }
+    });
+    return found;
+}
+
+void check_same(AttributeValue const & a, AttributeValue const & b) {
+    check((a == b) == !holds_nan(a), "a value equals its copy unless a NaN is in it");
+    check(a.compare(b) == 0 && b.compare(a) == 0, "a value and its copy are in one place of order");
+    check(a.hash() == b.hash(), "a value and its copy have one hash");
+}
+
+/// Writes in one form; false when the value nests too deep.
+template <typename Write>
+bool try_write(Write write, AttributeValue const & value, std::string & result) {
+    try {
+        result = write(value);
+        return true;
+    } catch (vxcore::ErrorException const & e) {
+        check(e.info()->code() == vxserialize::error::vxserialize_depth,
+              "a value is written unless it nests too deep");
+        return false;
+    }
+}
+
+void check_value(AttributeValue const & value, std::size_t size) {
+    check_same(value, vxtest::deep_copy(value));
+    // A line for each byte, and an indent for each level that the readers allow.
+    check(to_text(value).size() <= 65536 + 2048 * size, "a value renders within bounds");
+}
+
+void check_order(AttributeValue const & a, AttributeValue const & b) {
+    int const order = a.compare(b);
+    int const reverse = b.compare(a);
+    check((order < 0) == (reverse > 0) && (order > 0) == (reverse < 0), "order is antisymmetric");
+    check(!(a == b) || order == 0, "equal values are in one place of order");
+}
+
+/// What reading fills, each with something in it that a failure must not touch.
+struct Targets {
+    AttributeValue value = make_list<std::string>({"kept", "as it was"});
+    Attribute attribute{"kept", 1000};
+    MutableAttributeMap map = make_map({{"kept", true}});
+};
+
+AttributeValue read_shape(vxserialize::Reader & reader, unsigned int shape, Targets & targets) {
+    if (shape == 0) {
+        targets.attribute.read(reader);
+        return targets.attribute.value();
+    }
+    if (shape == 1) {
+        targets.map.read(reader);
+        return targets.map;
+    }
+    read_attribute_value(reader, targets.value);
+    return targets.value;
+}
+
+std::vector<AttributeValue> read_all(vxserialize::Reader & reader, unsigned int shapes) {
+    std::vector<AttributeValue> values;
+    Targets targets;
+    while (reader.next_type() != vxserialize::eElement_None) {
+        Targets const before = targets;
+        try {
+            values.push_back(read_shape(reader, shapes & 3, targets));
+        } catch (vxcore::ErrorException const & e) {
+            check(std::string_view(e.what()).size() < 1000, "messages are of a modest size");
+            // The name of an attribute is read first and may be new.
+            check(targets.value.compare(before.value) == 0 &&
+                      targets.attribute.value().compare(before.attribute.value()) == 0 &&
+                      targets.map.compare(before.map) == 0,
+                  "a failure leaves the target as it was");
+            break;
+        }
+        shapes = shapes >> 2 | shapes << 30;
+    }
+    return values;
+}
+
+} // namespace
+
+void check_reading(vxserialize::Reader & reader, unsigned int shapes, std::size_t size) {
+    std::vector<AttributeValue> values;
+    {
+        MemoryWatch const watch;
+        values = read_all(reader, shapes);
+        // 128 bytes for each byte is the promise; the constant is for the reader's own tables.
+        check(watch.peak() <= 128 * size + 65536, "memory stays within 128 times the data");
+    }
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        check_value(values[i], size);
+        check_order(values[i], values[i / 2]);
+        if (i < 8) { // dear: ten times what reading costs
+            check_round_trip(values[i]);
+        }
+    }
+}
+
+bool check_round_trip(AttributeValue const & value) {
+    std::string binary;
+    std::string text;
+    bool const written = try_write(write_binary, value, binary);
+    check(try_write(write_text, value, text) == written, "both forms have one limit of nesting");
+    if (!written) {
+        return false;
+    }
+    AttributeValue const fromBinary = read_binary(binary);
+    AttributeValue const fromText = read_text(text);
+    check_same(value, fromBinary);
+    check_same(value, fromText);
+    check(write_binary(fromBinary) == binary, "binary form, read and written again, is the same");
+    check(write_text(fromText) == text, "text form, read and written again, is the same");
+    check(write_binary(fromText) == binary, "both forms carry the same");
+    return true;
+}
+
+} // namespace vxfuzz

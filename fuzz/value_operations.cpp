@@ -1,0 +1,14 @@
+/// Sequences of operations on values and maps, against a plain model, checked after each step.
+
+#include "operations_state.h"
+
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
+    vxfuzz::Input input(data, size);
+    vxfuzz::OperationsState state(input);
+    for (int steps = 0; steps < 200 && !input.at_end(); ++steps) {
+        state.step();
+    }
+    return 0;
+}

@@ -1,0 +1,185 @@
+#include "forms.h"
+
+#include <cctype>
+
+namespace vxtest {
+
+namespace {
+
+void copy_element(Reader & from, Writer & to, bool severalInOne);
+
+void copy_list(Reader & from, Writer & to, bool severalInOne) {
+    unsigned int const count = from.begin_list();
+    bool more = from.has_next();
+    to.begin_list(count != 0 ? count : (more ? 1 : 0));
+    while (more) {
+        copy_element(from, to, severalInOne);
+        while (severalInOne && from.next_type() != eElement_None) {
+            copy_element(from, to, true);
+        }
+        more = from.has_next();
+        if (more) {
+            to.next_list_item();
+        }
+    }
+    to.end_list();
+}
+
+void copy_record(Reader & from, Writer & to, bool severalInOne) {
+    from.begin_record();
+    to.begin_record();
+    while (from.next_type() != eElement_None) {
+        copy_element(from, to, severalInOne);
+    }
+    from.end_record();
+    to.end_record();
+}
+
+void copy_string(Reader & from, Writer & to) {
+    std::string text;
+    from >> text;
+    to << text;
+}
+
+void copy_element(Reader & from, Writer & to, bool severalInOne) {
+    static void (*const primitives[])(Reader &, Writer &) = {
+        [](Reader & r, Writer &) { r.read_null(); }, // there is nothing: raises
+        [](Reader & r, Writer & w) { r.read_null(), w.write_null(); },
+        [](Reader & r, Writer & w) { w << r.read_bool(); },
+        [](Reader & r, Writer & w) { w << r.read_integer(); },
+        [](Reader & r, Writer & w) { w << r.read_uint(); },
+        [](Reader & r, Writer & w) { w << r.read_double(); },
+        copy_string,
+        [](Reader & r, Writer & w) { w << r.read_absolute_time(); },
+        [](Reader & r, Writer & w) { w << r.read_relative_time(); },
+        [](Reader & r, Writer & w) { w << r.read_uuid(); },
+        [](Reader & r, Writer & w) {
+            write_memory_list_as_binary(w, r.read_binary_as_memory_list());
+        }};
+    EElementKind const kind = from.next_type();
+    if (kind == eElement_List) {
+        copy_list(from, to, severalInOne);
+    } else if (kind == eElement_Record) {
+        copy_record(from, to, severalInOne);
+    } else {
+        primitives[kind](from, to);
+    }
+}
+
+void copy_all(Reader & from, Writer & to, bool severalInOne) {
+    while (from.next_type() != eElement_None) {
+        copy_element(from, to, severalInOne);
+    }
+    if (code_of([&] { from.read_null(); }) != "error.vxserialize.data.truncated") {
+        from.read_null(); // it was not the end: raises
+    }
+}
+
+} // namespace
+
+std::string bytes_of(ListPtr const & list) {
+    std::string bytes(list->size(), '\0');
+    list->read_at(0, bytes.data(), list->size());
+    return bytes;
+}
+
+ListPtr list_of(std::string_view bytes, unsigned int segmentSize) {
+    auto list = MemoryList::create();
+    while (!bytes.empty()) {
+        std::string_view const piece = bytes.substr(0, segmentSize);
+        list->append(*MemoryList::create(piece.data(), static_cast<unsigned int>(piece.size())));
+        bytes.remove_prefix(piece.size());
+    }
+    return list;
+}
+
+std::string from_hex(std::string_view hex) {
+    std::string bytes;
+    std::string digits;
+    bool comment = false;
+    for (char const c : hex) {
+        comment = c == ';' || (comment && c != '\n');
+        if (!comment && std::isxdigit(static_cast<unsigned char>(c)) != 0) {
+            digits += c;
+        }
+        if (digits.size() == 2) {
+            bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
+            digits.clear();
+        }
+    }
+    return bytes;
+}
+
+std::string to_hex(std::string_view bytes) {
+    std::string hex;
+    for (char const c : bytes) {
+        hex += "0123456789ABCDEF"[static_cast<unsigned char>(c) >> 4];
+        hex += "0123456789ABCDEF"[c & 15];
+    }
+    return hex;
+}
+
+std::string write_binary_form(std::function<void(Writer &)> const & write) {
+    MemoryWriter writer;
+    write(writer);
+    return bytes_of(writer.close_and_detach_memory_list());
+}
+
+std::string write_text_form(std::function<void(Writer &)> const & write, unsigned int indent) {
+    StringTarget target;
+    TextWriter writer(target, {indent});
+    write(writer);
+    writer.close();
+    return target.text;
+}
+
+void read_text_form(std::string const & text, std::function<void(Reader &)> const & read,
+                    unsigned int bufferSize, bool tellsSize) {
+    StringStream stream(text, tellsSize);
+    TextReader reader(stream, bufferSize);
+    read(reader);
+}
+
+std::string binary_to_text(std::string const & bytes, unsigned int segmentSize) {
+    return write_text_form([&](Writer & writer) {
+        MemoryReader reader(list_of(bytes, segmentSize));
+        copy_all(reader, writer, false);
+        EXPECT_EQ(reader.bytes_left(), 0u);
+    });
+}
+
+std::string text_to_binary(std::string const & text, unsigned int bufferSize) {
+    return write_binary_form([&](Writer & writer) {
+        read_text_form(
+            text, [&](Reader & reader) { copy_all(reader, writer, true); }, bufferSize);
+    });
+}
+
+std::string text_to_text(std::string const & text) {
+    return write_text_form([&](Writer & writer) {
+        read_text_form(text, [&](Reader & reader) { copy_all(reader, writer, true); });
+    });
+}
+
+std::string code_of(std::function<void()> const & action) {
+    try {
+        action();
+    } catch (vxcore::ErrorException const & e) {
+        return e.info()->code().name();
+    }
+    return "";
+}
+
+std::string page_block(std::string const & page, std::string const & mark) {
+    std::ifstream file(VX_SOURCE_DIR "/docs/formats/" + page);
+    std::stringstream content;
+    content << file.rdbuf();
+    std::string const text = content.str();
+    std::string const fence = "\n```" + mark + "\n";
+    std::size_t const start = text.find(fence);
+    EXPECT_NE(start, text.npos) << page;
+    std::size_t const first = start + fence.size();
+    return start == text.npos ? "" : text.substr(first, text.find("\n```", first) - first);
+}
+
+} // namespace vxtest
