@@ -57,7 +57,7 @@ class BlockCache {
     static void free_slow(void * block, std::size_t size) noexcept;
     static void close() noexcept;
 
-    static thread_local ThreadState sm_state __attribute__((tls_model("initial-exec")));
+    static thread_local constinit ThreadState sm_state __attribute__((tls_model("initial-exec")));
 
     friend struct BlockCacheCloser;
 };

@@ -5,7 +5,16 @@
 #include "vxserialize/reader.h"
 #include "vxserialize/writer.h"
 
+#include <algorithm>
+
 namespace vxattribute {
+
+namespace {
+
+/// The count of a list is a hint for the first run of nodes, which is small memory at the most.
+constexpr unsigned int maxExpected = 256;
+
+} // namespace
 
 using MapHolder = AttributeMapBase::MapHolder;
 
@@ -19,25 +28,12 @@ void MapHolder::operator delete(void * holder, std::size_t size) noexcept {
 
 MapHolder::MapHolder() : m_map(Map::allocator_type(&m_arena)) {}
 
-MapHolder::MapHolder(Map const & map) : MapHolder() {
-    m_arena.expect(map.size());
-    // Copying an element touches the counts of its name and value, which lie anywhere: in a large
-    // map that is a cache miss or two each, unless they are asked for a few elements ahead.
-    auto ahead = map.begin();
-    for (int i = 0; i < 4 && ahead != map.end(); ++i) {
-        ++ahead;
-    }
-    for (value_type const & element : map) {
-        if (ahead != map.end()) {
-            __builtin_prefetch(ahead->first.key().key_value(), 1);
-            ++ahead;
-        }
-        m_map.emplace_hint(m_map.end(), element);
-    }
-}
+/// Copies the tree as it is, which needs no balancing, into one run of nodes.
+MapHolder::MapHolder(Map const & map)
+    : m_arena(map.size()), m_map(map, Map::allocator_type(&m_arena)) {}
 
 MapHolder::MapHolder(vxserialize::Reader & reader) : MapHolder() {
-    reader.begin_list();
+    m_arena.expect(std::min(reader.begin_list(), maxExpected));
     while (reader.has_next()) {
         AttributeValue & value = find_or_make(AttributeName(reader.read_string_key()));
         read_attribute_value(reader, value);
@@ -45,7 +41,7 @@ MapHolder::MapHolder(vxserialize::Reader & reader) : MapHolder() {
 }
 
 MapHolder::MapHolder(vxserialize::Reader & reader, IAttributeNameDecoder & decoder) : MapHolder() {
-    reader.begin_list();
+    m_arena.expect(std::min(reader.begin_list(), maxExpected));
     while (reader.has_next()) {
         AttributeValue & value = find_or_make(decoder.read_attribute_name(reader));
         read_attribute_value(reader, decoder, value);

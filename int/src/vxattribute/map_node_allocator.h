@@ -14,6 +14,10 @@ namespace vxattribute::impl {
 class MapNodeArena {
   public:
     MapNodeArena() noexcept = default;
+
+    /// For `count` nodes to come.
+    explicit MapNodeArena(std::size_t count) noexcept { expect(count); }
+
     MapNodeArena(MapNodeArena const &) = delete;
     MapNodeArena & operator=(MapNodeArena const &) = delete;
 

@@ -67,8 +67,6 @@ namespace {
 constinit StaticStorage<EmptySingleton<bool>> emptyBoolean;
 constinit StaticStorage<SingleValueSingleton<bool>> booleans[] = {{false}, {true}};
 constinit StaticStorage<EmptySingleton<long long>> emptyInteger;
-constinit StaticStorage<SingleValueSingleton<long long>> integers[] = {
-    {-1LL}, {0LL}, {1LL}, {2LL}, {3LL}, {4LL}, {5LL}, {6LL}, {7LL}};
 
 } // namespace
 
@@ -84,9 +82,8 @@ TypedValue<long long> * Singletons<long long>::empty() noexcept {
     return &emptyInteger.object;
 }
 
-TypedValue<long long> * Singletons<long long>::find(long long x) noexcept {
-    return x >= first && x <= last ? &integers[x - first].object : nullptr;
-}
+constinit StaticStorage<SingleValueSingleton<long long>> Singletons<long long>::sm_values[] = {
+    {-1LL}, {0LL}, {1LL}, {2LL}, {3LL}, {4LL}, {5LL}, {6LL}, {7LL}};
 
 } // namespace impl
 

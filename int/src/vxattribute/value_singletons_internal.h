@@ -68,10 +68,14 @@ struct Singletons<long long> {
     static constexpr long long first = -1;
     static constexpr long long last = 7;
 
+    static StaticStorage<SingleValueSingleton<long long>> sm_values[last - first + 1];
+
     static TypedValue<long long> * empty() noexcept;
 
     /// The static of `x`, null when `x` is not in -1 to 7.
-    static TypedValue<long long> * find(long long x) noexcept;
+    static TypedValue<long long> * find(long long x) noexcept {
+        return x >= first && x <= last ? &sm_values[x - first].object : nullptr;
+    }
 };
 
 } // namespace vxattribute::impl

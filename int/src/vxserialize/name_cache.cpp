@@ -2,18 +2,34 @@
 
 namespace vxserialize::impl {
 
-vxcore::StringKey NameCache::intern(Print const & print, std::string_view text) {
+bool NameCache::is_to_grow() const noexcept {
     unsigned int const bits = 32 - m_shift;
-    if (bits == 0 && m_misses < sm_missesBeforeSlots) {
-        ++m_misses;
-        return vxcore::StringKey(text);
+    if (bits == 0) {
+        return true;
     }
-    if (bits == 0 || (m_misses == 1u << bits && bits < sm_maxBits)) {
+    bool const isFull = m_misses >= 1u << bits && bits < sm_maxBits;
+    return isFull && (bits < sm_freeBits || m_repeated > m_misses / 4);
+}
+
+vxcore::StringKey NameCache::intern(Print const & print, std::string_view text) {
+    vxcore::StringKey key(text);
+    if (!m_slots && m_misses < sm_missesBeforeSlots) {
+        ++m_misses;
+        return key;
+    }
+    if (is_to_grow()) {
         grow();
     }
     ++m_misses;
-    Slot fresh{vxcore::StringKey(text), print};
-    vxcore::StringKey const key = fresh.key;
+    unsigned int const place = print.hash() >> m_shift;
+    for (Slot * slot : {&m_slots[place], &m_slots[place ^ 1]}) {
+        if (slot->print == print) {
+            slot->key = key;
+            ++m_repeated;
+            return key;
+        }
+    }
+    Slot fresh{vxcore::StringKey(), print};
     add(fresh);
     return key;
 }
@@ -36,6 +52,7 @@ void NameCache::grow() {
     m_slots.swap(slots);
     m_shift = 32 - newBits;
     m_misses = 0;
+    m_repeated = 0;
     for (unsigned int i = 0; bits != 0 && i < 1u << bits; ++i) {
         if (slots[i].print.size != 0) {
             add(slots[i]);
