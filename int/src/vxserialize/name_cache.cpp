@@ -1,5 +1,7 @@
 #include "vxserialize/name_cache_impl.h"
 
+#include <utility>
+
 namespace vxserialize::impl {
 
 bool NameCache::is_to_grow() const noexcept {
@@ -17,20 +19,15 @@ vxcore::StringKey NameCache::intern(Print const & print, std::string_view text) 
         ++m_misses;
         return key;
     }
-    if (is_to_grow()) {
+    if (!m_slots || (m_misses == 1u << (32 - m_shift) && 32 - m_shift < sm_maxBits)) {
         grow();
     }
-    ++m_misses;
-    unsigned int const place = print.hash() >> m_shift;
-    for (Slot * slot : {&m_slots[place], &m_slots[place ^ 1]}) {
-        if (slot->print == print) {
-            slot->key = key;
-            ++m_repeated;
-            return key;
-        }
+    unsigned int const hash = print.hash();
+    if (std::exchange(m_slots[hash >> m_shift].seen, hash) == hash) {
+        ++m_misses;
+        Slot fresh{key, print};
+        add(fresh);
     }
-    Slot fresh{vxcore::StringKey(), print};
-    add(fresh);
     return key;
 }
 

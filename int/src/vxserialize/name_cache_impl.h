@@ -68,6 +68,7 @@ class NameCache {
 
         vxcore::StringKey key;
         Print print;
+        unsigned int seen = 0; // the hash of the last name that was met here and not known
     };
 
     static constexpr unsigned int sm_missesBeforeSlots = 8;
