@@ -1,5 +1,4 @@
-/// The binary reader on any bytes. The first byte of the input tells how the rest is cut into
-/// segments, the next four in which order values, attributes and maps are read.
+/// The binary reader on any bytes, cut into segments of two sizes in turn.
 
 #include "stream_checks.h"
 
@@ -8,18 +7,14 @@
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
-    if (size < 5) {
+    vxfuzz::ReaderInput input;
+    if (!input.parse(data, size)) {
         return 0;
     }
     // 0 leaves the bytes in one piece.
-    unsigned int const first = data[0] == 0 ? 0xFFFFFFFF : 1 + (data[0] & 15);
-    unsigned int const second = 1 + (data[0] >> 4);
-    unsigned int shapes = 0;
-    for (int i = 1; i < 5; ++i) {
-        shapes = shapes << 8 | data[i];
-    }
-    std::string_view const bytes(reinterpret_cast<char const *>(data) + 5, size - 5);
-    vxserialize::MemoryReader reader(vxfuzz::cut(bytes, first, second));
-    vxfuzz::check_reading(reader, shapes, bytes.size());
+    unsigned int const first = input.pieces == 0 ? 0xFFFFFFFF : 1 + (input.pieces & 15);
+    unsigned int const second = 1 + (input.pieces >> 4);
+    vxserialize::MemoryReader reader(vxfuzz::cut(input.bytes, first, second));
+    vxfuzz::check_reading(reader, input);
     return 0;
 }

@@ -15,8 +15,8 @@ using namespace vxattribute;
 
 namespace {
 
-/// Shapes that read every element as a value; see check_reading.
-char const valuesOnly[] = "\xAA\xAA\xAA\xAA";
+/// Behind the byte for the pieces: no repetition, and everything read as values; see ReaderInput.
+char const valuesOnly[] = "\x01\xAA\xAA\xAA";
 
 std::filesystem::path folder;
 
@@ -26,7 +26,6 @@ void save(char const * target, std::string const & name, std::string const & byt
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-/// Both read targets begin with a byte for the cuts or the buffer, then four for the shapes.
 void save_stream(std::string const & name, std::vector<AttributeValue> const & values) {
     std::string binary = std::string("\x35") + valuesOnly;
     std::string text = std::string("\x20") + valuesOnly;
@@ -36,6 +35,11 @@ void save_stream(std::string const & name, std::vector<AttributeValue> const & v
     }
     save("binary_read", name, binary);
     save("text_read", name, text);
+}
+
+/// A stream that is read 64 times over.
+void save_dense(std::string const & name, std::string const & bytes) {
+    save("binary_read", name, std::string("\x00\xFF\xAA\xAA\xAA", 5) + bytes);
 }
 
 /// Scalar, list and empty value of each type in one stream.
@@ -52,6 +56,13 @@ void save_samples() {
         nested = make_map({{"n", nested}});
     }
     save_stream("nested", {AttributeValue(), nested});
+    // What takes the most memory for its size.
+    save_dense("empty_maps", std::string("\x8C\xEC\xFF") + std::string(255, '\xA0'));
+    std::string maps = "\x8C\xEC\xFF";
+    for (int i = 0; i < 255; ++i) {
+        maps += std::string("\xA1\x00\x7F", 3);
+    }
+    save_dense("small_maps", maps);
 }
 
 /// Inputs that are decisions rather than data: bytes from a generator, lower ones more often.

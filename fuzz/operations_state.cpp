@@ -12,6 +12,7 @@ void OperationsState::step() {
     } else {
         map_step(any_map());
     }
+    ++m_steps;
     check_all();
 }
 
@@ -38,8 +39,7 @@ void check_pair(Real const & a, Plain const & plainA, Real const & b, Plain cons
 }
 
 template <typename Real, typename Plain>
-void check_one(Real const & real, Plain const & plain) {
-    check(agrees(real, plain), "content is that of the model");
+void check_rebuilt(Real const & real, Plain const & plain) {
     auto const fresh = rebuild(plain);
     check(real == fresh && real.compare(fresh) == 0, "a value equals one of the same content");
     check(real.hash() == fresh.hash(), "values of the same content have one hash");
@@ -47,15 +47,22 @@ void check_one(Real const & real, Plain const & plain) {
 
 } // namespace
 
+/// Everything is compared with the model and with its neighbour; one value and one map in turn with
+/// a fresh one, which is dear.
 void OperationsState::check_all() const {
     for (unsigned int i = 0; i < sm_count; ++i) {
-        check_one(m_values[i].real, m_values[i].plain);
-        check_one<AttributeMapBase>(m_maps[i].real, m_maps[i].plain);
-        unsigned int const next = (i + 1) % sm_count;
-        check_pair(m_values[i].real, m_values[i].plain, m_values[next].real, m_values[next].plain);
-        check_pair<AttributeMapBase>(m_maps[i].real, m_maps[i].plain, m_maps[next].real,
-                                     m_maps[next].plain);
+        Value const & value = m_values[i];
+        Value const & nextValue = m_values[(i + 1) % sm_count];
+        check(agrees(value.real, value.plain), "a value is that of the model");
+        check_pair(value.real, value.plain, nextValue.real, nextValue.plain);
+        Map const & map = m_maps[i];
+        Map const & nextMap = m_maps[(i + 1) % sm_count];
+        check(agrees(map.real, map.plain), "a map is that of the model");
+        check_pair<AttributeMapBase>(map.real, map.plain, nextMap.real, nextMap.plain);
     }
+    unsigned int const turn = m_steps % sm_count;
+    check_rebuilt(m_values[turn].real, m_values[turn].plain);
+    check_rebuilt<AttributeMapBase>(m_maps[turn].real, m_maps[turn].plain);
 }
 
 } // namespace vxfuzz

@@ -64,6 +64,7 @@ class OperationsState {
 
     void check_all() const;
 
+    unsigned int m_steps = 0;
     Input & m_input;
     ValueBuilder m_builder;
     std::array<Value, sm_count> m_values;

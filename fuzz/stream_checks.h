@@ -32,12 +32,23 @@ vxcore::RefCountPtr<vxserialize::MemoryList const> cut(std::string_view bytes, u
 std::string write_binary(vxattribute::AttributeValue const & value);
 std::string write_text(vxattribute::AttributeValue const & value);
 
-/// Reads values, attributes and maps, in the order that the bits of `shapes` tell, to the end or to
-/// the first failure, and checks
+/// What the targets of readers take an input for.
+struct ReaderInput {
+    /// False when the input is too short.
+    bool parse(unsigned char const * data, std::size_t size);
+
+    unsigned char pieces; // in which the reader gets the bytes
+    unsigned int shapes;  // two bits for each read: an attribute, a map or (2 and 3) a value
+    /// The rest of the input; for a few inputs 64 times over, so that memory that grows too fast
+    /// with the data shows in small inputs too.
+    std::string bytes;
+};
+
+/// Reads to the end or to the first failure, and checks
 /// - that a failure leaves the target as it was and is one of the told errors,
-/// - that the memory taken stays within 128 bytes for each of `size` bytes and a small constant,
+/// - that the memory taken stays within 128 bytes for each byte and a small constant,
 /// - that all that was read copies, compares, hashes, renders and goes through both forms.
-void check_reading(vxserialize::Reader & reader, unsigned int shapes, std::size_t size);
+void check_reading(vxserialize::Reader & reader, ReaderInput const & input);
 
 /// Checks that the value is the same after both forms. Gives false when it nests too deep to be
 /// written, in both of them.

@@ -7,7 +7,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
     vxfuzz::Input input(data, size);
     vxfuzz::OperationsState state(input);
-    for (int steps = 0; steps < 200 && !input.at_end(); ++steps) {
+    for (int steps = 0; steps < 100 && !input.at_end(); ++steps) {
         state.step();
     }
     return 0;

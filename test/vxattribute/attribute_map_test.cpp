@@ -3,6 +3,7 @@
 
 #include "support/allocation.h"
 #include "support/expect_error.h"
+#include "support/threads.h"
 
 #include "vxattribute/samples.h"
 
@@ -31,26 +32,9 @@ TEST(AttributeMap, DefaultMapsShareAndTheFirstChangeParts) {
     y.add(a, 1);
     EXPECT_TRUE(x.empty());
     EXPECT_EQ(y.size(), 1u);
-    EXPECT_TRUE(AttributeMap().empty());
-    EXPECT_EQ(y.query(b), AttributeValue::null);
     EXPECT_EQ(&y.query(b), &AttributeValue::null);
     EXPECT_EQ(y.query_ptr(b), nullptr);
     EXPECT_EQ(*y.query_ptr(a), AttributeValue(1));
-    EXPECT_EQ(y.count(a), 1u);
-    EXPECT_EQ(y.count(b), 0u);
-}
-
-TEST(AttributeMap, ValuesAndCopiesKeepWhatTheyHad) {
-    MutableAttributeMap map;
-    map.add(a, 1);
-    AttributeValue const value(map);
-    AttributeMap const copy = map;
-    EXPECT_TRUE(share(map, value.get<AttributeMap>()));
-    EXPECT_TRUE(share(map, copy));
-    map.add(a, 2).add(b, "new");
-    EXPECT_EQ(value.get<AttributeMap>(), make_map({{"a", 1}}));
-    EXPECT_EQ(copy, make_map({{"a", 1}}));
-    EXPECT_EQ(map, make_map({{"b", "new"}, {"a", 2}}));
 }
 
 TEST(AttributeMap, ChangesOneByOne) {
@@ -61,34 +45,15 @@ TEST(AttributeMap, ChangesOneByOne) {
     auto const [place, isNew] = map.insert({a, AttributeValue(6)});
     EXPECT_FALSE(isNew);
     EXPECT_EQ(place->second, AttributeValue(5));
-    EXPECT_TRUE(map.insert({b, AttributeValue(7)}).second);
     EXPECT_EQ(map.insert(map.begin(), {c, AttributeValue(8)})->first, c);
-    map.add(Attribute(c, 9));
-    EXPECT_EQ(map, make_map({{"a", 5}, {"b", 7}, {"c", 9}}));
-    EXPECT_EQ(map.erase(b), 1u);
-    EXPECT_EQ(map.erase(b), 0u);
-    map.erase(map.find(a));
-    EXPECT_EQ(map, make_map({{"c", 9}}));
-    map.insert(map.begin(), map.end());
-    AttributeMap const more = make_map({{"a", 1}, {"c", 2}});
+    AttributeMap const more = make_map({{"a", 1}, {"b", 2}});
     map.insert(more.begin(), more.end());
-    EXPECT_EQ(map, make_map({{"a", 1}, {"c", 9}})) << "existing values stay";
+    map.insert(map.begin(), map.end());
+    EXPECT_EQ(map, make_map({{"a", 5}, {"b", 2}, {"c", 8}})) << "existing values stay";
+    map.erase(map.find(a));
+    EXPECT_EQ(map, make_map({{"b", 2}, {"c", 8}}));
     map.erase(map.begin(), map.end());
     EXPECT_TRUE(map.empty());
-    map.clear();
-    EXPECT_EQ(map.lower_bound(a), map.end());
-}
-
-TEST(AttributeMap, ClearLeavesSharersAlone) {
-    MutableAttributeMap map = make_map({{"a", 1}});
-    AttributeMap const copy = map;
-    map.clear();
-    EXPECT_TRUE(map.empty());
-    EXPECT_EQ(copy.size(), 1u);
-    map.add(a, 2);
-    map.clear();
-    map.add(b, 3);
-    EXPECT_EQ(map, make_map({{"b", 3}}));
 }
 
 TEST(AttributeMap, MergesPreferTheSideThatTheySay) {
@@ -178,7 +143,6 @@ TEST(AttributeMapAccess, TypedAccessorsNameTheAttribute) {
                                        {"0", AttributeValue()}});
     EXPECT_EQ(get<long long>(map, "n"), 5);
     EXPECT_EQ(get_or<long long>(map, "x", 8), 8);
-    EXPECT_EQ(get_or<long long>(map, "n", 8), 5);
     EXPECT_EQ(*find<long long>(map, "n"), 5);
     EXPECT_EQ(find<long long>(map, "x"), nullptr);
     EXPECT_EQ(find<long long>(map, "e"), nullptr);
@@ -191,9 +155,7 @@ TEST(AttributeMapAccess, TypedAccessorsNameTheAttribute) {
     expect_error([&] { find<long long>(map, "l"); },
                  error::vxattribute_value_cardinality_expectSingle,
                  "Attribute 'l': Expecting scalar, found value with cardinality 2");
-    expect_error([&] { get<long long>(map, "e"); },
-                 error::vxattribute_value_cardinality_expectSingle,
-                 "Attribute 'e': Expecting scalar, found value with cardinality 0");
+    EXPECT_THROW(get<long long>(map, "e"), vxcore::ErrorException);
     expect_error([&] { get_list<bool>(map, "0"); }, error::vxattribute_value_type_mismatch,
                  "Attribute '0': Expecting value of type 'Boolean'; actual type 'Null'");
 }
@@ -286,21 +248,16 @@ TEST(AttributeMapModel, AgreesWithPlainMaps) {
 TEST(AttributeMapFailure, FailedChangesLeaveTheMapAsItWas) {
     using Change = void (*)(MutableAttributeMap &, AttributeMap const &);
     Change const changes[] = {
-        [](MutableAttributeMap & map, AttributeMap const &) {
-            map.add("new", "a long text, to allocate");
-        },
-        [](MutableAttributeMap & map, AttributeMap const &) { map.add("a", 123456); },
-        [](MutableAttributeMap & map, AttributeMap const & more) { map.add(more); },
-        [](MutableAttributeMap & map, AttributeMap const & more) { map = map.merged_with(more); },
-        [](MutableAttributeMap & map, AttributeMap const & more) {
-            map.insert(more.begin(), more.end());
-        },
-        [](MutableAttributeMap & map, AttributeMap const &) {
+        [](auto & map, auto &) { map.add("new", "a long text, to allocate"); },
+        [](auto & map, auto & more) { map.add(more); },
+        [](auto & map, auto & more) { map = map.merged_with(more); },
+        [](auto & map, auto & more) { map.insert(more.begin(), more.end()); },
+        [](auto & map, auto &) {
             map.insert({AttributeName("new"), AttributeValue(2.5)});
         },
-        [](MutableAttributeMap & map, AttributeMap const &) { map["new"]; },
-        [](MutableAttributeMap & map, AttributeMap const &) { map.erase("a"); },
-        [](MutableAttributeMap & map, AttributeMap const &) { map.clear(); },
+        [](auto & map, auto &) { map["new"]; },
+        [](auto & map, auto &) { map.erase("a"); },
+        [](auto & map, auto &) { map.clear(); },
     };
     std::thread([&changes] {
         AttributeMap const more = make_map({{"a", 1000}, {"x", 2000}, {"y", "text"}, {"z", 1.5}});
@@ -341,13 +298,7 @@ TEST(AttributeMapThreads, SharedHolderManyCopies) {
             ASSERT_TRUE(shared.exists(b));
         }
     };
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back(work, i);
-    }
-    for (std::thread & thread : threads) {
-        thread.join();
-    }
+    vxtest::in_four_threads(work);
     EXPECT_EQ(shared, make_map({{"b", make_map({{"c", "text"}})}, {"a", 1000}}));
 }
 

@@ -1,13 +1,11 @@
 // The rule under test: the closed set of types and, per element type, order, equality and hash.
 
-#include "vxattribute/vxattribute.h"
-#include "vxcore/error_exception.h"
+#include "support/expect_error.h"
 
-#include <gtest/gtest.h>
+#include "vxattribute/vxattribute.h"
 
 #include <cmath>
 #include <limits>
-#include <sstream>
 
 namespace {
 
@@ -28,37 +26,17 @@ TEST(ValueTypeId, NumbersNamesAndConstantsAgree) {
     EXPECT_EQ(&ValueTypeId::from_id(ValueTypeId::eId_Uri), &ValueTypeId::typeUri);
     EXPECT_EQ(ValueTypeId::typeString.compare(ValueTypeId::typeDouble), -1);
     EXPECT_EQ(ValueTypeId::typeErrorInfo.compare(ValueTypeId::typeNull), 14);
-    std::ostringstream stream;
-    stream.width(6);
-    stream << ValueTypeId::typeUri;
-    EXPECT_EQ(stream.str(), "   URI");
 }
 
 TEST(ValueTypeId, UnknownNumbersAreRefused) {
-    auto const raise = [](int id) {
-        try {
-            ValueTypeId::from_id(static_cast<ValueTypeId::EId>(id));
-        } catch (vxcore::ErrorException const & e) {
-            EXPECT_TRUE(e.info()->matches(error::vxattribute_value_type_unknown));
-            EXPECT_EQ(e.info()->location().function().view(),
-                      "vxattribute::ValueTypeId::from_id()");
-            return std::string(e.what());
-        }
-        return std::string();
-    };
-    EXPECT_EQ(raise(15), "Unknown attribute type id.  Value=15");
-    EXPECT_EQ(raise(-1), "Unknown attribute type id.  Value=-1");
-}
-
-TEST(ValueTypeId, SecuredHasAnIdButNoElementsYet) {
-    EXPECT_EQ(ValueTypeId::typeSecured.id(), 13);
-    try {
-        AttributeValue value(ValueTypeId::typeSecured);
-        FAIL() << "an empty secured value was made";
-    } catch (vxcore::ErrorException const & e) {
-        EXPECT_TRUE(e.info()->matches(error::vxattribute_value_type_unknown));
-        EXPECT_EQ(*e.info()->params().find_value("typeId"), "13");
+    for (int const id : {15, -1}) {
+        std::string const text = "Unknown attribute type id.  Value=" + std::to_string(id);
+        vxtest::expect_error([&] { ValueTypeId::from_id(static_cast<ValueTypeId::EId>(id)); },
+                             error::vxattribute_value_type_unknown, text.c_str());
     }
+    vxtest::expect_error([] { AttributeValue value(ValueTypeId::typeSecured); }, // not yet
+                         error::vxattribute_value_type_unknown,
+                         "Unknown attribute type id.  Value=13");
 }
 
 TEST(ErrorCodes, NamesFollowTheTexts) {
@@ -83,13 +61,10 @@ TEST(ElementRules, DoublesFollowIeee) {
     EXPECT_LT(ValueTypeTraits<long long>::compare(std::numeric_limits<long long>::min(), 1), 0);
 }
 
-TEST(ElementRules, BytesAreSignedInTextsAndUnsignedInBlobs) {
-    unsigned char const byte = 0xff;
+TEST(ElementRules, BytesOfTextsAreSignedInHashesOnly) {
     EXPECT_EQ(ValueTypeTraits<std::string>::hash("\xff"), 0xffffffffu);
-    EXPECT_EQ(ValueTypeTraits<BinaryValue>::hash(BinaryValue(&byte, 1)), 255u);
     EXPECT_EQ(ValueTypeTraits<std::string>::hash("ab"), 97u * 5 + 98);
     EXPECT_GT(ValueTypeTraits<std::string>::compare("\x80", "\x7f"), 0);
-    EXPECT_LT(ValueTypeTraits<std::string>::compare("a", "ab"), 0);
 }
 
 TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
@@ -103,20 +78,10 @@ TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
     EXPECT_EQ(Traits::compare(nullptr, a), -1);
     EXPECT_EQ(Traits::compare(a, nullptr), 1);
     EXPECT_EQ(Traits::compare(a, b), 0);
-    EXPECT_TRUE(Traits::equal(a, b));
     EXPECT_TRUE(Traits::equal(nullptr, nullptr));
     EXPECT_EQ(Traits::hash(nullptr), 0u);
     EXPECT_EQ(Traits::hash(a), Traits::hash(b));
     EXPECT_FALSE(ValueTypeTraitsBase<impl::ErrorInfoPtr>::equal(a, b)) << "by address";
-}
-
-TEST(ElementRules, UrisFoldHexDigitsOnly) {
-    using Traits = ValueTypeTraits<vxuri::UriReference>;
-    auto const uri = [](char const * text) { return vxuri::UriReference::parse(text); };
-    EXPECT_TRUE(Traits::equal(uri("a%2Fb"), uri("a%2fb")));
-    EXPECT_EQ(Traits::hash(uri("a%2Fb")), Traits::hash(uri("a%2fb")));
-    EXPECT_FALSE(Traits::equal(uri("A%2Fb"), uri("a%2Fb")));
-    EXPECT_EQ(Traits::compare(uri("A"), uri("z")), -1);
 }
 
 TEST(ElementRules, ArgumentsKeepZeroBytes) {

@@ -1,13 +1,13 @@
 // The rule under test: equal strings share one token for as long as a key on it lives, tokens of
 // untrusted names are given back, and none of this breaks when threads meet.
 
+#include "support/threads.h"
+
 #include "vxcore/siphash_internal.h"
 #include "vxcore/string_key.h"
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -52,14 +52,6 @@ TEST(StringKey, TokensGoWithTheirLastKeyAndLookupsMakeNone) {
     EXPECT_TRUE(StringKey::find_interned("", found));
 }
 
-TEST(StringKey, TraceFollowsWidthAndFill) {
-    std::ostringstream stream;
-    stream.width(5);
-    stream.fill('.');
-    StringKey("abc").write_trace(stream);
-    EXPECT_EQ(stream.str(), "..abc");
-}
-
 TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
     auto const work = [](int seed) {
         std::vector<StringKey> keys;
@@ -73,13 +65,7 @@ TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
             }
         }
     };
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back(work, i);
-    }
-    for (std::thread & thread : threads) {
-        thread.join();
-    }
+    vxtest::in_four_threads(work);
     StringKey found;
     EXPECT_FALSE(StringKey::find_interned("name 1", found));
 }

@@ -35,12 +35,6 @@ void copy_record(Reader & from, Writer & to, bool severalInOne) {
     to.end_record();
 }
 
-void copy_string(Reader & from, Writer & to) {
-    std::string text;
-    from >> text;
-    to << text;
-}
-
 void copy_element(Reader & from, Writer & to, bool severalInOne) {
     static void (*const primitives[])(Reader &, Writer &) = {
         [](Reader & r, Writer &) { r.read_null(); }, // there is nothing: raises
@@ -49,7 +43,7 @@ void copy_element(Reader & from, Writer & to, bool severalInOne) {
         [](Reader & r, Writer & w) { w << r.read_integer(); },
         [](Reader & r, Writer & w) { w << r.read_uint(); },
         [](Reader & r, Writer & w) { w << r.read_double(); },
-        copy_string,
+        [](Reader & r, Writer & w) { w << r.read_string_key().value(); },
         [](Reader & r, Writer & w) { w << r.read_absolute_time(); },
         [](Reader & r, Writer & w) { w << r.read_relative_time(); },
         [](Reader & r, Writer & w) { w << r.read_uuid(); },
@@ -77,22 +71,6 @@ void copy_all(Reader & from, Writer & to, bool severalInOne) {
 
 } // namespace
 
-std::string bytes_of(ListPtr const & list) {
-    std::string bytes(list->size(), '\0');
-    list->read_at(0, bytes.data(), list->size());
-    return bytes;
-}
-
-ListPtr list_of(std::string_view bytes, unsigned int segmentSize) {
-    auto list = MemoryList::create();
-    while (!bytes.empty()) {
-        std::string_view const piece = bytes.substr(0, segmentSize);
-        list->append(*MemoryList::create(piece.data(), static_cast<unsigned int>(piece.size())));
-        bytes.remove_prefix(piece.size());
-    }
-    return list;
-}
-
 std::string from_hex(std::string_view hex) {
     std::string bytes;
     std::string digits;
@@ -117,27 +95,6 @@ std::string to_hex(std::string_view bytes) {
         hex += "0123456789ABCDEF"[c & 15];
     }
     return hex;
-}
-
-std::string write_binary_form(std::function<void(Writer &)> const & write) {
-    MemoryWriter writer;
-    write(writer);
-    return bytes_of(writer.close_and_detach_memory_list());
-}
-
-std::string write_text_form(std::function<void(Writer &)> const & write, unsigned int indent) {
-    StringTarget target;
-    TextWriter writer(target, {indent});
-    write(writer);
-    writer.close();
-    return target.text;
-}
-
-void read_text_form(std::string const & text, std::function<void(Reader &)> const & read,
-                    unsigned int bufferSize, bool tellsSize) {
-    StringStream stream(text, tellsSize);
-    TextReader reader(stream, bufferSize);
-    read(reader);
 }
 
 std::string binary_to_text(std::string const & bytes, unsigned int segmentSize) {

@@ -1,7 +1,5 @@
 #include "forms.h"
 
-#include <random>
-
 namespace {
 
 using namespace vxtest;
@@ -106,12 +104,7 @@ TEST(HostileStream, MutationsNeverDoMoreThanFail) {
     unsigned int failures = 0;
     for (int round = 0; round < 60'000; ++round) {
         std::string data = samples[round % 2];
-        for (unsigned int changes = 1 + random() % 4; changes != 0; --changes) {
-            std::size_t const at = random() % data.size();
-            char const byte =
-                random() % 2 == 0 ? marks[random() % marks.size()] : static_cast<char>(random());
-            data.replace(at, random() % 2, random() % 2, byte);
-        }
+        mutate(data, random, marks, round % 2 == 0 ? "\xFF\xFF\xFF\xFF" : "4294967296");
         auto const code = round % 2 == 0 ? binary_code : text_code;
         std::string const result = code(data, 1 + static_cast<unsigned int>(random() % 9));
         EXPECT_EQ(result, code(data, 1000)) << to_hex(data);

@@ -1,4 +1,5 @@
 #include "forms.h"
+#include "support/expect_error.h"
 
 namespace {
 
@@ -31,7 +32,6 @@ TEST(TextForm, IndentsListsOnDemand) {
     };
     std::string const text = "[2:\n  <a> 1,\n  <b> [\n    2\n  ] []\n]";
     EXPECT_EQ(write_text_form(write, 2), text);
-    EXPECT_EQ(text_to_text(text), "[2: <a> 1, <b> [2] []]");
 }
 
 TEST(TextForm, TakesMoreThanItWrites) {
@@ -59,16 +59,13 @@ TEST(TextForm, RefusesWhatIsNone) {
             EXPECT_EQ(code.substr(0, 22), "error.vxserialize.data") << text;
         }
     }
-    try {
-        read_text_form("(<ab> 5)", [](Reader & reader) {
-            reader.begin_record();
-            EXPECT_EQ(reader.read_string_key(), vxcore::StringKey("ab"));
-            (void)reader.read_bool();
-        });
-        ADD_FAILURE();
-    } catch (vxcore::ErrorException const & e) {
-        EXPECT_STREQ(e.what(), "Expected a boolean at byte 6 and found an integer");
-    }
+    auto const read = [](Reader & reader) {
+        reader.begin_record();
+        EXPECT_EQ(reader.read_string_key().value(), "ab");
+        (void)reader.read_bool();
+    };
+    expect_error([&] { read_text_form("(<ab> 5)", read); }, error::vxserialize_data_type,
+                 "Expected a boolean at byte 6 and found an integer");
 }
 
 TEST(TextWriter, WantsToBeClosedAndThenTakesNothing) {
@@ -81,7 +78,6 @@ TEST(TextWriter, WantsToBeClosedAndThenTakesNothing) {
     writer.close();
     EXPECT_EQ(target.text, "()");
     EXPECT_EQ(code_of([&] { writer << 1; }), "error.vxserialize.usage");
-    EXPECT_EQ(code_of([&] { writer.begin_list(0); }), "error.vxserialize.usage");
 }
 
 } // namespace

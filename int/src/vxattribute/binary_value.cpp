@@ -69,7 +69,7 @@ void BinaryValue::set(unsigned char const * data, unsigned int size) {
 
 void BinaryValue::set(vxcore::IReadStream & stream) {
     long long const size = stream.size();
-    if (size == -1) {
+    if (size < 0) {
         set_from_unsized(stream);
         return;
     }

@@ -1,34 +1,35 @@
 #include "vxserialize/name_cache_impl.h"
 
-#include <utility>
-
 namespace vxserialize::impl {
-
-bool NameCache::is_to_grow() const noexcept {
-    unsigned int const bits = 32 - m_shift;
-    if (bits == 0) {
-        return true;
-    }
-    bool const isFull = m_misses >= 1u << bits && bits < sm_maxBits;
-    return isFull && (bits < sm_freeBits || m_repeated > m_misses / 4);
-}
 
 vxcore::StringKey NameCache::intern(Print const & print, std::string_view text) {
     vxcore::StringKey key(text);
-    if (!m_slots && m_misses < sm_missesBeforeSlots) {
-        ++m_misses;
+    unsigned int const bits = 32 - m_shift;
+    ++m_misses;
+    if (bits == 0 && m_misses <= sm_missesBeforeSlots) {
         return key;
     }
-    if (!m_slots || (m_misses == 1u << (32 - m_shift) && 32 - m_shift < sm_maxBits)) {
+    if (bits == 0 || (bits < sm_maxBits && m_misses > sm_missesPerSlot << bits)) {
         grow();
     }
-    unsigned int const hash = print.hash();
-    if (std::exchange(m_slots[hash >> m_shift].seen, hash) == hash) {
-        ++m_misses;
-        Slot fresh{key, print};
+    if (was_seen(print.hash())) {
+        Slot fresh{key, print, 0};
         add(fresh);
     }
     return key;
+}
+
+/// Tells whether a name of that hash came by lately, and notes it when not. Chance decides which of
+/// the two notes makes way: in any fixed order, names that come in turn could push each other out
+/// for ever.
+bool NameCache::was_seen(unsigned int hash) noexcept {
+    unsigned int const place = hash >> m_shift;
+    if (m_slots[place].seen == hash || m_slots[place ^ 1].seen == hash) {
+        return true;
+    }
+    m_dice = m_dice * 1664525u + 1013904223u;
+    m_slots[place ^ (m_dice >> 31)].seen = hash;
+    return false;
 }
 
 /// Puts the slot in the first place; what stood there moves on and the older one into `slot`.
@@ -49,7 +50,6 @@ void NameCache::grow() {
     m_slots.swap(slots);
     m_shift = 32 - newBits;
     m_misses = 0;
-    m_repeated = 0;
     for (unsigned int i = 0; bits != 0 && i < 1u << bits; ++i) {
         if (slots[i].print.size != 0) {
             add(slots[i]);

@@ -15,11 +15,11 @@ namespace vxserialize::impl {
 /// Names that were read lately: a name that comes again costs neither the hash nor the lock of the
 /// intern table.
 ///
-/// A name has two slots, side by side; the older of the two makes way for a new one. A slot takes
-/// the key only when its name comes for the second time, since a key costs two counts and most
-/// names of a short stream come once. There are no slots at all at first, then few; as many misses
-/// as slots make four times as many, to a limit, and beyond `sm_freeBits` only while names do come
-/// again. A copy starts anew: slots are a matter of speed alone.
+/// A name has two slots, side by side; the older of the two makes way for a new one. A name is
+/// taken in when it comes for the second time: those that come once, such as the keys of a large
+/// map, cost little here and push out no other. There are no slots at all at first, then few, and
+/// four times as many after every so many misses, to a limit. A copy starts anew: slots are a
+/// matter of speed alone.
 class NameCache {
   public:
     NameCache() noexcept = default;
@@ -59,32 +59,31 @@ class NameCache {
         std::size_t size = 0;
     };
 
-    /// Without a key the slot only tells that a name of this print came by.
+    /// An unused slot holds the empty text, whose key is the empty one.
     struct Slot {
         bool holds(Print const & other, std::string_view text) const noexcept {
-            return print == other && key.key_value() != nullptr &&
-                   (text.size() <= 16 || key.value() == text);
+            return print == other && (text.size() <= 16 || key.value() == text);
         }
 
         vxcore::StringKey key;
         Print print;
-        unsigned int seen = 0; // the hash of the last name that was met here and not known
+        unsigned int seen = 0; // the hash of a name that came by and was not known
     };
 
     static constexpr unsigned int sm_missesBeforeSlots = 8;
+    static constexpr unsigned int sm_missesPerSlot = 4;
     static constexpr unsigned int sm_minBits = 5;
-    static constexpr unsigned int sm_freeBits = 7;
     static constexpr unsigned int sm_maxBits = 11;
 
     vxcore::StringKey intern(Print const & print, std::string_view text);
-    bool is_to_grow() const noexcept;
+    bool was_seen(unsigned int hash) noexcept;
     void grow();
     void add(Slot & slot);
 
     std::unique_ptr<Slot[]> m_slots;
-    unsigned int m_shift = 32;   // of a hash to the number of a slot
-    unsigned int m_misses = 0;   // since the slots last grew
-    unsigned int m_repeated = 0; // those of names that had come by before
+    unsigned int m_shift = 32; // of a hash to the number of a slot
+    unsigned int m_misses = 0; // since the slots last grew
+    unsigned int m_dice = 1;
 };
 
 inline NameCache::Print::Print(std::string_view text) noexcept : size(text.size()) {

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "vxserialize/vxserialize.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+#include <string>
+
+/// Streams in memory, and both forms as strings of bytes.
+namespace vxtest {
+
+using namespace vxserialize;
+
+using ListPtr = vxcore::RefCountPtr<MemoryList const>;
+
+class StringTarget final : public TextWriter::ITextTarget {
+  public:
+    void write_char(char c) override { text += c; }
+
+    void write_data(char const * data, unsigned int size) override { text.append(data, size); }
+
+    std::string text;
+};
+
+/// A stream over a text; it tells its size or not.
+class StringStream final : public vxcore::IReadStream {
+  public:
+    StringStream(std::string text, bool tellsSize)
+        : m_text(std::move(text)), m_tellsSize(tellsSize) {}
+
+    unsigned int read(void * buffer, unsigned int size) override {
+        EXPECT_FALSE(m_ended) << "a read behind a short one";
+        std::size_t const run = m_text.copy(static_cast<char *>(buffer), size, m_at);
+        m_at += run;
+        m_ended = run < size;
+        return static_cast<unsigned int>(run);
+    }
+
+    unsigned int skip(unsigned int) override { return 0; }
+
+    long long size() const override {
+        return m_tellsSize ? static_cast<long long>(m_text.size() - m_at) : -1;
+    }
+
+  private:
+    std::string m_text;
+    std::size_t m_at = 0;
+    bool m_tellsSize;
+    bool m_ended = false;
+};
+
+inline std::string bytes_of(ListPtr const & list) {
+    std::string bytes(list->size(), '\0');
+    list->read_at(0, bytes.data(), list->size());
+    return bytes;
+}
+
+/// The bytes in segments of at most `segmentSize`.
+inline ListPtr list_of(std::string_view bytes, unsigned int segmentSize = 0xFFFFFFFF) {
+    auto list = MemoryList::create();
+    while (!bytes.empty()) {
+        std::string_view const piece = bytes.substr(0, segmentSize);
+        list->append(*MemoryList::create(piece.data(), static_cast<unsigned int>(piece.size())));
+        bytes.remove_prefix(piece.size());
+    }
+    return list;
+}
+
+inline std::string write_binary_form(std::function<void(Writer &)> const & write) {
+    MemoryWriter writer;
+    write(writer);
+    return bytes_of(writer.close_and_detach_memory_list());
+}
+
+inline std::string write_text_form(std::function<void(Writer &)> const & write,
+                                   unsigned int indent = 0) {
+    StringTarget target;
+    TextWriter writer(target, {indent});
+    write(writer);
+    writer.close();
+    return target.text;
+}
+
+inline void read_text_form(std::string const & text, std::function<void(Reader &)> const & read,
+                           unsigned int bufferSize = 4096, bool tellsSize = true) {
+    StringStream stream(text, tellsSize);
+    TextReader reader(stream, bufferSize);
+    read(reader);
+}
+
+/// Changes a few bytes at random, puts in some of `marks`, which mean much, or writes `number` over
+/// what is there; sometimes cuts the rest off.
+inline void mutate(std::string & data, std::mt19937 & random, std::string const & marks,
+                   std::string const & number) {
+    for (auto changes = 1 + random() % 3; changes != 0 && !data.empty(); --changes) {
+        std::size_t const at = random() % data.size();
+        char const byte =
+            random() % 2 == 0 ? marks[random() % marks.size()] : static_cast<char>(random());
+        switch (random() % 8) {
+        case 0:
+            data.replace(at, 1 + random() % 4, number, 0, 1 + random() % number.size());
+            break;
+        case 1:
+            data.resize(at + 1);
+            break;
+        default:
+            data.replace(at, random() % 2, random() % 2, byte);
+        }
+    }
+}
+
+} // namespace vxtest
