@@ -6,16 +6,19 @@
 
 namespace vxtest {
 
-/// Expects the action to raise a failure of that very code with that text.
+/// Expects the action to raise a failure of that very code with that text, and gives it.
 template <typename Action>
-void expect_error(Action action, vxcore::ErrorCode const & code, char const * text) {
+vxcore::ErrorInfo::Ptr expect_error(Action action, vxcore::ErrorCode const & code,
+                                    char const * text) {
     try {
         action();
         ADD_FAILURE() << "nothing was raised; expected: " << text;
     } catch (vxcore::ErrorException const & e) {
         EXPECT_EQ(e.info()->code(), code) << e.info()->code().name();
         EXPECT_STREQ(e.what(), text);
+        return e.info();
     }
+    return nullptr;
 }
 
 } // namespace vxtest

@@ -104,8 +104,10 @@ TEST(BinaryValue, StreamsOfKnownSizeAreReadOnceAndLimited) {
     EXPECT_EQ(value.size(), 3u);
     EXPECT_EQ(value.data()[2], 2);
     PatternStream tooLarge(0x1000001, 0x1000001);
-    vxtest::expect_error([&] { value.set(tooLarge); }, error::vxattribute_value_binary_size,
-                         "Attribute value BLOB cannot be larger than 16777216 bytes.");
+    auto const info =
+        vxtest::expect_error([&] { value.set(tooLarge); }, error::vxattribute_value_binary_size,
+                             "Attribute value BLOB cannot be larger than 16777216 bytes.");
+    EXPECT_EQ(*info->params().find_value("size"), "16777217");
     EXPECT_EQ(tooLarge.reads(), 0);
     EXPECT_EQ(value.size(), 3u);
 }

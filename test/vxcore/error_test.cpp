@@ -119,6 +119,23 @@ TEST(ErrorException, CarriesItsInfoThroughForeignHands) {
     EXPECT_THROW(ErrorComposer("new").create_transfer(nullptr, queryCode, {}), ErrorException);
 }
 
+TEST(ErrorException, KeepsWhatLedToItAndFillsTheCallersSlot) {
+    std::runtime_error const cause("cause");
+    try {
+        vxcore::throw_with_nested_exception(vxcore::error::vxcore_conversion,
+                                            SourceString("outer", true), {}, cause);
+    } catch (vxcore::ErrorException const & e) {
+        EXPECT_STREQ(e.what(), "outer");
+        EXPECT_EQ(e.info()->nested()->text(), "cause");
+    }
+    ErrorInfo::Ptr slot;
+    vxcore::ErrorComposer("stored").create_transfer(&slot, vxcore::error::vxcore, {});
+    EXPECT_EQ(slot->text(), "stored");
+    EXPECT_THROW(
+        vxcore::ErrorComposer("raised").create_transfer(nullptr, vxcore::error::vxcore, {}),
+        vxcore::ErrorException);
+}
+
 TEST(SourceString, HoldsLiteralsByAddressAndCopiesTheRest) {
     static_assert(std::is_nothrow_copy_constructible_v<SourceString>);
     char buffer[] = "text";
