@@ -37,7 +37,7 @@ void save_stream(std::string const & name, std::vector<AttributeValue> const & v
     save("text_read", name, text);
 }
 
-/// A stream that is read 64 times over.
+/// A stream that is read over and over.
 void save_dense(std::string const & name, std::string const & bytes) {
     save("binary_read", name, std::string("\x00\xFF\xAA\xAA\xAA", 5) + bytes);
 }
@@ -52,7 +52,7 @@ void save_samples() {
         save_stream(name, values);
     }
     AttributeValue nested;
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 255; ++i) {
         nested = make_map({{"n", nested}});
     }
     save_stream("nested", {AttributeValue(), nested});

@@ -28,7 +28,11 @@ void count(long long bytes) noexcept {
 
 #ifdef VX_FUZZ_HOOKS
 
-#include <sanitizer/allocator_interface.h>
+// From sanitizer/allocator_interface.h, which g++ does not come with.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*mallocHook)(void const volatile *,
+                                                                            std::size_t),
+                                                         void (*freeHook)(void const volatile *));
+extern "C" std::size_t __sanitizer_get_allocated_size(void const volatile * block);
 
 namespace {
 
@@ -38,8 +42,7 @@ void on_malloc(void const volatile *, std::size_t size) {
 
 void on_free(void const volatile * block) {
     if (isWatching) {
-        count(-static_cast<long long>(
-            __sanitizer_get_allocated_size(const_cast<void const *>(block))));
+        count(-static_cast<long long>(__sanitizer_get_allocated_size(block)));
     }
 }
 

@@ -58,9 +58,9 @@ bool ReaderInput::parse(unsigned char const * data, std::size_t size) {
     bool const repeats = data[1] >= 0xF0;
     shapes = 0xAAu << 24 | static_cast<unsigned int>(data[2]) << 16 |
              static_cast<unsigned int>(data[3]) << 8 | data[4];
-    for (int times = repeats ? 64 : 1; times != 0; --times) {
+    do {
         bytes.append(reinterpret_cast<char const *>(data) + 5, size - 5);
-    }
+    } while (repeats && !bytes.empty() && bytes.size() < 16384);
     return true;
 }
 

@@ -39,8 +39,8 @@ struct ReaderInput {
 
     unsigned char pieces; // in which the reader gets the bytes
     unsigned int shapes;  // two bits for each read: an attribute, a map or (2 and 3) a value
-    /// The rest of the input; for a few inputs 64 times over, so that memory that grows too fast
-    /// with the data shows in small inputs too.
+    /// The rest of the input; for a few inputs over and over, up to 16 KiB, so that memory that
+    /// grows too fast with the data shows in small inputs too.
     std::string bytes;
 };
 
