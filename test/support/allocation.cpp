@@ -9,7 +9,7 @@ thread_local unsigned long count = 0;
 thread_local unsigned long countdown = 0;
 std::atomic<long> live{0};
 
-void * allocate(std::size_t size) {
+[[maybe_unused]] void * allocate(std::size_t size) {
     ++count;
     if (countdown != 0 && --countdown == 0) {
         throw std::bad_alloc();
@@ -22,7 +22,7 @@ void * allocate(std::size_t size) {
     return block;
 }
 
-void release(void * block) noexcept {
+[[maybe_unused]] void release(void * block) noexcept {
     if (block != nullptr) {
         live.fetch_sub(1, std::memory_order_relaxed);
         std::free(block);
