@@ -28,4 +28,5 @@
 #include "vxcore/text_size.h"
 #include "vxcore/tick_count.h"
 #include "vxcore/transfer_source.h"
+#include "vxcore/type_name.h"
 #include "vxcore/uuid.h"

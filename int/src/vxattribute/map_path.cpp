@@ -1,0 +1,141 @@
+#include "vxattribute/map_path.h"
+
+#include "vxattribute/elements.h"
+#include "vxattribute/error_codes.h"
+#include "vxattribute/make_value.h"
+#include "vxcore/error_composer.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace vxattribute {
+
+namespace {
+
+/// Gives the steps of a path one after the other.
+class Steps {
+  public:
+    explicit Steps(std::string_view path) noexcept : m_rest(path) {}
+
+    bool at_end() const noexcept { return m_isDone; }
+
+    /// The next step as it is written.
+    std::string_view next() noexcept {
+        std::size_t const slash = m_rest.find('/');
+        std::string_view const step = m_rest.substr(0, slash);
+        m_isDone = slash == std::string_view::npos;
+        m_rest.remove_prefix(m_isDone ? m_rest.size() : slash + 1);
+        return step;
+    }
+
+  private:
+    std::string_view m_rest;
+    bool m_isDone = false;
+};
+
+std::string name_of(std::string_view step) {
+    std::string name;
+    for (std::size_t i = 0; i < step.size(); ++i) {
+        bool const isEscape =
+            step[i] == '~' && i + 1 < step.size() && (step[i + 1] == '0' || step[i + 1] == '1');
+        name += isEscape ? (step[++i] == '0' ? '~' : '/') : step[i];
+    }
+    return name;
+}
+
+/// Where the map that `value` leads to stands among its elements. A single map needs no step of its
+/// own, several take one.
+bool index_of_map(AttributeValue const & value, Steps & steps, unsigned int & index) {
+    index = 0;
+    if (value.type() != ValueTypeId::typeAttributeMap || value.empty()) {
+        return false;
+    }
+    if (value.size() == 1) {
+        return true;
+    }
+    if (steps.at_end()) {
+        return false;
+    }
+    std::string_view const step = steps.next();
+    char const * const last = step.data() + step.size();
+    auto const [end, error] = std::from_chars(step.data(), last, index);
+    return error == std::errc() && end == last && index < value.size();
+}
+
+/// More maps inside each other than a stream carries help nobody, and each takes a call.
+constexpr std::ptrdiff_t maxSlashes = 255;
+
+[[noreturn]] void throw_no_way(std::string_view path) {
+    vxcore::ErrorComposer("The path '{@path}' leads through what is not a map, or too deep")
+        .param("path", std::string(path))
+        .throw_error(error::vxattribute_map_attributeNotFound,
+                     VXCORE_LOCATION("vxattribute::set_path()"));
+}
+
+void set_step(MutableAttributeMap & map, Steps steps, std::string_view path,
+              AttributeValue & value) {
+    AttributeName const name(name_of(steps.next()));
+    if (steps.at_end()) {
+        map.add(name, std::move(value));
+        return;
+    }
+    AttributeValue const * const present = std::as_const(map).query_ptr(name);
+    if (present == nullptr) {
+        MutableAttributeMap inner;
+        set_step(inner, steps, path, value);
+        map.add(name, AttributeValue(inner));
+        return;
+    }
+    unsigned int index = 0;
+    if (!index_of_map(*present, steps, index) || steps.at_end()) {
+        throw_no_way(path);
+    }
+    std::span<AttributeMap const> const maps = elements<AttributeMap>(*present);
+    std::vector<AttributeMap> copies(maps.begin(), maps.end());
+    MutableAttributeMap inner(copies[index]);
+    set_step(inner, steps, path, value);
+    copies[index] = AttributeMap(std::move(inner));
+    map.add(name, make_list(std::span<AttributeMap const>(copies)));
+}
+
+} // namespace
+
+AttributeValue const * find_path(AttributeMapBase const & map, std::string_view path) {
+    AttributeMapBase const * inner = &map;
+    Steps steps(path);
+    while (true) {
+        AttributeName name;
+        AttributeValue const * const value =
+            AttributeName::find_interned(name_of(steps.next()), name) ? inner->query_ptr(name)
+                                                                      : nullptr;
+        if (value == nullptr || steps.at_end()) {
+            return value;
+        }
+        unsigned int index = 0;
+        if (!index_of_map(*value, steps, index) || steps.at_end()) {
+            return nullptr;
+        }
+        inner = value->begin<AttributeMap>() + index;
+    }
+}
+
+void set_path(MutableAttributeMap & map, std::string_view path, AttributeValue value) {
+    if (std::ranges::count(path, '/') > maxSlashes) {
+        throw_no_way(path);
+    }
+    set_step(map, Steps(path), path, value);
+}
+
+std::string path_step(std::string_view name) {
+    std::string step;
+    for (char const c : name) {
+        if (c == '~' || c == '/') {
+            step += c == '~' ? "~0" : "~1";
+        } else {
+            step += c;
+        }
+    }
+    return step;
+}
+
+} // namespace vxattribute

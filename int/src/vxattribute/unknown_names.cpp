@@ -1,0 +1,26 @@
+#include "vxattribute/unknown_names.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace vxattribute {
+
+std::vector<AttributeName> unknown_names(AttributeMapBase const & config,
+                                         std::span<Query const> queries) {
+    std::unordered_set<AttributeName> known;
+    for (Query const & query : queries) {
+        known.insert(query.names().begin(), query.names().end());
+    }
+    std::vector<AttributeName> unknown;
+    for (auto const & [name, value] : config) {
+        if (!known.contains(name)) {
+            unknown.push_back(name);
+        }
+    }
+    std::ranges::sort(unknown, {}, [](AttributeName const & name) -> std::string const & {
+        return name.value();
+    });
+    return unknown;
+}
+
+} // namespace vxattribute
