@@ -7,8 +7,10 @@
 // 4. The defaults of the element types.
 // 5. The shared empty map and the default of the map type.
 // 6. Trace settings, then `defaultTraceFormatter`.
+// 7. The registrar: once it has run, all of the library is there.
 
 #include "vxattribute/element_types.h"
+#include "vxattribute/module_registrar_internal.h"
 #include "vxattribute/trace_formatter_internal.h"
 #include "vxattribute/value_singletons_internal.h"
 
@@ -153,5 +155,13 @@ vxcore::RefCountPtr<impl::TraceFormatterImpl const> const impl::defaultTraceSett
     vxcore::make_ref_counted<impl::TraceFormatterImpl>();
 
 TraceFormatter const defaultTraceFormatter;
+
+// 7. The registrar
+
+namespace {
+
+impl::ModuleRegistrar const registrar;
+
+} // namespace
 
 } // namespace vxattribute

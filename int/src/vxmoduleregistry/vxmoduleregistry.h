@@ -1,0 +1,5 @@
+#pragma once
+
+/// Everything of the library.
+
+#include "vxmoduleregistry/module_registry.h"
