@@ -31,6 +31,13 @@ foreach(library ${libraries})
         list(FILTER links INCLUDE REGEX "^vx[a-z]+$")
         list(JOIN links " " VX_PC_REQUIRES)
     endif()
+    # Named for who links everything statically. Not in Requires.private: that would demand OpenSSL's
+    # development files of programs which need none of them.
+    set(VX_PC_LIBS_PRIVATE "")
+    get_target_property(links ${library} LINK_LIBRARIES)
+    if("OpenSSL::Crypto" IN_LIST links)
+        set(VX_PC_LIBS_PRIVATE -lcrypto)
+    endif()
     configure_file(${PROJECT_SOURCE_DIR}/cmake/library.pc.in ${PROJECT_BINARY_DIR}/${library}.pc @ONLY)
     install(FILES ${PROJECT_BINARY_DIR}/${library}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()

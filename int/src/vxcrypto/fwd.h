@@ -1,0 +1,14 @@
+#pragma once
+
+/// Declarations without definitions of everything that other headers of the family name.
+
+namespace vxcrypto {
+
+class Md5Context;
+
+namespace impl {
+
+class CleansedBlock;
+
+} // namespace impl
+} // namespace vxcrypto
