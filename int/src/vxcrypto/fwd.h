@@ -4,6 +4,12 @@
 
 namespace vxcrypto {
 
+class AesCmacContext;
+class AesCtrContext;
+class AesEncryptContext;
+class EaxAesContext;
+class IRandomProvider;
+class Key;
 class Md5Context;
 
 namespace impl {

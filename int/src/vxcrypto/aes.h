@@ -1,0 +1,52 @@
+#pragma once
+
+#include "vxcrypto/cleansed_block.h"
+
+namespace vxcrypto {
+
+/// The AES block cipher (NIST FIPS 197) under one key, in the enciphering direction; the modes of
+/// this library need no other.
+///
+/// Empty until `rekey`: no other call is allowed before. The key schedule lies in a heap block of
+/// its own, which is wiped before it is freed.
+///
+/// Threads. Enciphering changes nothing here: any number of threads may share a keyed context.
+class VXCRYPTO_API AesEncryptContext {
+  public:
+    /// Bytes of a block.
+    static constexpr unsigned int block_size = 16;
+
+    AesEncryptContext() noexcept = default;
+    AesEncryptContext(AesEncryptContext const &) = delete;
+    AesEncryptContext & operator=(AesEncryptContext const &) = delete;
+    ~AesEncryptContext() = default;
+
+    /// Makes the key schedule, in the place of an earlier one.
+    ///
+    /// @param size  Bytes: 16, 24 or 32.
+    /// @raises error.vxcrypto.key.size: another size. The context is as it was.
+    /// @cost   One allocation, the first time.
+    void rekey(unsigned char const * key, unsigned int size);
+
+    /// Enciphers one block. `in` and `out` may be the same.
+    void encrypt(unsigned char const * in, unsigned char * out) const noexcept;
+
+    /// Enciphers the blocks of a CBC chain, all but the last: for each block of `data`, `x` becomes
+    /// the enciphered `x` XOR the block.
+    ///
+    /// @param x     One block.
+    /// @param data  `blocks` blocks.
+    void chain(unsigned char * x, unsigned char const * data, unsigned int blocks) const noexcept;
+
+    /// XORs a key stream over `data`: the enciphered `counter`, the enciphered `counter` + 1, ...
+    ///
+    /// @param counter  One block, a big-endian number modulo 2^128; it grows by `blocks`.
+    /// @param data     `blocks` blocks.
+    void xor_key_stream(unsigned char * counter, unsigned char * data,
+                        unsigned int blocks) const noexcept;
+
+  private:
+    impl::CleansedBlock m_schedule;
+};
+
+} // namespace vxcrypto

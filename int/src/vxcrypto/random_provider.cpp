@@ -1,0 +1,53 @@
+#include "vxcrypto/random_provider.h"
+
+#include "vxcore/cpu.h"
+#include "vxcore/error_exception.h"
+#include "vxcrypto/error_codes_internal.h"
+
+#include <openssl/rand.h>
+
+namespace vxcrypto {
+
+namespace impl {
+
+class DefaultRandomProviderImpl final : public IRandomProvider {
+  public:
+    void generate_random(void * buffer, unsigned int size) override;
+
+  private:
+    [[noreturn]] static void fail(vxcore::ErrorCode const & code, char const * message) {
+        vxcore::throw_error(
+            code, vxcore::SourceString(message, true),
+            VXCORE_LOCATION("vxcrypto::impl::DefaultRandomProviderImpl::generate_random()"));
+    }
+};
+
+void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size) {
+    unsigned long long const timestamp = vxcore::hardware::Cpu::read_timestamp();
+    RAND_add(&timestamp, sizeof timestamp, 0.0);
+    if (buffer == nullptr) {
+        return;
+    }
+    int const count = static_cast<int>(size);
+    if (count < 0) {
+        fail(error::vxcrypto_randomProvider_arguments, "Invalid 'size' argument");
+    }
+    if (RAND_bytes(static_cast<unsigned char *>(buffer), count) != 1) {
+        fail(error::vxcrypto_randomProvider_failed,
+             "Random provider failed to generate requested number of bytes");
+    }
+}
+
+namespace {
+
+// Without data and made at compile time: good before any load-time code has run, and after unload.
+constinit DefaultRandomProviderImpl instance;
+
+} // namespace
+} // namespace impl
+
+RandomProviderPtr default_random_provider() noexcept {
+    return RandomProviderPtr(&impl::instance, nullptr);
+}
+
+} // namespace vxcrypto
