@@ -22,7 +22,7 @@ struct PlainMapElement {
 using PlainElement =
     std::variant<bool, long long, std::string, double, vxcore::Uuid, vxuri::UriReference,
                  vxcore::AbsoluteTime, vxcore::RelativeTime, vxcore::SimpleDateTime,
-                 vxattribute::BinaryValue, vxattribute::SerializedValue,
+                 vxattribute::BinaryValue, vxattribute::SerializedValue, vxattribute::SecuredValue,
                  vxattribute::impl::ErrorInfoPtr, PlainMapElement>;
 
 struct PlainValue {

@@ -1,6 +1,7 @@
 #include "value_builder.h"
 
-#include "vxserialize/memory_list.h"
+#include "vxserialize/memory_reader.h"
+#include "vxserialize/memory_writer.h"
 
 #include <bit>
 #include <iterator>
@@ -20,8 +21,7 @@ constexpr unsigned int maxElements = 40;
 } // namespace
 
 int ValueBuilder::type() {
-    unsigned int const id = 1 + m_input.below(13);
-    return static_cast<int>(id == ValueTypeId::eId_Secured ? id + 1 : id);
+    return static_cast<int>(1 + m_input.below(ValueTypeId::eId_ErrorInfo));
 }
 
 AttributeValue ValueBuilder::value() {
@@ -129,6 +129,20 @@ vxcore::ErrorParams ValueBuilder::params() {
         params.insert_ref(std::move(name)) = m_input.text(10);
     }
     return params;
+}
+
+/// As anybody may write it: nothing of it needs to open.
+void ValueBuilder::build(SecuredValue & element) {
+    static char const * const ciphers[] = {"EAX_AES128", "EAX_AES256", "NULL", ""};
+    vxserialize::MemoryWriter writer;
+    writer.begin_record();
+    writer << m_input.text(6) << std::string(ciphers[m_input.below(4)]);
+    SecuredValue::KeyId(m_input.text(4), vxcore::Uuid()).write(writer);
+    std::string const bytes = m_input.text(50);
+    writer.write_binary(bytes.data(), static_cast<unsigned int>(bytes.size()));
+    writer.end_record();
+    vxserialize::MemoryReader reader = writer.reader();
+    element.read(reader);
 }
 
 void ValueBuilder::build(impl::ErrorInfoPtr & element) {

@@ -25,10 +25,11 @@ class ValueBuilder {
     void build(vxcore::SimpleDateTime & element);
     void build(vxattribute::BinaryValue & element);
     void build(vxattribute::SerializedValue & element);
+    void build(vxattribute::SecuredValue & element);
     void build(vxattribute::impl::ErrorInfoPtr & element);
     void build(vxattribute::AttributeMap & element);
 
-    /// The number of an element type: 1 to 14 without 13.
+    /// The number of an element type.
     int type();
 
   private:

@@ -2,12 +2,16 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <malloc.h>
+#include <string_view>
 
 namespace {
 
 thread_local unsigned long count = 0;
 thread_local unsigned long countdown = 0;
 std::atomic<long> live{0};
+thread_local std::string_view watched;
+thread_local unsigned long found = 0;
 
 [[maybe_unused]] void * allocate(std::size_t size) {
     ++count;
@@ -25,6 +29,10 @@ std::atomic<long> live{0};
 [[maybe_unused]] void release(void * block) noexcept {
     if (block != nullptr) {
         live.fetch_sub(1, std::memory_order_relaxed);
+        if (!watched.empty()) {
+            std::string_view const memory(static_cast<char *>(block), malloc_usable_size(block));
+            found += memory.find(watched) != std::string_view::npos ? 1 : 0;
+        }
         std::free(block);
     }
 }
@@ -39,6 +47,15 @@ unsigned long allocation_count() noexcept {
 
 void fail_allocation(unsigned long n) noexcept {
     countdown = n;
+}
+
+void watch_freed_memory(void const * bytes, std::size_t size) noexcept {
+    watched = {static_cast<char const *>(bytes), size};
+    found = 0;
+}
+
+unsigned long freed_with_bytes() noexcept {
+    return found;
 }
 
 long live_blocks() noexcept {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <new>
 
 /// Counts the allocations of this thread and makes chosen ones fail. Linking it replaces the global
@@ -14,6 +15,13 @@ void fail_allocation(unsigned long n) noexcept;
 
 /// Blocks of all threads that are allocated and not yet freed.
 long live_blocks() noexcept;
+
+/// Notes from now on when memory is freed that holds these bytes in one piece, such as a secret; a
+/// size of 0 ends it.
+void watch_freed_memory(void const * bytes, std::size_t size) noexcept;
+
+/// How often that was, in this thread.
+unsigned long freed_with_bytes() noexcept;
 
 /// Runs `attempt` again and again, each time with a later allocation failing, until it gets
 /// through. `check` runs after each failure. Gives the number of failures.

@@ -31,6 +31,12 @@ SerializedValue payload(char const * type, std::string const & bytes) {
                                      bytes.data(), static_cast<unsigned int>(bytes.size())));
 }
 
+SecuredValue sealed(char const * annotation, AttributeValue const & value) {
+    vxcrypto::Key const key("sixteen byte key", 16);
+    return SecuredValue(value, annotation, {"category", vxcore::Uuid()}, key,
+                        SecuredValue::default_cipher());
+}
+
 } // namespace
 
 std::vector<Sample> samples() {
@@ -55,6 +61,7 @@ std::vector<Sample> samples() {
     unsigned char const bytes[] = {0x80, 0x00, 0x7f};
     add<BinaryValue>(all, "Binary", BinaryValue(bytes, 3), BinaryValue(40));
     add<SerializedValue>(all, "Serialized", payload("x", "payload"), payload("y", "other"));
+    add<SecuredValue>(all, "Secured", sealed("a", 1), sealed("b", make_map({{"c", "text"}})));
     add<AttributeMap>(all, "Map", make_map({{"a", 1}, {"b", make_map({{"c", "deep"}})}}),
                       make_map({{"z", 2.5}}));
     add<impl::ErrorInfoPtr>(all, "ErrorInfo", error("one"), error("two"));

@@ -34,9 +34,6 @@ TEST(ValueTypeId, UnknownNumbersAreRefused) {
         vxtest::expect_error([&] { ValueTypeId::from_id(static_cast<ValueTypeId::EId>(id)); },
                              error::vxattribute_value_type_unknown, text.c_str());
     }
-    vxtest::expect_error([] { AttributeValue value(ValueTypeId::typeSecured); }, // not yet
-                         error::vxattribute_value_type_unknown,
-                         "Unknown attribute type id.  Value=13");
 }
 
 TEST(ErrorCodes, NamesFollowTheTexts) {

@@ -5,6 +5,7 @@ namespace vxattribute::impl {
 #if VX_BLOCK_CACHE
 
 thread_local constinit BlockCache::ThreadState BlockCache::sm_state{};
+constinit std::atomic<bool> BlockCache::sm_isStopped = false;
 
 /// Empties the cache of its thread when the thread ends.
 struct BlockCacheCloser {
@@ -14,7 +15,8 @@ struct BlockCacheCloser {
 };
 
 void BlockCache::free_slow(void * block, std::size_t size) noexcept {
-    if (sm_state.isOpen || sm_state.isClosed || size > max_size) {
+    if (sm_state.isOpen || sm_state.isClosed || size > max_size ||
+        sm_isStopped.load(std::memory_order_relaxed)) {
         ::operator delete(block);
         return;
     }
@@ -39,6 +41,10 @@ void BlockCache::close() noexcept {
         }
         sizeClass.room = 0;
     }
+}
+
+void BlockCache::stop() noexcept {
+    sm_isStopped.store(true, std::memory_order_relaxed);
 }
 
 #endif

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <new>
 
@@ -30,6 +31,10 @@ class BlockCache {
     static void * allocate(std::size_t size);
     static void free(void * block, std::size_t size) noexcept;
 
+    /// Threads that have kept no block yet will not begin to. For the unload: a thread would note a
+    /// destructor of the library that is about to go.
+    static void stop() noexcept;
+
   private:
     static constexpr std::size_t granularity = 16;
     static constexpr std::size_t max_size = 128;
@@ -59,7 +64,14 @@ class BlockCache {
 
     static thread_local constinit ThreadState sm_state __attribute__((tls_model("initial-exec")));
 
+    static constinit std::atomic<bool> sm_isStopped;
+
     friend struct BlockCacheCloser;
+};
+
+/// Stops the cache at unload. Made last of all statics, so that it goes first.
+struct BlockCacheStopper {
+    ~BlockCacheStopper() { BlockCache::stop(); }
 };
 
 #if VX_BLOCK_CACHE
@@ -98,6 +110,8 @@ inline void * BlockCache::allocate(std::size_t size) {
 inline void BlockCache::free(void * block, std::size_t) noexcept {
     ::operator delete(block);
 }
+
+inline void BlockCache::stop() noexcept {}
 
 #endif
 

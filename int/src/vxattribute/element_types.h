@@ -3,6 +3,7 @@
 #include "vxattribute/attribute_map.h"
 #include "vxattribute/binary_value.h"
 #include "vxattribute/core_elements.h"
+#include "vxattribute/secured_value.h"
 #include "vxattribute/serialized_value.h"
 
 /// All element types, and the way from a type number to the type.
@@ -50,6 +51,9 @@ bool for_element_type(int id, Action && action) {
         return true;
     case ValueTypeId::eId_AttributeMap:
         action.template operator()<AttributeMap>();
+        return true;
+    case ValueTypeId::eId_Secured:
+        action.template operator()<SecuredValue>();
         return true;
     case ValueTypeId::eId_ErrorInfo:
         action.template operator()<ErrorInfoPtr>();

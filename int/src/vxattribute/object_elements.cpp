@@ -29,6 +29,19 @@ unsigned int ValueTypeTraits<SerializedValue>::hash(SerializedValue const & a) n
     return a.hash();
 }
 
+int ValueTypeTraits<SecuredValue>::compare(SecuredValue const & a,
+                                           SecuredValue const & b) noexcept {
+    return a.compare(b);
+}
+
+bool ValueTypeTraits<SecuredValue>::equal(SecuredValue const & a, SecuredValue const & b) noexcept {
+    return a == b;
+}
+
+unsigned int ValueTypeTraits<SecuredValue>::hash(SecuredValue const & a) noexcept {
+    return a.hash();
+}
+
 int ValueTypeTraits<AttributeMap>::compare(AttributeMap const & a,
                                            AttributeMap const & b) noexcept {
     return a.compare(b);
@@ -57,4 +70,5 @@ ValueBase * create_empty_value(ValueTypeId::EId id) {
 
 VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::BinaryValue);
 VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::SerializedValue);
+VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::SecuredValue);
 VXATTRIBUTE_INSTANTIATE_SINGLE_ELEMENT(vxattribute::AttributeMap);

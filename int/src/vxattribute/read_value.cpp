@@ -2,6 +2,7 @@
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/element_types.h"
 #include "vxattribute/error_codes.h"
+#include "vxattribute/marshaled_type_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 #include "vxserialize/error_info_stream.h"
@@ -11,6 +12,12 @@
 #include <memory>
 
 namespace vxattribute {
+
+void impl::throw_unknown_tag(unsigned int tag, vxcore::SourceLocation location) {
+    vxcore::ErrorComposer("Unknown marshaled attribute type id.  Value={@typeId}")
+        .param("typeId", vxcore::to_string(tag))
+        .throw_error(error::vxattribute_value_type_unknown, std::move(location));
+}
 
 namespace {
 
@@ -68,23 +75,17 @@ class ValueReader {
                                  result = read_elements<T>();
                              });
         if (!isKnown) {
-            throw_unknown_tag(tag);
+            impl::throw_unknown_tag(tag,
+                                    VXCORE_LOCATION("vxattribute::read_attribute_value_aux()"));
         }
         return result;
-    }
-
-    [[noreturn]] static void throw_unknown_tag(unsigned int tag) {
-        vxcore::ErrorComposer("Unknown marshaled attribute type id.  Value={@typeId}")
-            .param("typeId", vxcore::to_string(tag))
-            .throw_error(error::vxattribute_value_type_unknown,
-                         VXCORE_LOCATION("vxattribute::read_attribute_value_aux()"));
     }
 
     /// Types that are always shared by count, and with them ErrorInfo: any list makes an array.
     template <typename T>
     static constexpr bool is_array_type =
         std::is_same_v<T, BinaryValue> || std::is_same_v<T, SerializedValue> ||
-        std::is_same_v<T, impl::ErrorInfoPtr>;
+        std::is_same_v<T, SecuredValue> || std::is_same_v<T, impl::ErrorInfoPtr>;
 
     template <typename T>
     [[gnu::noinline]] ValueHolder read_elements() {
@@ -190,6 +191,8 @@ class ValueReader {
     void read(BinaryValue & element) { read_binary_value(m_reader, element); }
 
     void read(SerializedValue & element) { read_serialized_value(m_reader, element); }
+
+    void read(SecuredValue & element) { element.read(m_reader); }
 
     void read(impl::ErrorInfoPtr & element) { element = vxserialize::read_error_info(m_reader); }
 

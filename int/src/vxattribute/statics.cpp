@@ -6,11 +6,14 @@
 // 3. The two shared strings.
 // 4. The defaults of the element types.
 // 5. The shared empty map and the default of the map type.
-// 6. Trace settings, then `defaultTraceFormatter`.
-// 7. The registrar: once it has run, all of the library is there.
+// 6. Ciphers and their providers.
+// 7. Trace settings, then `defaultTraceFormatter`.
+// 8. The registrar: once it has run, all of the library is there. And what goes first at unload.
 
+#include "vxattribute/block_cache_internal.h"
 #include "vxattribute/element_types.h"
 #include "vxattribute/module_registrar_internal.h"
+#include "vxattribute/secured_value_ciphers_internal.h"
 #include "vxattribute/trace_formatter_internal.h"
 #include "vxattribute/value_singletons_internal.h"
 
@@ -138,6 +141,7 @@ VXATTRIBUTE_DEFAULT(vxcore::RelativeTime);
 VXATTRIBUTE_DEFAULT(vxcore::SimpleDateTime);
 VXATTRIBUTE_DEFAULT(BinaryValue);
 VXATTRIBUTE_DEFAULT(SerializedValue);
+VXATTRIBUTE_DEFAULT(SecuredValue);
 VXATTRIBUTE_DEFAULT(impl::ErrorInfoPtr);
 
 AttributeMapBase::HolderPtr const
@@ -149,18 +153,27 @@ VXATTRIBUTE_DEFAULT(AttributeMap);
 #undef VXATTRIBUTE_DEFAULT
 // clang-format on
 
-// 6. Trace settings
+// 6. Ciphers
+
+impl::SecuredValueCipherEaxAes128 const impl::cipherEaxAes128;
+impl::SecuredValueCipherEaxAes256 const impl::cipherEaxAes256;
+impl::SecuredValueCipherNull const impl::cipherNull;
+impl::DefaultCipherProvider const impl::defaultCipherProvider;
+impl::StrictCipherProvider const impl::strictCipherProvider;
+
+// 7. Trace settings
 
 vxcore::RefCountPtr<impl::TraceFormatterImpl const> const impl::defaultTraceSettings =
     vxcore::make_ref_counted<impl::TraceFormatterImpl>();
 
 TraceFormatter const defaultTraceFormatter;
 
-// 7. The registrar
+// 8. The registrar
 
 namespace {
 
 impl::ModuleRegistrar const registrar;
+impl::BlockCacheStopper const blockCacheStopper;
 
 } // namespace
 

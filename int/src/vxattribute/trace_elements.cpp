@@ -121,6 +121,10 @@ void render_elements(TraceSink & sink, SerializedValue const * begin, Serialized
     render_default_list(sink, begin, end, ValueTypeTraits<SerializedValue>::TraceFunctor());
 }
 
+void render_elements(TraceSink & sink, SecuredValue const * begin, SecuredValue const * end) {
+    render_default_list(sink, begin, end, DefaultTraceFunctor());
+}
+
 void render_elements(TraceSink & sink, AttributeMap const * begin, AttributeMap const * end) {
     render_list(sink, sink.settings().list_map, begin, end,
                 [](TraceSink & out, AttributeMap const & element) {

@@ -23,6 +23,7 @@ void render_elements(TraceSink & sink, vxcore::SimpleDateTime const * begin,
                      vxcore::SimpleDateTime const * end);
 void render_elements(TraceSink & sink, BinaryValue const * begin, BinaryValue const * end);
 void render_elements(TraceSink & sink, SerializedValue const * begin, SerializedValue const * end);
+void render_elements(TraceSink & sink, SecuredValue const * begin, SecuredValue const * end);
 void render_elements(TraceSink & sink, AttributeMap const * begin, AttributeMap const * end);
 void render_elements(TraceSink & sink, ErrorInfoPtr const * begin, ErrorInfoPtr const * end);
 

@@ -276,6 +276,8 @@ inline constexpr bool is_element_type<BinaryValue> = true;
 template <>
 inline constexpr bool is_element_type<SerializedValue> = true;
 template <>
+inline constexpr bool is_element_type<SecuredValue> = true;
+template <>
 inline constexpr bool is_element_type<AttributeMap> = true;
 template <>
 inline constexpr bool is_element_type<ErrorInfoPtr> = true;

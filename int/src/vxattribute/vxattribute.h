@@ -22,6 +22,7 @@
 #include "vxattribute/multi_value_writer.h"
 #include "vxattribute/query.h"
 #include "vxattribute/redaction.h"
+#include "vxattribute/secured_value.h"
 #include "vxattribute/serialized_value.h"
 #include "vxattribute/sorted_by_name.h"
 #include "vxattribute/to_text.h"

@@ -58,6 +58,8 @@ class ElementWriter {
 
     void write(SerializedValue const & element) { write_serialized_value(m_writer, element); }
 
+    void write(SecuredValue const & element) { element.write(m_writer); }
+
     void write(impl::ErrorInfoPtr const & element) {
         vxserialize::write_error_info(m_writer, element);
     }

@@ -162,17 +162,16 @@ void MemoryListBase::append_defragmented(MemoryListBase const & list, unsigned i
         return;
     }
     grown_size(m_size, size);
-    MemoryListCursor const from = list.reader(position);
     if (!m_segments.empty() && m_segments.back().own_slack() >= size) {
         MemorySegment & last = m_segments.back();
-        from.read_at_cursor(last.m_data + last.m_size, size);
+        list.read_at(position, last.m_data + last.m_size, size);
         last.m_size += size;
         m_size += size;
         return;
     }
+    reserve_segments(1); // ahead of the copy: bytes that may be secret go to no block in vain
     vxcore::RefCountPtr<impl::MemoryBlock> block = impl::MemoryBlock::create(size);
-    from.read_at_cursor(block->data(), size);
-    reserve_segments(1);
+    list.read_at(position, block->data(), size);
     unsigned char * const start = block->data();
     add_reserved_segment(MemorySegment(std::move(block), start, size));
 }
