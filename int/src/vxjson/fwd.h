@@ -1,0 +1,16 @@
+#pragma once
+
+/// Declarations without definitions of the classes of vxjson.
+
+namespace vxjson {
+
+class Document;
+class ITokenizer;
+class Reader;
+class StringSlice;
+class TextWriter;
+class Tokenizer;
+class Writer;
+struct SourcePosition;
+
+} // namespace vxjson

@@ -1,0 +1,51 @@
+#include "vxjson/reserved_words.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+
+namespace vxjson {
+
+namespace {
+
+constexpr std::size_t longest_word = 10;
+
+/// In the order of their first letters, so that a name is compared with the words of its own first
+/// letter only.
+constexpr std::string_view words[] = {
+    "break",      "case",      "catch",    "class", "const",      "continue", "debugger",
+    "default",    "delete",    "do",       "else",  "enum",       "export",   "extends",
+    "finally",    "for",       "function", "if",    "implements", "import",   "in",
+    "instanceof", "interface", "let",      "new",   "package",    "private",  "protected",
+    "public",     "return",    "static",   "super", "switch",     "this",     "throw",
+    "try",        "typeof",    "var",      "void",  "while",      "with",     "yield"};
+static_assert(std::size(words) == 42);
+static_assert(std::is_sorted(std::begin(words), std::end(words)));
+
+/// Number of the first word that starts with the letter or a later one; one more at the end.
+constexpr std::array<unsigned char, 27> make_starts() {
+    std::array<unsigned char, 27> starts{};
+    for (std::size_t letter = 0; letter < starts.size(); ++letter) {
+        while (starts[letter] < std::size(words) &&
+               words[starts[letter]].front() < static_cast<char>('a' + letter)) {
+            ++starts[letter];
+        }
+    }
+    return starts;
+}
+
+constexpr std::array<unsigned char, 27> starts = make_starts();
+
+} // namespace
+
+bool is_reserved_word(std::string_view name) noexcept {
+    if (name.empty() || name.size() > longest_word || name.front() < 'a' || name.front() > 'z') {
+        return false;
+    }
+    auto const letter = static_cast<std::size_t>(name.front() - 'a');
+    return std::find(words + starts[letter], words + starts[letter + 1], name) !=
+           words + starts[letter + 1];
+}
+
+} // namespace vxjson

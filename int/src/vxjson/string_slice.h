@@ -1,0 +1,43 @@
+#pragma once
+
+#include "vxjson/export.h"
+
+#include <string_view>
+
+namespace vxjson {
+
+/// Raises the `std::out_of_range` of a StringSlice.
+[[noreturn]] VXJSON_API void throw_slice_range();
+
+/// A view of the text of a token: `size` bytes from `pointer + offset` on. It owns nothing, and is
+/// good until its tokenizer moves to the next token.
+class StringSlice {
+  public:
+    constexpr StringSlice() noexcept = default;
+
+    constexpr StringSlice(char const * pointer, unsigned int offset, unsigned int size) noexcept
+        : m_pointer(pointer), m_offset(offset), m_size(size) {}
+
+    constexpr char const * data() const noexcept { return m_pointer + m_offset; }
+
+    constexpr unsigned int size() const noexcept { return m_size; }
+
+    constexpr bool empty() const noexcept { return m_size == 0; }
+
+    constexpr std::string_view view() const noexcept { return {data(), m_size}; }
+
+    /// @raises std::out_of_range with the text "StringSlice": `at` is not below the size.
+    constexpr char operator[](unsigned int at) const {
+        if (at >= m_size) {
+            throw_slice_range();
+        }
+        return data()[at];
+    }
+
+  private:
+    char const * m_pointer = nullptr;
+    unsigned int m_offset = 0;
+    unsigned int m_size = 0;
+};
+
+} // namespace vxjson

@@ -1,0 +1,262 @@
+#include "vxjson/tokenizer.h"
+
+#include "vxjson/find_special_internal.h"
+#include "vxjson/lexis_internal.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vxjson {
+
+using namespace impl;
+
+namespace {
+
+constexpr char const * value_or_punctuator = "a value or a punctuator";
+constexpr char const * token_end = "white space, a punctuator or the end";
+
+struct Literal {
+    EToken token;
+    std::string_view text;
+};
+
+/// The literal that starts with `c`; one of no text when there is none.
+Literal literal_of(char c) noexcept {
+    switch (c) {
+    case 't':
+        return {eToken_True, "true"};
+    case 'f':
+        return {eToken_False, "false"};
+    case 'n':
+        return {eToken_Null, "null"};
+    default:
+        return {eToken_Unknown, ""};
+    }
+}
+
+} // namespace
+
+Tokenizer::Tokenizer(char const * data, std::size_t size) : Tokenizer(data, size, Options()) {}
+
+Tokenizer::Tokenizer(char const * data, std::size_t size, Options const & options)
+    : m_options(options), m_stream(nullptr), m_begin(data), m_cursor(data), m_limit(data + size),
+      m_ended(true) {}
+
+Tokenizer::Tokenizer(vxcore::IReadStream & stream) : Tokenizer(stream, Options()) {}
+
+Tokenizer::Tokenizer(vxcore::IReadStream & stream, Options const & options)
+    : m_options(options), m_stream(&stream), m_buffer(new char[std::max(options.buffer_size, 1u)]),
+      m_capacity(std::max(options.buffer_size, 1u)), m_begin(m_buffer.get()), m_cursor(m_begin),
+      m_limit(m_begin), m_ended(false) {}
+
+Tokenizer::~Tokenizer() = default;
+
+EToken Tokenizer::next() {
+    if (m_failed) {
+        return eToken_Error;
+    }
+    EToken token = eToken_Unknown;
+    switch (m_mode) {
+    case eMode_Start:
+        token = scan_start();
+        break;
+    case eMode_Between:
+        token = scan_token();
+        break;
+    case eMode_String:
+        token = scan_string();
+        break;
+    case eMode_Name:
+        token = scan_name();
+        break;
+    case eMode_End:
+        token = give(eToken_DocumentEnd, m_limit, m_limit);
+        break;
+    }
+    // A stream that fails looks like the end of the text to the scan.
+    if (m_failed) {
+        m_text = StringSlice();
+        return eToken_Error;
+    }
+    return token;
+}
+
+EToken Tokenizer::scan_start() {
+    m_mode = eMode_Between;
+    require(3);
+    EToken const token = give(eToken_DocumentStart, m_cursor, m_cursor);
+    if (m_limit - m_cursor >= 3 && std::memcmp(m_cursor, "\xEF\xBB\xBF", 3) == 0) {
+        m_cursor += 3;
+    }
+    return token;
+}
+
+EToken Tokenizer::scan_token() {
+    if (!skip_space()) {
+        m_mode = eMode_End;
+        return give(eToken_DocumentEnd, m_limit, m_limit);
+    }
+    char const c = *m_cursor;
+    if (c == '"' || (c == '\'' && m_options.allow_single_quotes)) {
+        m_quote = c;
+        m_mode = eMode_String;
+        EToken const token = give(eToken_StringBegin, m_cursor, m_cursor);
+        ++m_cursor;
+        return token;
+    }
+    if (is_byte(c, eByte_Punctuator)) {
+        return scan_punctuator();
+    }
+    if (c == '-' || is_byte(c, eByte_Digit)) {
+        return scan_number();
+    }
+    if (is_byte(c, eByte_NameStart)) {
+        return scan_word();
+    }
+    return fail(m_cursor, value_or_punctuator);
+}
+
+EToken Tokenizer::scan_punctuator() {
+    switch (*m_cursor) {
+    case '{':
+    case '[':
+        if (m_depth == m_options.max_depth) {
+            return fail_limit(m_cursor, "More than {@limit} objects and arrays are open", m_depth);
+        }
+        ++m_depth;
+        break;
+    case '}':
+    case ']':
+        m_depth -= m_depth == 0 ? 0 : 1;
+        break;
+    default:
+        break;
+    }
+    EToken const token = give(eToken_Punctuator, m_cursor, m_cursor + 1);
+    ++m_cursor;
+    return token;
+}
+
+EToken Tokenizer::scan_number() {
+    std::size_t const most = m_options.max_number_size;
+    while (true) {
+        std::size_t const size = std::min(static_cast<std::size_t>(m_limit - m_cursor), most + 1);
+        char const * const limit = m_cursor + size;
+        NumberScan const scan = impl::scan_number(m_cursor, limit);
+        if (scan.end == limit && size > most) {
+            return fail_limit(m_cursor + most, "A number is longer than {@limit} bytes",
+                              m_options.max_number_size);
+        }
+        if (scan.end == limit && !m_ended) {
+            refill(); // moves what was scanned, even when nothing comes
+            continue;
+        }
+        if (scan.expected != nullptr) {
+            return fail(scan.end, scan.expected);
+        }
+        if (scan.end != m_limit && !is_token_end(*scan.end)) {
+            return fail(scan.end, token_end);
+        }
+        EToken const token = give(eToken_Number, m_cursor, scan.end);
+        m_cursor = scan.end;
+        return token;
+    }
+}
+
+EToken Tokenizer::scan_word() {
+    require(6); // the longest literal and the byte behind it
+    Literal const literal = literal_of(*m_cursor);
+    std::string_view const rest(m_cursor, static_cast<std::size_t>(m_limit - m_cursor));
+    std::size_t const size = literal.text.size();
+    if (size != 0 && rest.starts_with(literal.text) &&
+        (rest.size() == size || is_token_end(rest[size]))) {
+        EToken const token = give(literal.token, m_cursor, m_cursor + size);
+        m_cursor += size;
+        return token;
+    }
+    if (m_options.allow_unquoted_names) {
+        m_mode = eMode_Name;
+        return give(eToken_IdentifierBegin, m_cursor, m_cursor);
+    }
+    if (size == 0) {
+        return fail(m_cursor, value_or_punctuator);
+    }
+    auto const [at, same] =
+        std::mismatch(rest.begin(), rest.end(), literal.text.begin(), literal.text.end());
+    return fail(m_cursor + (at - rest.begin()),
+                same == literal.text.end() ? token_end : literal.text.data());
+}
+
+/// True for a byte that may stand directly behind a number or word.
+bool Tokenizer::is_token_end(char c) const noexcept {
+    return is_byte(c, eByte_Blank | eByte_Punctuator) || (c == '/' && m_options.allow_comments);
+}
+
+/// Passes over white space and comments. False at the end of the text and after a failure.
+bool Tokenizer::skip_space() {
+    while (true) {
+        if (m_cursor == m_limit && !refill()) {
+            return false;
+        }
+        switch (*m_cursor) {
+        case '\n':
+            ++m_cursor;
+            ++m_line;
+            m_lineStart = offset(m_cursor);
+            [[fallthrough]]; // lines start with blanks
+        case ' ':
+            m_cursor = skip_blanks(m_cursor, m_limit);
+            break;
+        case '\t':
+        case '\r':
+            ++m_cursor;
+            break;
+        case '/':
+            if (m_options.allow_comments) {
+                if (!skip_comment()) {
+                    return false;
+                }
+                break;
+            }
+            return true;
+        default:
+            return true;
+        }
+    }
+}
+
+bool Tokenizer::skip_comment() {
+    require(2);
+    char const * const second = m_cursor + 1;
+    if (second != m_limit && *second == '*') {
+        m_cursor += 2;
+        return skip_block_comment();
+    }
+    if (second == m_limit || *second != '/') {
+        fail(second, "'/' or '*'");
+        return false;
+    }
+    do {
+        m_cursor = std::find(m_cursor, m_limit, '\n');
+    } while (m_cursor == m_limit && refill());
+    return true; // the line feed, or the end, is seen by the caller
+}
+
+bool Tokenizer::skip_block_comment() {
+    bool star = false;
+    while (m_cursor != m_limit || refill()) {
+        char const c = *m_cursor++;
+        if (star && c == '/') {
+            return true;
+        }
+        star = c == '*';
+        if (c == '\n') {
+            ++m_line;
+            m_lineStart = offset(m_cursor);
+        }
+    }
+    fail(m_cursor, "the end of the comment");
+    return false;
+}
+
+} // namespace vxjson

@@ -1,0 +1,131 @@
+#include "vxcore/text_conversion.h"
+#include "vxjson/error_codes_internal.h"
+#include "vxjson/position_message_internal.h"
+#include "vxjson/tokenizer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace vxjson {
+
+namespace {
+
+unsigned int clamp(unsigned long long number) noexcept {
+    return static_cast<unsigned int>(
+        std::min<unsigned long long>(number, std::numeric_limits<unsigned int>::max()));
+}
+
+/// A byte as a message shows it.
+std::string byte_text(char c) {
+    auto const byte = static_cast<unsigned char>(c);
+    if (byte > 0x20 && byte < 0x7F) {
+        return {'\'', c, '\''};
+    }
+    constexpr char const * digits = "0123456789ABCDEF";
+    return {'b', 'y', 't', 'e', ' ', '0', 'x', digits[byte >> 4], digits[byte & 15]};
+}
+
+} // namespace
+
+/// Tries to have `size` bytes from the cursor on. The end of the text may come first.
+void Tokenizer::require(std::size_t size) {
+    while (static_cast<std::size_t>(m_limit - m_cursor) < size && refill()) {
+    }
+}
+
+/// Gets more bytes behind those that stand from the cursor on, which may move. False at the end of
+/// the text and when the stream fails.
+bool Tokenizer::refill() {
+    if (m_ended) {
+        return false;
+    }
+    auto const kept = static_cast<std::size_t>(m_limit - m_cursor);
+    try {
+        if (kept == m_capacity) {
+            grow();
+        } else {
+            std::memmove(m_buffer.get(), m_cursor, kept);
+        }
+        m_base = offset(m_cursor);
+        m_begin = m_cursor = m_buffer.get();
+        m_limit = m_begin + kept;
+        auto const room = static_cast<unsigned int>(m_capacity - kept);
+        unsigned int const size = std::min(m_stream->read(m_buffer.get() + kept, room), room);
+        m_limit += size;
+        m_ended = size < room;
+        return size != 0;
+    } catch (std::exception const & e) {
+        fail_stream(&e);
+    } catch (...) {
+        fail_stream(nullptr);
+    }
+    return false;
+}
+
+/// Doubles the buffer, which one token fills.
+void Tokenizer::grow() {
+    std::unique_ptr<char[]> buffer(new char[m_capacity * 2]);
+    std::memcpy(buffer.get(), m_cursor, m_capacity);
+    m_base = offset(m_cursor);
+    m_buffer = std::move(buffer);
+    m_begin = m_cursor = m_buffer.get();
+    m_capacity *= 2;
+}
+
+void Tokenizer::position(SourcePosition & out) {
+    unsigned long long const at = m_failed ? m_errorOffset : m_tokenOffset;
+    out.uri = m_options.uri;
+    out.line = clamp(m_line);
+    out.linePos = clamp(at - m_lineStart + 1);
+    out.sourcePos = clamp(at);
+}
+
+void Tokenizer::set_error(vxcore::ErrorCode const & code, char const * message,
+                          vxcore::ErrorParams params, vxcore::ErrorInfo::Ptr nested) {
+    SourcePosition place;
+    position(place);
+    m_error = impl::create_positioned(code, message, std::move(params),
+                                      VXCORE_LOCATION("vxjson::Tokenizer::next()"), place,
+                                      std::move(nested));
+}
+
+/// @param expected  What should stand at `at`.
+EToken Tokenizer::fail(char const * at, char const * expected) {
+    if (m_failed) {
+        return eToken_Error; // of the stream, which looked like the end
+    }
+    m_failed = true;
+    m_errorOffset = offset(at);
+    vxcore::ErrorParams params;
+    params.insert_ref(vxcore::SourceString("expected", true)) = expected;
+    params.insert_ref(vxcore::SourceString("found", true)) =
+        at == m_limit ? "the end of the text" : byte_text(*at);
+    set_error(error::vxjson_reader_tokenizer_syntaxError, "Expected {@expected} and found {@found}",
+              std::move(params), nullptr);
+    return eToken_Error;
+}
+
+EToken Tokenizer::fail_limit(char const * at, char const * message, unsigned int limit) {
+    m_failed = true;
+    m_errorOffset = offset(at);
+    vxcore::ErrorParams params;
+    params.insert_ref(vxcore::SourceString("limit", true)) = vxcore::to_string(limit);
+    set_error(error::vxjson_reader_tokenizer_syntaxError, message, std::move(params), nullptr);
+    return eToken_Error;
+}
+
+/// @param cause  Null for what is no std::exception.
+void Tokenizer::fail_stream(std::exception const * cause) {
+    m_failed = m_ended = true;
+    m_errorOffset = offset(m_limit);
+    vxcore::ErrorInfo::Ptr nested;
+    if (cause != nullptr) {
+        nested =
+            vxcore::ErrorInfo::from_exception(*cause, VXCORE_LOCATION("vxjson::Tokenizer::next()"));
+    }
+    set_error(error::vxjson_reader_tokenizer_stream, "The text cannot be read further", {},
+              std::move(nested));
+}
+
+} // namespace vxjson

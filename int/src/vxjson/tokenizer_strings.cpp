@@ -1,0 +1,248 @@
+#include "vxjson/find_special_internal.h"
+#include "vxjson/lexis_internal.h"
+#include "vxjson/tokenizer.h"
+#include "vxjson/utf8_internal.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vxjson {
+
+using namespace impl;
+
+namespace {
+
+/// The longest piece that is given at once: sizes of slices are 32 bits wide.
+constexpr std::ptrdiff_t max_run = 1 << 30;
+
+/// A run between two escapes is copied beside them up to this size, so that text full of escapes
+/// makes few tokens.
+constexpr std::ptrdiff_t max_joined_run = 64;
+
+/// Six bytes and the six of the other half of a surrogate pair.
+constexpr std::size_t longest_escape = 12;
+
+int hex_value(char c) noexcept {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    char const lower = static_cast<char>(c | 0x20);
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+/// One \uXXXX at `at`. A digit that is missing is at `end`, and `value` then negative.
+struct HexEscape {
+    char const * end;
+    int value;
+};
+
+HexEscape read_hex_escape(char const * at, char const * limit) noexcept {
+    int value = 0;
+    at += 2;
+    for (int i = 0; i < 4; ++i, ++at) {
+        int const digit = at == limit ? -1 : hex_value(*at);
+        if (digit < 0) {
+            return {at, -1};
+        }
+        value = value * 16 + digit;
+    }
+    return {at, value};
+}
+
+/// What an escape of one letter stands for; 0 for none.
+char simple_escape(char c) noexcept {
+    switch (c) {
+    case '"':
+    case '\\':
+    case '/':
+        return c;
+    case 'b':
+        return '\b';
+    case 'f':
+        return '\f';
+    case 'n':
+        return '\n';
+    case 'r':
+        return '\r';
+    case 't':
+        return '\t';
+    default:
+        return '\0';
+    }
+}
+
+bool is_high_surrogate(int unit) noexcept {
+    return (unit & 0xFC00) == 0xD800;
+}
+
+bool is_low_surrogate(int unit) noexcept {
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+/// An escape in the source: what it stands for, or where it breaks.
+struct Escape {
+    char const * end;
+    int codePoint;
+    char const * expected = nullptr; // not null: broken at `end`
+};
+
+Escape read_unicode_escape(char const * at, char const * limit) noexcept {
+    constexpr char const * digit = "a hexadecimal digit";
+    HexEscape const first = read_hex_escape(at, limit);
+    if (first.value < 0) {
+        return {first.end, 0, digit};
+    }
+    if (is_low_surrogate(first.value)) {
+        return {at, 0, "the first half of a surrogate pair"};
+    }
+    if (!is_high_surrogate(first.value)) {
+        return {first.end, first.value};
+    }
+    constexpr char const * half = "the second half of a surrogate pair";
+    if (limit - first.end < 2 || first.end[0] != '\\' || first.end[1] != 'u') {
+        return {first.end, 0, half};
+    }
+    HexEscape const second = read_hex_escape(first.end, limit);
+    if (second.value < 0) {
+        return {second.end, 0, digit};
+    }
+    if (!is_low_surrogate(second.value)) {
+        return {first.end, 0, half};
+    }
+    return {second.end, 0x10000 + ((first.value & 0x3FF) << 10) + (second.value & 0x3FF)};
+}
+
+/// @param at  The backslash.
+Escape read_escape(char const * at, char const * limit, bool singleQuotes) noexcept {
+    char const * const letter = at + 1;
+    if (letter != limit && *letter == 'u') {
+        return read_unicode_escape(at, limit);
+    }
+    char const c = letter == limit ? '\0' : *letter;
+    char const value = c == '\'' && singleQuotes ? c : simple_escape(c);
+    if (value == '\0') {
+        return {letter, 0, "an escape"};
+    }
+    return {letter + 1, value};
+}
+
+} // namespace
+
+/// The end of the plain run at the cursor: a byte that needs a look, or the limit. With `High` the
+/// run holds whole UTF-8 sequences only.
+template <bool High>
+inline char const * Tokenizer::run_end() noexcept {
+    char const * const limit = m_cursor + std::min(m_limit - m_cursor, max_run);
+    char const * at = find_special<High>(m_cursor, limit, m_quote);
+    if constexpr (High) {
+        while (at != limit && static_cast<unsigned char>(*at) >= 0x80) {
+            unsigned int const size = read_utf8(at, limit).size;
+            if (size == 0) {
+                break; // broken, or cut by the limit
+            }
+            at = find_special<High>(at + size, limit, m_quote);
+        }
+    }
+    return at;
+}
+
+EToken Tokenizer::scan_string() {
+    while (true) {
+        char const * const end = m_options.validate_utf8 ? run_end<true>() : run_end<false>();
+        if (end != m_cursor) {
+            EToken const token = give(eToken_CharData, m_cursor, end);
+            m_cursor = end;
+            return token;
+        }
+        if (m_cursor == m_limit) {
+            if (refill()) {
+                continue;
+            }
+            return fail(m_cursor, "the end of the string");
+        }
+        if (*m_cursor == m_quote) {
+            m_mode = eMode_Between;
+            EToken const token = give(eToken_StringEnd, m_cursor, m_cursor);
+            ++m_cursor;
+            return token;
+        }
+        if (*m_cursor == '\\') {
+            return scan_escapes();
+        }
+        if (static_cast<unsigned char>(*m_cursor) < 0x20) {
+            return fail(m_cursor, "an escape in place of a control character");
+        }
+        // A sequence that the buffer cuts, or a broken one.
+        require(4);
+        if (read_utf8(m_cursor, m_limit).size == 0) {
+            return fail(m_cursor, "a UTF-8 sequence");
+        }
+    }
+}
+
+/// Decodes escapes, and short runs between them, into one piece of text.
+EToken Tokenizer::scan_escapes() {
+    char * out = m_scratch;
+    char const * const last = m_scratch + sm_scratchSize - max_joined_run - 4;
+    unsigned long long start = 0;
+    while (out <= last && m_cursor != m_limit && *m_cursor == '\\') {
+        require(longest_escape);
+        Escape const escape = read_escape(m_cursor, m_limit, m_options.allow_single_quotes);
+        if (escape.expected != nullptr) {
+            if (out != m_scratch) {
+                break; // what is good comes first
+            }
+            return fail(escape.end, escape.expected);
+        }
+        if (out == m_scratch) {
+            start = offset(m_cursor);
+        }
+        out = write_utf8(out, static_cast<unsigned int>(escape.codePoint));
+        m_cursor = escape.end;
+        char const * const end = m_options.validate_utf8 ? run_end<true>() : run_end<false>();
+        if (end - m_cursor <= max_joined_run) {
+            out = std::copy(m_cursor, end, out);
+            m_cursor = end;
+        }
+    }
+    EToken const token = give(eToken_CharData, m_scratch, out);
+    m_tokenOffset = start;
+    return token;
+}
+
+/// The rest of an unquoted name. Where a byte that is none of a name follows, the name is done or
+/// wrong.
+EToken Tokenizer::scan_name() {
+    while (true) {
+        char const * const limit = m_cursor + std::min(m_limit - m_cursor, max_run);
+        char const * at = m_cursor;
+        while (at != limit && is_byte(*at, eByte_NameStart | eByte_Digit)) {
+            unsigned int const size = m_options.validate_utf8 ? read_utf8(at, limit).size : 1;
+            if (size == 0) {
+                break;
+            }
+            at += size;
+        }
+        if (at != m_cursor) {
+            EToken const token = give(eToken_CharData, m_cursor, at);
+            m_cursor = at;
+            return token;
+        }
+        if (m_cursor == m_limit && refill()) {
+            continue;
+        }
+        if (m_cursor == m_limit || is_token_end(*m_cursor)) {
+            m_mode = eMode_Between;
+            return give(eToken_IdentifierEnd, m_cursor, m_cursor);
+        }
+        if (!is_byte(*m_cursor, eByte_NameStart)) {
+            return fail(m_cursor, "a name of letters, digits, '_' and '$'");
+        }
+        require(4);
+        if (read_utf8(m_cursor, m_limit).size == 0) {
+            return fail(m_cursor, "a UTF-8 sequence");
+        }
+    }
+}
+
+} // namespace vxjson

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+
+namespace vxjson::impl {
+
+/// What `read_utf8` found at the front of some bytes.
+struct Utf8 {
+    unsigned int size;      ///< bytes of the sequence, 0 when there is none
+    unsigned int codePoint; ///< what it stands for
+    bool cut;               ///< size 0 only because bytes are missing at the end
+};
+
+/// Reads one sequence (RFC 3629) at `at`, which lies before `limit`: no surrogates, nothing beyond
+/// U+10FFFF, no form longer than needed.
+constexpr Utf8 read_utf8(char const * at, char const * limit) noexcept {
+    auto const byte = [at](std::ptrdiff_t i) { return static_cast<unsigned char>(at[i]); };
+    unsigned int const lead = byte(0);
+    if (lead < 0x80) {
+        return {1, lead, false};
+    }
+    if (lead < 0xC2 || lead > 0xF4) {
+        return {0, 0, false};
+    }
+    unsigned int const size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    unsigned int value = lead & (0x7Fu >> size);
+    // The second byte alone tells overlong forms, surrogates and values that are too large.
+    unsigned int low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    unsigned int high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    for (unsigned int i = 1; i < size; ++i, low = 0x80, high = 0xBF) {
+        if (limit - at == static_cast<std::ptrdiff_t>(i)) {
+            return {0, 0, true};
+        }
+        unsigned int const next = byte(static_cast<std::ptrdiff_t>(i));
+        if (next < low || next > high) {
+            return {0, 0, false};
+        }
+        value = value << 6 | (next & 0x3F);
+    }
+    return {size, value, false};
+}
+
+/// Puts `codePoint`, which is none of the surrogates, at `out` and gives the end: 1 to 4 bytes.
+constexpr char * write_utf8(char * out, unsigned int codePoint) noexcept {
+    if (codePoint < 0x80) {
+        *out++ = static_cast<char>(codePoint);
+        return out;
+    }
+    unsigned int const more = codePoint < 0x800 ? 1 : codePoint < 0x10000 ? 2 : 3;
+    unsigned int const mark = more == 1 ? 0xC0 : more == 2 ? 0xE0 : 0xF0;
+    *out++ = static_cast<char>(mark | codePoint >> (6 * more));
+    for (unsigned int i = more; i-- != 0;) {
+        *out++ = static_cast<char>(0x80 | (codePoint >> (6 * i) & 0x3F));
+    }
+    return out;
+}
+
+} // namespace vxjson::impl

@@ -1,0 +1,11 @@
+#pragma once
+
+/// Everything of vxjson.
+
+#include "vxjson/fwd.h"
+#include "vxjson/itokenizer.h"
+#include "vxjson/reserved_words.h"
+#include "vxjson/source_position.h"
+#include "vxjson/string_slice.h"
+#include "vxjson/token.h"
+#include "vxjson/tokenizer.h"

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "vxcore/error_exception.h"
+#include "vxjson/tokenizer.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+/// Means to see what a tokenizer makes of a text.
+namespace vxtest {
+
+/// Gives a text as a stream of unknown size; reading at `failAt` bytes or behind it raises.
+class TextStream final : public vxcore::IReadStream {
+  public:
+    explicit TextStream(std::string_view text, std::size_t failAt = std::string::npos)
+        : m_left(text), m_untilFailure(failAt) {}
+
+    unsigned int read(void * buffer, unsigned int size) override {
+        EXPECT_FALSE(m_ended) << "a read behind a short one";
+        if (m_untilFailure < size) {
+            throw std::runtime_error("line is down");
+        }
+        std::size_t const run = m_left.copy(static_cast<char *>(buffer), size);
+        m_left.remove_prefix(run);
+        m_untilFailure -= run;
+        m_ended = run < size;
+        return static_cast<unsigned int>(run);
+    }
+
+    unsigned int skip(unsigned int) override { return 0; }
+
+    long long size() const override { return -1; }
+
+  private:
+    std::string_view m_left;
+    std::size_t m_untilFailure;
+    bool m_ended = false;
+};
+
+/// All tokens in one line: strings in quotes, names in <>, a dot for the end, for a failure its
+/// message and place. Runs of a string are joined.
+inline std::string trace(vxjson::ITokenizer & tokenizer) {
+    std::string line;
+    while (true) {
+        vxjson::EToken const token = tokenizer.next();
+        vxjson::StringSlice slice;
+        line += tokenizer.text(slice).view();
+        switch (token) {
+        case vxjson::eToken_DocumentEnd:
+            return line + ".";
+        case vxjson::eToken_Error: {
+            vxcore::ErrorInfo::Ptr error;
+            tokenizer.error(error);
+            return line + "! " + error->text() + " @" + *error->params().find_value("sourcePos");
+        }
+        case vxjson::eToken_StringBegin:
+        case vxjson::eToken_StringEnd:
+            line += '"';
+            break;
+        case vxjson::eToken_IdentifierBegin:
+            line += '<';
+            break;
+        case vxjson::eToken_IdentifierEnd:
+            line += '>';
+            break;
+        case vxjson::eToken_True:
+        case vxjson::eToken_False:
+        case vxjson::eToken_Null:
+        case vxjson::eToken_Number:
+            line += ' ';
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+/// The trace of a text, which is the same out of memory and through buffers of any size.
+inline std::string scan(std::string const & text, vxjson::Tokenizer::Options options = {}) {
+    // A block of just that size, so that reading beyond it shows.
+    std::unique_ptr<char[]> const copy(new char[text.size()]);
+    text.copy(copy.get(), text.size());
+    vxjson::Tokenizer tokenizer(copy.get(), text.size(), options);
+    std::string const result = trace(tokenizer);
+    for (unsigned int const size : {0u, 2u, 3u, 7u, 64u}) {
+        options.buffer_size = size;
+        TextStream stream(text);
+        vxjson::Tokenizer streaming(stream, options);
+        EXPECT_EQ(trace(streaming), result) << text << " through " << size;
+    }
+    return result;
+}
+
+} // namespace vxtest
