@@ -4,6 +4,7 @@
 
 #include "vxjson/fwd.h"
 #include "vxjson/itokenizer.h"
+#include "vxjson/reader.h"
 #include "vxjson/reserved_words.h"
 #include "vxjson/source_position.h"
 #include "vxjson/string_slice.h"

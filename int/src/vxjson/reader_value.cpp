@@ -1,0 +1,181 @@
+#include "vxcore/error_exception.h"
+#include "vxcore/text_conversion.h"
+#include "vxcore/text_size.h"
+#include "vxjson/error_codes_internal.h"
+#include "vxjson/reader.h"
+#include "vxjson/value_read_stream_internal.h"
+
+#include <ostream>
+
+namespace vxjson {
+
+using Value = Reader::Value;
+
+namespace {
+
+constexpr char const * no_string = "Cannot return current value type <{@type}> as a string";
+
+/// Whole numbers of up to 15 digits, which every double holds exactly: most of what documents have.
+/// False for any other text.
+bool read_short_number(std::string_view text, double & value) noexcept {
+    bool const negative = text.starts_with('-');
+    text.remove_prefix(negative ? 1 : 0);
+    if (text.empty() || text.size() > 15) {
+        return false;
+    }
+    long long number = 0;
+    for (char const c : text) {
+        if (c < '0' || c > '9') {
+            return false;
+        }
+        number = number * 10 + (c - '0');
+    }
+    auto const magnitude = static_cast<double>(number);
+    value = negative ? -magnitude : magnitude; // -0 keeps its sign
+    return true;
+}
+
+} // namespace
+
+Value::Value(Reader & reader, ValuePtr parent, EType type, std::string name)
+    : m_reader(&reader), m_parent(std::move(parent)), m_depth(m_parent ? m_parent->m_depth + 1 : 0),
+      m_type(type), m_name(std::move(name)) {}
+
+Value::~Value() {
+    if (m_stream) {
+        static_cast<ValueReadStreamImpl *>(m_stream.get())->drop_value();
+    }
+    // Takes a deep chain apart link by link; leaving it to the members would recurse per link.
+    ValuePtr next = std::move(m_parent);
+    while (next && next->has_unique_ref()) {
+        next = std::move(next->m_parent);
+    }
+}
+
+/// The last step of construction: takes the text of a literal or number off the tokenizer.
+void Value::read_token_value() {
+    if (m_type == eType_Null || m_type == eType_Boolean || m_type == eType_Number) {
+        StringSlice slice;
+        m_data = m_reader->m_tokenizer->text(slice).view();
+        m_state = eState_Loaded;
+    }
+}
+
+std::string const & Value::as_string(ErrorSlot error) {
+    constexpr char const * function = "vxjson::Reader:Value::as_string()";
+    try {
+        if (m_state == eState_Failed) {
+            m_reader->fail_after_error(error::vxjson_reader_value, VXCORE_LOCATION(function));
+        }
+        if (m_state != eState_Loaded) {
+            check_scalar(eType_String, no_string, function);
+            load_string();
+        }
+    } catch (std::exception const & e) {
+        take_failure(e, error, function);
+    }
+    return m_data;
+}
+
+void Value::load_string() {
+    EToken const token = m_reader->m_token;
+    if (token != eToken_StringBegin && token != eToken_CharData && token != eToken_StringEnd) {
+        m_reader->fail(error::vxjson_reader_value, "The current value is no longer available", {},
+                       VXCORE_LOCATION("vxjson::Reader:Value::as_string()"));
+    }
+    m_data = m_reader->read_char_data();
+    m_state = eState_Loaded;
+}
+
+double Value::as_double(ErrorSlot error) {
+    constexpr char const * function = "vxjson::Reader:Value::as_double()";
+    double value = 0;
+    try {
+        if (m_state == eState_Failed) {
+            m_reader->fail_after_error(error::vxjson_reader_value, VXCORE_LOCATION(function));
+        }
+        check_scalar(eType_Number, "Cannot return current value type <{@type}> as a double",
+                     function);
+        unsigned int const size = vxcore::text_size(m_data.size());
+        if (size == 0) {
+            vxcore::impl::string_to_failure(m_data.data(), size, "double", nullptr);
+        } else if (!read_short_number(m_data, value)) {
+            value = vxcore::impl::string_to_double(m_data.data(), size, nullptr);
+        }
+    } catch (std::exception const & e) {
+        take_failure(e, error, function);
+    }
+    return value;
+}
+
+bool Value::as_bool(ErrorSlot error) {
+    constexpr char const * function = "vxjson::Reader:Value::as_bool()";
+    bool value = false;
+    try {
+        if (m_state == eState_Failed) {
+            m_reader->fail_after_error(error::vxjson_reader_value, VXCORE_LOCATION(function));
+        }
+        check_scalar(eType_Boolean, "Cannot return current value type <{@type}> as a bool",
+                     function);
+        unsigned int const size = vxcore::text_size(m_data.size());
+        if (size == 0) {
+            vxcore::impl::string_to_failure(m_data.data(), size, "bool", nullptr);
+        } else {
+            value = vxcore::impl::string_to_bool(m_data.data(), size, nullptr);
+        }
+    } catch (std::exception const & e) {
+        take_failure(e, error, function);
+    }
+    return value;
+}
+
+Value::StreamPtr Value::as_stream(ErrorSlot error) {
+    constexpr char const * function = "vxjson::Reader::Value::as_stream()";
+    try {
+        check_scalar(eType_String, no_string, function);
+        if (!m_stream) {
+            auto owner = vxcore::make_ref_counted<ValueReadStreamImpl>(*this);
+            ValueReadStreamImpl * const stream = owner.get();
+            m_stream = StreamPtr(stream, std::move(owner));
+        }
+        return m_stream;
+    } catch (std::exception const & e) {
+        take_failure(e, error, function);
+    }
+    return {};
+}
+
+/// Ends the reader when the value is not of that type.
+void Value::check_scalar(EType type, char const * message, char const * function) {
+    if (m_type != type) {
+        vxcore::ErrorParams params;
+        params.insert_ref(vxcore::SourceString("type", true)) = to_string(m_type);
+        m_reader->fail(error::vxjson_reader_value, message, std::move(params),
+                       VXCORE_LOCATION(function));
+    }
+}
+
+/// Marks the value as failed, and raises or stores the failure.
+void Value::take_failure(std::exception const & e, ErrorSlot error, char const * function) {
+    m_state = eState_Failed;
+    vxcore::ErrorInfo::Ptr info = vxcore::ErrorInfo::from_exception(e, VXCORE_LOCATION(function));
+    if (error == nullptr) {
+        vxcore::throw_error(std::move(info));
+    }
+    *error = std::move(info);
+}
+
+std::string to_string(Value::EType type) {
+    static constexpr char const * names[] = {"Root",    "Object", "Array", "Null",
+                                             "Boolean", "Number", "String"};
+    if (type >= Value::eType_Root && type <= Value::eType_String) {
+        return names[type];
+    }
+    return "##InvalidType(" + vxcore::to_string(static_cast<int>(type)) + ")##";
+}
+
+std::ostream & operator<<(std::ostream & stream, Value::EType type) {
+    return stream << to_string(type);
+}
+
+} // namespace vxjson

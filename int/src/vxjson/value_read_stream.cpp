@@ -1,0 +1,140 @@
+#include "vxcore/error_exception.h"
+#include "vxjson/error_codes_internal.h"
+#include "vxjson/value_read_stream_internal.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vxjson {
+
+using Value = Reader::Value;
+
+namespace {
+
+constexpr char const * in_check_state = "Reader::Value::ValueReadStreamImpl::check_state()";
+
+} // namespace
+
+unsigned int Value::ValueReadStreamImpl::read(void * buffer, unsigned int size) {
+    return value().read_stream(static_cast<char *>(buffer), size);
+}
+
+unsigned int Value::ValueReadStreamImpl::skip(unsigned int size) {
+    return read(nullptr, size);
+}
+
+long long Value::ValueReadStreamImpl::size() const {
+    return value().stream_size();
+}
+
+/// The value, or a failure without a place when it is gone: the reader may be gone too.
+Value & Value::ValueReadStreamImpl::value() const {
+    if (m_value == nullptr) {
+        vxcore::throw_error(error::vxjson_reader_value,
+                            vxcore::SourceString("The current value is no longer available", true),
+                            VXCORE_LOCATION(in_check_state));
+    }
+    return *m_value;
+}
+
+void Value::check_stream_state() {
+    if (m_state == eState_Failed) {
+        m_reader->fail_after_error(error::vxjson_reader, VXCORE_LOCATION(in_check_state));
+    }
+}
+
+long long Value::stream_size() {
+    check_stream_state();
+    switch (m_state) {
+    case eState_StreamEnded:
+        return 0;
+    case eState_Loaded:
+        return static_cast<long long>(m_data.size());
+    default:
+        return -1;
+    }
+}
+
+unsigned int Value::read_stream(char * buffer, unsigned int size) {
+    check_stream_state();
+    if (m_state == eState_StreamEnded) {
+        return 0;
+    }
+    try {
+        if (m_state != eState_Streaming) {
+            m_wasLoaded = m_state == eState_Loaded;
+            m_state = eState_Streaming;
+            m_streamPos = m_data.empty() ? sm_noPosition : m_streamPos;
+        }
+        return read_stream_pieces(buffer, size);
+    } catch (...) {
+        m_state = eState_Failed;
+        throw;
+    }
+}
+
+/// Delivers `size` bytes, or what is left of the string. A null buffer discards them.
+unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
+    unsigned int done = 0;
+    while (done < size) {
+        char * const room = buffer == nullptr ? nullptr : buffer + done;
+        if (m_streamPos < m_data.size()) {
+            done += take_piece(m_data, room, size - done);
+            if (m_streamPos == m_data.size()) {
+                m_data.clear();
+                m_streamPos = sm_noPosition;
+            }
+        } else {
+            if (has_stream_ended()) {
+                break;
+            }
+            if (m_streamPos == sm_noPosition) {
+                m_reader->next_token();
+                m_streamPos = 0;
+            }
+            if (m_reader->m_token == eToken_CharData) {
+                StringSlice slice;
+                m_reader->m_tokenizer->text(slice);
+                done += take_piece(slice.view(), room, size - done);
+                if (m_streamPos >= slice.size()) {
+                    m_streamPos = sm_noPosition;
+                }
+            }
+        }
+    }
+    return done;
+}
+
+/// Copies what there is of `text` from m_streamPos on, at most `size` bytes, and gives their
+/// number.
+unsigned int Value::take_piece(std::string_view text, char * buffer, unsigned int size) noexcept {
+    std::string_view const piece =
+        text.substr(std::min<std::size_t>(m_streamPos, text.size()), size);
+    if (buffer != nullptr && !piece.empty()) {
+        std::memcpy(buffer, piece.data(), piece.size());
+    }
+    auto const count = static_cast<unsigned int>(piece.size());
+    m_streamPos += count;
+    return count;
+}
+
+/// True when nothing comes from the tokenizer any more. What was loaded before it was streamed does
+/// not touch the tokenizer at all, and the text of a value that the reader has left is gone: a
+/// stream that went on there would take the text of another one.
+bool Value::has_stream_ended() {
+    if (!m_wasLoaded && m_reader->m_current.get() != this && m_reader->m_failed) {
+        m_reader->fail_after_error(error::vxjson_reader, VXCORE_LOCATION(in_check_state));
+    }
+    bool const isOwn = !m_wasLoaded && m_reader->m_current.get() == this;
+    EToken const token = m_reader->m_token;
+    if (isOwn && (token == eToken_StringBegin || token == eToken_CharData)) {
+        return false;
+    }
+    if (isOwn) {
+        m_reader->m_tokenPushedBack = true;
+    }
+    m_state = eState_StreamEnded;
+    return true;
+}
+
+} // namespace vxjson
