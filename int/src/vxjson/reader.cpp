@@ -152,7 +152,7 @@ Reader::ValuePtr Reader::open_container() {
     return deliver(ValuePtr(new Value(*this, m_current, type, {})));
 }
 
-Reader::ValuePtr Reader::read_value(std::string name) {
+Reader::ValuePtr Reader::read_value(std::string && name) {
     Value::EType type = Value::eType_Root;
     switch (next_token()) {
     case eToken_StringBegin:

@@ -92,7 +92,7 @@ class VXJSON_API Reader {
     ValuePtr advance();
     ValuePtr deliver(ValuePtr value) noexcept;
     ValuePtr open_container();
-    ValuePtr read_value(std::string name);
+    ValuePtr read_value(std::string && name);
     std::string read_name();
     std::string read_char_data();
     void consume_comma();
@@ -185,7 +185,7 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
 
     static constexpr unsigned int sm_noPosition = 0xFFFFFFFF;
 
-    Value(Reader & reader, ValuePtr parent, EType type, std::string name);
+    Value(Reader & reader, ValuePtr parent, EType type, std::string && name);
     ~Value() override;
 
     void read_token_value();

@@ -37,7 +37,7 @@ bool read_short_number(std::string_view text, double & value) noexcept {
 
 } // namespace
 
-Value::Value(Reader & reader, ValuePtr parent, EType type, std::string name)
+Value::Value(Reader & reader, ValuePtr parent, EType type, std::string && name)
     : m_reader(&reader), m_parent(std::move(parent)), m_depth(m_parent ? m_parent->m_depth + 1 : 0),
       m_type(type), m_name(std::move(name)) {}
 

@@ -194,35 +194,25 @@ bool Tokenizer::is_token_end(char c) const noexcept {
 
 /// Passes over white space and comments. False at the end of the text and after a failure.
 bool Tokenizer::skip_space() {
-    while (true) {
-        if (m_cursor == m_limit && !refill()) {
-            return false;
+    while (m_cursor != m_limit || refill()) {
+        char const c = *m_cursor;
+        if (static_cast<unsigned char>(c) > ' ' && c != '/') {
+            return true; // nearly always
         }
-        switch (*m_cursor) {
-        case '\n':
+        if (c == ' ' || c == '\t' || c == '\r') {
+            ++m_cursor;
+        } else if (c == '\n') {
             ++m_cursor;
             ++m_line;
             m_lineStart = offset(m_cursor);
-            [[fallthrough]]; // lines start with blanks
-        case ' ':
-            m_cursor = skip_blanks(m_cursor, m_limit);
-            break;
-        case '\t':
-        case '\r':
-            ++m_cursor;
-            break;
-        case '/':
-            if (m_options.allow_comments) {
-                if (!skip_comment()) {
-                    return false;
-                }
-                break;
-            }
+            m_cursor = skip_blanks(m_cursor, m_limit); // lines start with many
+        } else if (c != '/' || !m_options.allow_comments) {
             return true;
-        default:
-            return true;
+        } else if (!skip_comment()) {
+            return false;
         }
     }
+    return false;
 }
 
 bool Tokenizer::skip_comment() {

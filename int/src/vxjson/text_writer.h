@@ -1,0 +1,153 @@
+#pragma once
+
+#include "vxcore/error_info.h"
+#include "vxjson/writer.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vxjson {
+
+/// Writes JSON text (RFC 8259): one value, with all that is in it.
+///
+///     std::string text;
+///     TextWriter writer(text);
+///     writer.begin_array();
+///     writer.write_string("a", 1);
+///     writer.end_array();
+///     writer.finish();                    // text is ["a"]
+///
+/// Doubles are written with the fewest digits that read back as the same double, and look like
+/// doubles ("1.0"), -0.0 included. Names may be empty and may be repeated.
+///
+/// Cost. Text goes through a buffer of 4 KiB inside the writer; long strings without escapes go
+/// past it. Memory grows with the depth by a byte a level.
+///
+/// Errors. Each call checks first and writes nothing when it raises; the writer may be used on.
+/// - error.vxjson.writer.unexpected.name: a name outside an object, or where a value is due.
+/// - error.vxjson.writer.unexpected.literal, .number, .string, .container.begin: a value where a
+///   name is due, behind the whole document, or inside a string; a container beyond `max_depth`.
+/// - error.vxjson.writer.unexpected.container.end: the wrong bracket, or a value is due.
+/// - error.vxjson.writer.unexpected.string.data, .string.end: outside `begin_string`.
+/// - error.vxjson.writer.unexpected.character: ill-formed UTF-8 where that is checked, or text that
+///   is no number; `offset` counts from the start of the call's data.
+/// - error.vxjson.writer.unsupported.value.nan, .inf: JSON has no such numbers.
+/// - error.vxjson.writer.config.invalidExponent: see Options; raised on construction.
+///
+/// What the target raises passes through; drop the writer then.
+class VXJSON_API TextWriter final : public Writer {
+  public:
+    /// Where the text goes, in pieces cut anywhere.
+    class ITextTarget {
+      public:
+        virtual void write_data(char const * data, unsigned int size) = 0;
+
+      protected:
+        ITextTarget() = default;
+        ITextTarget(ITextTarget const &) = default;
+        ITextTarget & operator=(ITextTarget const &) = default;
+        ~ITextTarget() = default;
+    };
+
+    struct Options {
+        unsigned int indent = 0;    ///< blanks per level, each value on its own line; 0: no blanks
+        bool ascii_only = false;    ///< escapes all from U+0080 on; UTF-8 is checked then
+        bool validate_utf8 = false; ///< else bytes from 0x80 on pass unchanged
+        unsigned int max_depth = 256; ///< objects and arrays that may be open at one moment
+
+        /// A double of at least 10^min_exponent and below 10^(max_exponent + 1) is written without
+        /// an exponent. -324 <= min_exponent <= 0 <= max_exponent <= 308.
+        int min_exponent = -6;
+        int max_exponent = 20;
+    };
+
+    /// @param target  Must outlive the writer.
+    explicit TextWriter(ITextTarget & target);
+    TextWriter(ITextTarget & target, Options const & options);
+
+    /// @param text  Gets the text at its end; must outlive the writer.
+    explicit TextWriter(std::string & text);
+    TextWriter(std::string & text, Options const & options);
+
+    TextWriter(TextWriter const &) = delete;
+    TextWriter & operator=(TextWriter const &) = delete;
+
+    /// Without `finish()` the end of the text is lost.
+    ~TextWriter();
+
+    /// Hands the rest of the text to the target. A second call does nothing.
+    ///
+    /// @raises error.vxjson.writer.unexpected.container: an object or array is open.
+    /// @raises error.vxjson.writer.unexpected.string: a string is open.
+    /// @raises error.vxjson.writer.unexpected: nothing was written.
+    void finish();
+
+    void write_name(char const * data, unsigned int size) override;
+    void write_number(char const * data, unsigned int size) override;
+    void write_string(char const * data, unsigned int size) override;
+    void write_bool(bool value) override;
+    void write_integer(long long value) override;
+    void write_unsigned(unsigned long long value) override;
+    void write_double(double value) override;
+    void write_null() override;
+    void begin_object() override;
+    void end_object() override;
+    void begin_array() override;
+    void end_array() override;
+    void begin_string() override;
+    void write_string_data(char const * data, unsigned int size) override;
+    void end_string() override;
+
+  private:
+    static constexpr unsigned int sm_bufferSize = 4096;
+
+    /// What may come next.
+    enum EPlace : unsigned char {
+        ePlace_Top,
+        ePlace_Done,
+        ePlace_Name,      // or the end of the object
+        ePlace_NameValue, // of the name that was written
+        ePlace_Element,   // or the end of the array
+        ePlace_String,    // data, or the end of the string
+    };
+
+    TextWriter(ITextTarget * target, std::string * text, Options const & options);
+
+    void check_place(bool isRight, vxcore::ErrorCode const & code, char const * function) const;
+    void check_value(vxcore::ErrorCode const & code, char const * function) const;
+    void begin_value();
+    void end_value() noexcept;
+    void write_literal(std::string_view text, vxcore::ErrorCode const & code,
+                       char const * function);
+    void begin_container(char bracket, char bracketDue, char const * function);
+    void end_container(char bracket, EPlace place, char const * function);
+    void put_line(std::size_t level);
+
+    bool checks_utf8() const noexcept { return m_options.ascii_only || m_options.validate_utf8; }
+
+    std::size_t check_text(std::string_view text, std::size_t offset, bool mayBeCut,
+                           char const * function) const;
+    std::string_view join_cut(std::string_view & text, char (&sequence)[4],
+                              char const * function) const;
+    void put_text(std::string_view text);
+    template <bool High>
+    void put_runs(std::string_view text);
+
+    void put(std::string_view text);
+    void flush();
+    void send(std::string_view text);
+
+    Options const m_options;
+    ITextTarget * const m_target; // either of the two
+    std::string * const m_string;
+    EPlace m_place = ePlace_Top;
+    bool m_isFirst = true;      // of its container
+    std::vector<char> m_open;   // the brackets that are due
+    char m_cut[4];              // the start of a sequence that the pieces of a string cut
+    unsigned int m_cutSize = 0; // bytes of it, 0 to 3
+    unsigned int m_size = 0;
+    char m_buffer[sm_bufferSize];
+};
+
+} // namespace vxjson

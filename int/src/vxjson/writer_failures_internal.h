@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstddef>
+
+namespace vxjson::impl {
+
+/// Raises error.vxjson.writer.unexpected.character; the message may name `{@offset}`.
+[[noreturn]] void throw_character(char const * message, std::size_t offset, char const * function);
+
+} // namespace vxjson::impl
