@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -40,42 +41,22 @@ class TextStream final : public vxcore::IReadStream {
     bool m_ended = false;
 };
 
-/// All tokens in one line: strings in quotes, names in <>, a dot for the end, for a failure its
-/// message and place. Runs of a string are joined.
+/// All tokens in one line; tokens.txt tells how. Runs of a string are joined.
 inline std::string trace(vxjson::ITokenizer & tokenizer) {
+    static char const * const marks[] = {"?",  "", ".", "",  "<", ">", "\"",
+                                         "\"", "", " ", " ", " ", " ", ""};
     std::string line;
-    while (true) {
-        vxjson::EToken const token = tokenizer.next();
+    for (vxjson::EToken token{}; token != vxjson::eToken_DocumentEnd;) {
+        token = tokenizer.next();
         vxjson::StringSlice slice;
-        line += tokenizer.text(slice).view();
-        switch (token) {
-        case vxjson::eToken_DocumentEnd:
-            return line + ".";
-        case vxjson::eToken_Error: {
+        line.append(tokenizer.text(slice).view()).append(marks[token]);
+        if (token == vxjson::eToken_Error) {
             vxcore::ErrorInfo::Ptr error;
             tokenizer.error(error);
             return line + "! " + error->text() + " @" + *error->params().find_value("sourcePos");
         }
-        case vxjson::eToken_StringBegin:
-        case vxjson::eToken_StringEnd:
-            line += '"';
-            break;
-        case vxjson::eToken_IdentifierBegin:
-            line += '<';
-            break;
-        case vxjson::eToken_IdentifierEnd:
-            line += '>';
-            break;
-        case vxjson::eToken_True:
-        case vxjson::eToken_False:
-        case vxjson::eToken_Null:
-        case vxjson::eToken_Number:
-            line += ' ';
-            break;
-        default:
-            break;
-        }
     }
+    return line;
 }
 
 /// The trace of a text, which is the same out of memory and through buffers of any size.
@@ -92,6 +73,32 @@ inline std::string scan(std::string const & text, vxjson::Tokenizer::Options opt
         EXPECT_EQ(trace(streaming), result) << text << " through " << size;
     }
     return result;
+}
+
+/// Runs the cases of a file: `check(text, expected, options)`. Gives their number.
+template <typename Check>
+int for_each_case(std::string const & name, Check check) {
+    std::ifstream file(VX_SOURCE_DIR "/test/vxjson/" + name);
+    auto const next = [&file](std::string & line) {
+        while (std::getline(file, line) && (line.empty() || line[0] == '#')) {
+        }
+        for (std::size_t at = 0; (at = line.find('%', at)) != line.npos; ++at) {
+            line.replace(at, 3, 1,
+                         static_cast<char>(std::stoi(line.substr(at + 1, 2), nullptr, 16)));
+        }
+        return file.good();
+    };
+    int count = 0;
+    std::string options;
+    for (std::string text, expected; next(text);) {
+        if (text[0] == '=') {
+            options = text;
+        } else if (next(expected)) {
+            check(text, expected, options);
+            ++count;
+        }
+    }
+    return count;
 }
 
 } // namespace vxtest

@@ -3,10 +3,11 @@
 #include "vxcore/error_composer.h"
 #include "vxjson/itokenizer.h"
 
+#include <iterator>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace vxtest {
@@ -20,46 +21,34 @@ class ScriptedTokenizer final : public vxjson::ITokenizer {
   public:
     explicit ScriptedTokenizer(std::string const & script) {
         std::istringstream words(script);
-        for (std::string word; words >> word;) {
-            m_words.push_back(word);
-        }
+        m_words.assign(std::istream_iterator<std::string>(words), {});
     }
 
     vxjson::EToken next() override {
         m_at += m_at < m_words.size() ? 1 : 0;
         std::string const & word = m_words[m_at - 1];
-        m_text.clear();
         if (word == "Memory") {
             throw std::bad_alloc();
         }
         if (word.starts_with("Throw")) {
             throw std::runtime_error("thrown");
         }
-        static std::vector<std::pair<std::string, vxjson::EToken>> const marks = {
-            {"Start", vxjson::eToken_DocumentStart}, {"End", vxjson::eToken_DocumentEnd},
-            {"Unknown", vxjson::eToken_Unknown},     {"\"", vxjson::eToken_StringBegin},
-            {"\"]", vxjson::eToken_StringEnd},       {"<", vxjson::eToken_IdentifierBegin},
-            {">", vxjson::eToken_IdentifierEnd},     {"Error", vxjson::eToken_Error},
-            {"Mute", vxjson::eToken_Error},          {"Nothing", vxjson::eToken_Punctuator}};
-        for (auto const & [mark, token] : marks) {
-            if (word == mark) {
-                return token;
-            }
-        }
-        m_text = word.substr(word[0] == '=' ? 1 : 0);
-        switch (word[0]) {
-        case '=':
-            return vxjson::eToken_CharData;
-        case 't':
-            return vxjson::eToken_True;
-        case 'f':
-            return vxjson::eToken_False;
-        case 'n':
-            return vxjson::eToken_Null;
-        default:
-            return word.find_first_of("{}[],:") == 0 ? vxjson::eToken_Punctuator
-                                                     : vxjson::eToken_Number;
-        }
+        using namespace vxjson;
+        static std::map<std::string, EToken> const marks = {
+            {"Start", eToken_DocumentStart}, {"End", eToken_DocumentEnd},
+            {"Error", eToken_Error},         {"Mute", eToken_Error},
+            {"Unknown", eToken_Unknown},     {"Nothing", eToken_Punctuator},
+            {"\"", eToken_StringBegin},      {"\"]", eToken_StringEnd},
+            {"<", eToken_IdentifierBegin},   {">", eToken_IdentifierEnd}};
+        auto const mark = marks.find(word);
+        m_text = mark == marks.end() ? word.substr(word[0] == '=' ? 1 : 0) : "";
+        return mark != marks.end()                        ? mark->second
+               : word[0] == '='                           ? eToken_CharData
+               : word[0] == 't'                           ? eToken_True
+               : word[0] == 'f'                           ? eToken_False
+               : word[0] == 'n'                           ? eToken_Null
+               : word.find_first_of("{}[],:") < word.npos ? eToken_Punctuator
+                                                          : eToken_Number;
     }
 
     vxjson::StringSlice & text(vxjson::StringSlice & out) override {

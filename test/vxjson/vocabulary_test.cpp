@@ -11,31 +11,36 @@ namespace {
 
 using namespace vxjson;
 
-TEST(Token, PrintsItsNameOrItsNumber) {
+TEST(Vocabulary, KindsPrintTheirNameOrTheirNumber) {
     std::ostringstream stream;
     stream.imbue(vxtest::grouping_locale());
-    for (int const number : {0, 3, 8, 13, 14, -1, 99999}) {
-        stream << static_cast<EToken>(number) << ' ';
+    for (int const number : {0, 6, 7, 8, 13, 14, -1, 99999}) {
+        stream << static_cast<EToken>(number) << ' ' << static_cast<Reader::Value::EType>(number)
+               << '\n';
     }
-    EXPECT_EQ(stream.str(), "eToken_Unknown eToken_Error eToken_CharData eToken_Punctuator "
-                            "##InvalidToken(14)## ##InvalidToken(-1)## ##InvalidToken(99999)## ");
+    EXPECT_EQ(stream.str(), "eToken_Unknown Root\neToken_StringBegin String\n"
+                            "eToken_StringEnd ##InvalidType(7)##\n"
+                            "eToken_CharData ##InvalidType(8)##\n"
+                            "eToken_Punctuator ##InvalidType(13)##\n"
+                            "##InvalidToken(14)## ##InvalidType(14)##\n"
+                            "##InvalidToken(-1)## ##InvalidType(-1)##\n"
+                            "##InvalidToken(99999)## ##InvalidType(99999)##\n");
 }
 
-TEST(StringSlice, ChecksPositionsAndStartsAtItsOffset) {
+TEST(Vocabulary, SlicesCheckPositionsAndStartAtTheirOffset) {
     StringSlice const slice("abcdef", 2, 3);
     EXPECT_EQ(slice.view(), "cde");
     EXPECT_EQ(slice[2], 'e');
-    for (StringSlice const & bad : {StringSlice(slice.data(), 0, 0), StringSlice()}) {
-        try {
-            (void)bad[0];
-            ADD_FAILURE() << "nothing was raised";
-        } catch (std::out_of_range const & e) {
-            EXPECT_STREQ(e.what(), "StringSlice");
-        }
+    EXPECT_THROW(slice[3], std::out_of_range);
+    try {
+        (void)StringSlice()[0];
+        ADD_FAILURE() << "nothing was raised";
+    } catch (std::out_of_range const & e) {
+        EXPECT_STREQ(e.what(), "StringSlice");
     }
 }
 
-TEST(ReservedWords, AreFortyTwoAndExact) {
+TEST(Vocabulary, FortyTwoWordsAreReserved) {
     std::istringstream words(
         "break do instanceof typeof case else new var catch finally return void continue for "
         "switch "
@@ -46,11 +51,9 @@ TEST(ReservedWords, AreFortyTwoAndExact) {
     for (std::string word; words >> word; ++count) {
         EXPECT_TRUE(is_reserved_word(word)) << word;
         EXPECT_FALSE(is_reserved_word(word + "s")) << word;
-        EXPECT_FALSE(is_reserved_word(word.substr(0, word.size() - 1) + "#")) << word;
     }
     EXPECT_EQ(count, 42);
-    for (char const * const word : {"", "Class", "typeOf", "true", "false", "null", "instanceofs",
-                                    "{", "a", "zebra", "\xC3\xA4"}) {
+    for (char const * const word : {"", "Class", "typeOf", "true", "false", "null", "{", "zebra"}) {
         EXPECT_FALSE(is_reserved_word(word)) << word;
     }
 }
