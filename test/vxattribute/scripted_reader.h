@@ -29,7 +29,7 @@ class ScriptedReader final : public vxserialize::Reader {
             {"false", vxserialize::eElement_Boolean},  {"int ", vxserialize::eElement_Integer},
             {"uint ", vxserialize::eElement_Unsigned}, {"double ", vxserialize::eElement_Double},
             {"string ", vxserialize::eElement_String}, {"key ", vxserialize::eElement_String},
-            {"list ", vxserialize::eElement_List}};
+            {"list ", vxserialize::eElement_List},     {"uuid ", vxserialize::eElement_Uuid}};
         for (auto const & [prefix, kind] : kinds) {
             if (m_at < m_script.size() && m_script[m_at].starts_with(prefix)) {
                 return kind;
@@ -62,7 +62,14 @@ class ScriptedReader final : public vxserialize::Reader {
 
     vxcore::RelativeTime read_relative_time() override { not_scripted(); }
 
-    vxcore::Uuid read_uuid() override { not_scripted(); }
+    vxcore::Uuid read_uuid() override {
+        vxcore::Uuid uuid;
+        std::string const text = take("uuid ");
+        if (!vxcore::Uuid::parse(text, uuid)) {
+            throw std::runtime_error("no UUID: " + text);
+        }
+        return uuid;
+    }
 
     vxserialize::ReadStreamPtr read_binary() override { not_scripted(); }
 
@@ -77,9 +84,9 @@ class ScriptedReader final : public vxserialize::Reader {
         return true;
     }
 
-    void begin_record() override { not_scripted(); }
+    void begin_record() override { take("record"); }
 
-    void end_record() override { not_scripted(); }
+    void end_record() override { take("close"); }
 
   private:
     [[noreturn]] static void not_scripted() { throw std::logic_error("not scripted"); }

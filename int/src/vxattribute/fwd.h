@@ -8,6 +8,8 @@ class Attribute;
 class AttributeMap;
 class AttributeMapBase;
 class AttributeName;
+class AttributeNamePackage;
+class AttributeNamePackageSet;
 class AttributeValue;
 class BinaryValue;
 class IAttributeNameDecoder;

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "vxserialize/writer.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace vxtest {
+
+/// Notes operations as ScriptedReader plays them, such as "uint 12" or "list 3"; the n-th one
+/// raises when told so.
+class RecordingWriter final : public vxserialize::Writer {
+  public:
+    explicit RecordingWriter(std::size_t failAt = 0) : m_failAt(failAt) {}
+
+    std::vector<std::string> script;
+
+    void write_null() override { note("null"); }
+
+    void write_bool(bool value) override { note(value ? "true" : "false"); }
+
+    void write_integer(long long value) override { note("int " + std::to_string(value)); }
+
+    void write_uint(unsigned int value) override { note("uint " + std::to_string(value)); }
+
+    void write_double(double value) override { note("double " + std::to_string(value)); }
+
+    void write_string(char const * data, unsigned int size) override {
+        note("string " + std::string(data, size));
+    }
+
+    void write_string_key(vxcore::StringKey const & key) override { note("key " + key.value()); }
+
+    void write_absolute_time(vxcore::AbsoluteTime) override { note("time"); }
+
+    void write_relative_time(vxcore::RelativeTime) override { note("span"); }
+
+    void write_uuid(vxcore::Uuid const & value) override { note("uuid " + value.as_string(1)); }
+
+    void write_binary(void const *, unsigned int) override { note("binary"); }
+
+    void begin_list(unsigned int count) override { note("list " + std::to_string(count)); }
+
+    void next_list_item() override { note("next"); }
+
+    void end_list() override { note("end"); }
+
+    void begin_record() override { note("record"); }
+
+    void end_record() override { note("close"); }
+
+  private:
+    void note(std::string operation) {
+        if (script.size() + 1 == m_failAt) {
+            throw std::runtime_error("told to fail");
+        }
+        script.push_back(std::move(operation));
+    }
+
+    std::size_t m_failAt;
+};
+
+} // namespace vxtest
