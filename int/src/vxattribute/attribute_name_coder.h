@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxattribute/fwd.h"
+#include "vxcore/export.h"
 #include "vxserialize/fwd.h"
 
 namespace vxattribute {
@@ -36,6 +37,39 @@ class IAttributeNameDecoder {
 
   protected:
     ~IAttributeNameDecoder() = default;
+};
+
+/// Carries an encoder through templates of callers that write by a function of writer and object.
+/// Serves names, attributes and maps. The encoder must outlive it.
+class AttributeNameEncoderFunctor {
+  public:
+    explicit AttributeNameEncoderFunctor(
+        IAttributeNameEncoder & encoder VXCORE_LIFETIMEBOUND) noexcept
+        : m_encoder(encoder) {}
+
+    template <typename T>
+    void operator()(vxserialize::Writer & writer, T const & object) const {
+        object.write(writer, m_encoder);
+    }
+
+  private:
+    IAttributeNameEncoder & m_encoder;
+};
+
+/// The same for a decoder. Serves names, attributes and changeable maps.
+class AttributeNameDecoderFunctor {
+  public:
+    explicit AttributeNameDecoderFunctor(
+        IAttributeNameDecoder & decoder VXCORE_LIFETIMEBOUND) noexcept
+        : m_decoder(decoder) {}
+
+    template <typename T>
+    void operator()(vxserialize::Reader & reader, T & object) const {
+        object.read(reader, m_decoder);
+    }
+
+  private:
+    IAttributeNameDecoder & m_decoder;
 };
 
 } // namespace vxattribute

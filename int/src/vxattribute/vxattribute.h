@@ -7,6 +7,8 @@
 #include "vxattribute/attribute_map.h"
 #include "vxattribute/attribute_name.h"
 #include "vxattribute/attribute_name_coder.h"
+#include "vxattribute/attribute_name_decoder.h"
+#include "vxattribute/attribute_name_encoder.h"
 #include "vxattribute/attribute_name_package.h"
 #include "vxattribute/attribute_name_package_set.h"
 #include "vxattribute/attribute_value.h"

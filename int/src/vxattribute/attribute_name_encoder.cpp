@@ -1,0 +1,95 @@
+#include "vxattribute/attribute_name_encoder.h"
+
+#include "vxserialize/writer.h"
+
+#include <algorithm>
+
+namespace vxattribute {
+
+namespace {
+
+void write_package_ref(vxserialize::Writer & writer, AttributeNamePackage const & package,
+                       unsigned int base) {
+    writer << package.id() << base << package.size();
+}
+
+} // namespace
+
+AttributeNameEncoder::AttributeNameEncoder(AttributeNamePackageSet::Ptr packages) noexcept
+    : m_packageSet(std::move(packages)) {}
+
+AttributeNameEncoder::AttributeNameEncoder(AttributeNameEncoder const &) = default;
+
+AttributeNameEncoder & AttributeNameEncoder::operator=(AttributeNameEncoder const &) = default;
+
+AttributeNameEncoder::~AttributeNameEncoder() = default;
+
+unsigned int AttributeNameEncoder::next_base(Mappings const & mappings) noexcept {
+    return mappings.empty() ? 0 : mappings.back().base + mappings.back().package->size();
+}
+
+bool AttributeNameEncoder::is_all_mapped() const noexcept {
+    return !m_packageSet || m_mappings.size() >= m_packageSet->size();
+}
+
+void AttributeNameEncoder::write_encoder_mappings(vxserialize::Writer & writer) {
+    Mappings mappings = m_mappings;
+    if (!is_all_mapped()) {
+        mappings.reserve(m_packageSet->size());
+        for (AttributeNamePackage::Ptr const & package : *m_packageSet) {
+            bool const isMapped = std::any_of(
+                m_mappings.begin(), m_mappings.end(),
+                [&package](PackageMapping const & m) { return m.package == package.get(); });
+            if (!isMapped) {
+                mappings.push_back({package.get(), next_base(mappings)});
+            }
+        }
+    }
+    writer.begin_record();
+    writer.begin_list(static_cast<unsigned int>(mappings.size()));
+    for (PackageMapping const & mapping : mappings) {
+        if (&mapping != mappings.data()) {
+            writer.next_list_item();
+        }
+        write_package_ref(writer, *mapping.package, mapping.base);
+    }
+    writer.end_list();
+    writer.end_record();
+    m_mappings.swap(mappings);
+}
+
+void AttributeNameEncoder::write_attribute_name(vxserialize::Writer & writer,
+                                                AttributeName const & name) {
+    for (auto const & [package, base] : m_mappings) {
+        if (AttributeName const * const found = package->find(name); found != package->end()) {
+            writer << base + static_cast<unsigned int>(found - package->begin());
+            return;
+        }
+    }
+    if (is_all_mapped() || !write_new_package(writer, name)) {
+        name.write(writer);
+    }
+}
+
+/// Writes the name by the first package of the set that has it, and the reference to that package
+/// in front. The packages in use have been searched already, so none of them is found again.
+bool AttributeNameEncoder::write_new_package(vxserialize::Writer & writer,
+                                             AttributeName const & name) {
+    auto const found = m_packageSet->find(name);
+    if (found == m_packageSet->end()) {
+        return false;
+    }
+    AttributeNamePackage const & package = **found;
+    unsigned int const base = next_base(m_mappings);
+    m_mappings.push_back({&package, base}); // first: with the reference out there is no way back
+    try {
+        write_package_ref(writer, package, base);
+        writer << base + static_cast<unsigned int>(package.find(name) - package.begin());
+    } catch (...) {
+        m_mappings.pop_back();
+        throw;
+    }
+    return true;
+}
+
+} // namespace vxattribute
