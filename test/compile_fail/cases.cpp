@@ -12,6 +12,8 @@ void cases(AttributeMap map, vxserialize::MemoryWriter writer) {
     (void)value.get<long long>();
     writer << "text";
     (void)map;
+    auto const package = AttributeNamePackage::Composer("x").compose();
+    (void)package->find("x");
 #if defined(VX_CASE_VALUE_FROM_POINTER)
     AttributeValue other(&number);
 #elif defined(VX_CASE_VALUE_FROM_NULLPTR)
@@ -33,5 +35,9 @@ void cases(AttributeMap map, vxserialize::MemoryWriter writer) {
 #elif defined(VX_CASE_RAW_POINTER_TO_REF_COUNT_PTR)
     vxcore::RefCountPtr<vxcore::ErrorInfo const> pointer =
         static_cast<vxcore::ErrorInfo *>(nullptr);
+#elif defined(VX_CASE_COPY_OF_PACKAGE)
+    auto * const copy = new AttributeNamePackage(*package);
+#elif defined(VX_CASE_WRITE_THROUGH_PACKAGE)
+    *package->begin() = "y";
 #endif
 }

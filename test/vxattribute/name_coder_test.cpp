@@ -2,6 +2,7 @@
 // streams of any depth, and what no encoder writes is refused.
 
 #include "support/expect_error.h"
+#include "support/pages.h"
 
 #include "vxattribute/recording_writer.h"
 #include "vxattribute/scripted_reader.h"
@@ -82,6 +83,30 @@ TEST(NameCoder, WorkedExample) {
                                  "938398af-baf5-af4f-824d-0dfe89bcccb9");
         EXPECT_EQ(*info->params().find_value("packageId"), "938398af-baf5-af4f-824d-0dfe89bcccb9");
     }
+}
+
+TEST(NameCoder, ExampleOfThePage) {
+    using vxtest::to_hex;
+    auto const set = PackageSet::create(Package::create(Names{"port", "host"}));
+    std::string const setBytes = vxtest::from_hex(vxtest::page_block("names.md", "hex-set"));
+    EXPECT_EQ(to_hex(vxtest::write_binary_form([&](auto & writer) { writer << set; })),
+              to_hex(setBytes));
+    vxserialize::MemoryReader setReader(vxtest::list_of(setBytes));
+    auto const setRead = PackageSet::create(setReader);
+
+    AttributeValue const value = make_list<AttributeMap>(
+        {make_map({{"port", 8080}}), make_map({{"host", make_map({{"port", 22}})}}),
+         make_map({{"note", "x"}})});
+    std::string const bytes = vxtest::from_hex(vxtest::page_block("names.md", "hex"));
+    AttributeNameEncoder encoder(set);
+    EXPECT_EQ(to_hex(vxtest::write_binary_form(
+                  [&](auto & writer) { write_attribute_value(writer, encoder, value); })),
+              to_hex(bytes));
+    vxserialize::MemoryReader reader(vxtest::list_of(bytes));
+    AttributeNameDecoder decoder(setRead, true);
+    AttributeValue copy;
+    read_attribute_value(reader, decoder, copy);
+    EXPECT_EQ(copy, value);
 }
 
 TEST(NameCoder, BasesGoByFirstUseAndStay) {

@@ -1,7 +1,5 @@
 #include "forms.h"
 
-#include <cctype>
-
 namespace vxtest {
 
 namespace {
@@ -71,32 +69,6 @@ void copy_all(Reader & from, Writer & to, bool severalInOne) {
 
 } // namespace
 
-std::string from_hex(std::string_view hex) {
-    std::string bytes;
-    std::string digits;
-    bool comment = false;
-    for (char const c : hex) {
-        comment = c == ';' || (comment && c != '\n');
-        if (!comment && std::isxdigit(static_cast<unsigned char>(c)) != 0) {
-            digits += c;
-        }
-        if (digits.size() == 2) {
-            bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
-            digits.clear();
-        }
-    }
-    return bytes;
-}
-
-std::string to_hex(std::string_view bytes) {
-    std::string hex;
-    for (char const c : bytes) {
-        hex += "0123456789ABCDEF"[static_cast<unsigned char>(c) >> 4];
-        hex += "0123456789ABCDEF"[c & 15];
-    }
-    return hex;
-}
-
 std::string binary_to_text(std::string const & bytes, unsigned int segmentSize) {
     return write_text_form([&](Writer & writer) {
         MemoryReader reader(list_of(bytes, segmentSize));
@@ -125,18 +97,6 @@ std::string code_of(std::function<void()> const & action) {
         return e.info()->code().name();
     }
     return "";
-}
-
-std::string page_block(std::string const & page, std::string const & mark) {
-    std::ifstream file(VX_SOURCE_DIR "/docs/formats/" + page);
-    std::stringstream content;
-    content << file.rdbuf();
-    std::string const text = content.str();
-    std::string const fence = "\n```" + mark + "\n";
-    std::size_t const start = text.find(fence);
-    EXPECT_NE(start, text.npos) << page;
-    std::size_t const first = start + fence.size();
-    return start == text.npos ? "" : text.substr(first, text.find("\n```", first) - first);
 }
 
 } // namespace vxtest

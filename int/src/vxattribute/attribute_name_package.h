@@ -30,6 +30,9 @@ class VXATTRIBUTE_API AttributeNamePackage final
     struct IdLess;
     struct IdEquals;
 
+    AttributeNamePackage(AttributeNamePackage const &) = delete;
+    AttributeNamePackage & operator=(AttributeNamePackage const &) = delete;
+
     /// A package of the names, in any order.
     ///
     /// @raises error.vxattribute.name.package.duplicateName: a name comes twice.

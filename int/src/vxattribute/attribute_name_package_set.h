@@ -18,6 +18,9 @@ class VXATTRIBUTE_API AttributeNamePackageSet final
 
     class Composer;
 
+    AttributeNamePackageSet(AttributeNamePackageSet const &) = delete;
+    AttributeNamePackageSet & operator=(AttributeNamePackageSet const &) = delete;
+
     /// The empty set, and the set of one package; of a null pointer the empty set too.
     static Ptr create();
     static Ptr create(AttributeNamePackage::Ptr const & package);

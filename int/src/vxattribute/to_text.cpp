@@ -1,6 +1,8 @@
 #include "vxattribute/to_text.h"
 
+#include "vxattribute/attribute_name_package.h"
 #include "vxattribute/trace_formatter.h"
+#include "vxcore/text_conversion.h"
 
 #include <locale>
 #include <sstream>
@@ -28,6 +30,16 @@ std::string to_text(AttributeMapBase const & map) {
     std::ostringstream stream = classic_stream();
     map.write_trace(stream, defaultTraceFormatter, 0);
     return std::move(stream).str();
+}
+
+std::string to_text(AttributeNamePackage const & package) {
+    std::string text = "package " + package.id().as_string(0) + ": " +
+                       vxcore::to_string(package.size()) + " names";
+    for (unsigned int position = 0; position < package.size(); ++position) {
+        text.append("\n  ").append(vxcore::to_string(position)).append(" \"");
+        text.append(package.at(position).value()).append("\"");
+    }
+    return text;
 }
 
 std::string to_text(Attribute const & attribute) {

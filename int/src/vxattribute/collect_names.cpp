@@ -1,0 +1,43 @@
+#include "vxattribute/collect_names.h"
+
+#include "vxattribute/elements.h"
+
+namespace vxattribute {
+
+namespace {
+
+using Pending = std::vector<AttributeMapBase const *>;
+
+void add_maps(AttributeValue const & value, Pending & pending) {
+    if (value.type() == ValueTypeId::typeAttributeMap) {
+        for (AttributeMap const & map : elements<AttributeMap>(value)) {
+            pending.push_back(&map);
+        }
+    }
+}
+
+void collect(Pending & pending, AttributeNamePackage::Composer & composer) {
+    while (!pending.empty()) {
+        AttributeMapBase const & map = *pending.back();
+        pending.pop_back();
+        for (auto const & [name, value] : map) {
+            composer.add(name);
+            add_maps(value, pending);
+        }
+    }
+}
+
+} // namespace
+
+void collect_names(AttributeMapBase const & map, AttributeNamePackage::Composer & composer) {
+    Pending pending = {&map};
+    collect(pending, composer);
+}
+
+void collect_names(AttributeValue const & value, AttributeNamePackage::Composer & composer) {
+    Pending pending;
+    add_maps(value, pending);
+    collect(pending, composer);
+}
+
+} // namespace vxattribute

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "vxattribute/attribute_name_package.h"
+
+#include <string>
+
+/// Packages as text files that people edit and programs share: a name on each line, in any order,
+/// and each line ends in a line feed. Blanks are part of a name.
+namespace vxattribute {
+
+/// The package of the names in the file.
+///
+/// @raises error.vxattribute.name.package.serialization: the file cannot be read, or a line is
+///         empty, ends in a carriage return or is cut off by the end of the file.
+///         error.vxattribute.name.package.duplicateName: a name comes twice.
+///         Messages tell the file and the line, as "FILE:LINE: what".
+VXATTRIBUTE_API AttributeNamePackage::Ptr read_name_list_file(std::string const & path);
+
+/// Writes the names in the order of the package, in place of what was in the file.
+///
+/// The new file is written beside the old one, as `path` and ".new", and then takes its place: a
+/// failure leaves the old one as it was.
+///
+/// @raises error.vxattribute.name.package.serialization: a name is empty, has a line feed in it or
+///         a carriage return at its end, or the file cannot be written.
+VXATTRIBUTE_API void write_name_list_file(std::string const & path,
+                                          AttributeNamePackage const & package);
+
+} // namespace vxattribute

@@ -1,0 +1,107 @@
+// The rule under test: packages come from values and from files as people keep them, and a file
+// that is no list is refused with its line.
+
+#include "support/expect_error.h"
+
+#include "vxattribute/vxattribute.h"
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace {
+
+using namespace vxattribute;
+
+/// Each case has a folder of its own, for cases run side by side.
+class NameListFile : public testing::Test {
+  protected:
+    NameListFile() { std::filesystem::create_directory(folder); }
+
+    ~NameListFile() override { std::filesystem::remove_all(folder); }
+
+    std::string save(std::string const & text) const {
+        std::ofstream(folder + "names", std::ios::binary) << text;
+        return folder + "names";
+    }
+
+    std::string const folder = testing::TempDir() + "names." + std::to_string(getpid()) + "/";
+};
+
+TEST(NameList, ComesFromAllMapsOfAValue) {
+    AttributeMap const inner = make_map({{"in", make_map({{"deep", AttributeValue()}})}});
+    AttributeValue const value = make_list<AttributeMap>({inner, make_map({{"host", "x"}})});
+    AttributeNamePackage::Composer composer("port");
+    collect_names(value, composer);
+    collect_names(AttributeValue("no map"), composer);
+    collect_names(make_map({{"list", value}, {"port", 1}}), composer);
+    EXPECT_EQ(to_text(*composer.compose()),
+              "package 410f2975-6053-9f4b-a64a-a35dfe40827b: 5 names\n"
+              "  0 \"deep\"\n  1 \"host\"\n  2 \"in\"\n"
+              "  3 \"list\"\n  4 \"port\"");
+    AttributeValue nested;
+    for (int i = 0; i < 100'000; ++i) {
+        nested = make_map({{"n", nested}});
+    }
+    collect_names(nested, composer);
+    EXPECT_EQ(composer.compose()->size(), 6u);
+}
+
+TEST_F(NameListFile, HoldsANameOnEachLine) {
+    std::string const path = save("port\nhost\n two words \n");
+    auto const package = read_name_list_file(path);
+    EXPECT_EQ(package->size(), 3u);
+    EXPECT_EQ(package->count(" two words "), 1u);
+    write_name_list_file(path, *package);
+    std::ostringstream written;
+    written << std::ifstream(path).rdbuf();
+    EXPECT_EQ(written.str(), " two words \nhost\nport\n");
+    EXPECT_EQ(read_name_list_file(path)->id(), package->id());
+    EXPECT_TRUE(read_name_list_file(save(""))->empty());
+}
+
+TEST_F(NameListFile, IsRefusedWithTheBadLine) {
+    struct {
+        char const * text;
+        char const * message;
+        char const * code;
+    } const rows[] = {
+        {"a\n\nb\n", ":2: an empty line is no name", "serialization"},
+        {"a\r\n", ":1: a carriage return at the end of the line", "serialization"},
+        {"a\nb", ":2: the file ends in the middle of this line", "serialization"},
+        {"a\nb\na\n", ":3: this name stands in the list already", "duplicateName"},
+    };
+
+    for (auto const & [text, message, code] : rows) {
+        std::string const path = save(text),
+                          name = std::string("error.vxattribute.name.package.") + code;
+        vxtest::expect_error([&] { read_name_list_file(path); },
+                             vxcore::ErrorCode(name.c_str(), true), (path + message).c_str());
+    }
+    for (std::string const & path : {folder + "no such file", folder}) {
+        vxtest::expect_error([&] { read_name_list_file(path); },
+                             error::vxattribute_name_package_serialization,
+                             (path + ": the file cannot be read").c_str());
+    }
+}
+
+TEST_F(NameListFile, StaysWhenAWriteFails) {
+    std::string const path = save("kept\n");
+    for (char const * name : {"", "two\nlines", "return\r"}) {
+        vxtest::expect_error(
+            [&] { write_name_list_file(path, *AttributeNamePackage::Composer(name).compose()); },
+            error::vxattribute_name_package_serialization,
+            (path + ": a name of the package cannot stand on a line").c_str());
+    }
+    auto const package = AttributeNamePackage::Composer("new").compose();
+    vxtest::expect_error([&] { write_name_list_file(folder + "none/x", *package); },
+                         error::vxattribute_name_package_serialization,
+                         (folder + "none/x: the file cannot be written").c_str());
+    std::filesystem::create_directory(path + ".new");
+    EXPECT_THROW(write_name_list_file(path, *package), vxcore::ErrorException);
+    std::filesystem::remove(path + ".new");
+    EXPECT_EQ(read_name_list_file(path)->count("kept"), 1u);
+}
+
+} // namespace
