@@ -1,9 +1,11 @@
 /// Writes the seeds of all targets into a folder: make_seeds FOLDER. Run it when a target reads its
 /// input in another way, and commit what it makes.
 
+#include "known_packages.h"
 #include "stream_checks.h"
 
 #include "vxattribute/samples.h"
+#include "vxserialize/memory_writer.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -65,6 +67,49 @@ void save_samples() {
     save_dense("small_maps", maps);
 }
 
+/// The last of the bytes in front is the mode; see coded_read.cpp.
+void save_coded(std::string const & name, char mode, vxserialize::MemoryWriter & writer) {
+    auto const list = writer.close_and_detach_memory_list();
+    std::string bytes(list->size(), '\0');
+    list->read_at(0, bytes.data(), list->size());
+    save("coded_read", name, std::string("\x35\x01\x00\x00", 4) + mode + bytes);
+}
+
+void save_coded_streams() {
+    auto const set = AttributeNamePackageSet::create(vxfuzz::known_packages()[0])
+                         ->create_union(vxfuzz::known_packages()[1]);
+    AttributeMap const inner = make_map({{"two", 2}, {"", true}, {"loose", "x"}});
+    AttributeValue const value = make_list<AttributeMap>(
+        {inner, make_map({{"alpha", inner}, {"three", 2.5}, {"beta", AttributeValue()}})});
+
+    struct {
+        char const * name;
+        char mode;
+    } const rows[] = {{"all_known", 0x1C}, {"one_known", 0x04}, {"strict", 0x18},
+                      {"none", 0x00},      {"table", 0x1D},     {"table_unknown", 0x09}};
+
+    for (auto const & [name, mode] : rows) {
+        AttributeNameEncoder encoder(set);
+        vxserialize::MemoryWriter writer;
+        if ((mode & 3) == 1) {
+            encoder.write_encoder_mappings(writer);
+        }
+        write_attribute_value(writer, encoder, value);
+        write_attribute_value(writer, encoder, value);
+        save_coded(name, mode, writer);
+    }
+    vxserialize::MemoryWriter packages, sets;
+    packages << vxfuzz::known_packages()[0] << AttributeNamePackage::Ptr()
+             << vxfuzz::known_packages()[1];
+    save_coded("packages", 2, packages);
+    sets << set << AttributeNamePackageSet::Ptr() << AttributeNamePackageSet::create();
+    save_coded("sets", 3, sets);
+    save("coded_read", "text",
+         std::string("\x20\x01\x00\x00\x28", 5) +
+             "12u [2: [{938398af-baf5-af4f-824d-0dfe89bcccb9} 0u 2u 1u 5, 0u 6], [1u 7]] "
+             "12u [[{00000000-0000-0000-0000-000000000001} 9u 4294967286u 4294967294u 5]]");
+}
+
 /// Inputs that are decisions rather than data: bytes from a generator, lower ones more often.
 void save_decisions(char const * target, unsigned int count, unsigned int size) {
     std::mt19937 random(1);
@@ -87,6 +132,7 @@ int main(int argc, char ** argv) {
     }
     folder = argv[1];
     save_samples();
+    save_coded_streams();
     save_decisions("round_trip", 12, 400);
     save_decisions("value_operations", 12, 1200);
     return 0;
