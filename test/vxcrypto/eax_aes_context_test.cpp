@@ -1,12 +1,14 @@
 // The rules under test: EAX gives the published results however the message is cut, refuses
 // whatever was changed, deciphers nothing before the tag has matched, and leaves nothing behind.
 
-#include "openssl_watch.h"
+#include "openssl_calls.h"
 #include "support/allocation.h"
 #include "support/expect_error.h"
 #include "vectors.h"
 
 #include "vxcrypto/eax_aes_context.h"
+
+#include <random>
 
 namespace {
 
@@ -19,150 +21,154 @@ struct Message {
     std::string nonce;
     std::string header;
     std::string body; // plain or sealed
-    std::string tag;
+    std::string tag = {};
 };
 
-Key key_of(Message const & message) {
-    return Key(message.key.data(), size_of(message.key));
+Message sample(std::size_t size) {
+    return {std::string(16, 'k'), std::string(16, 'n'), "header", std::string(size, 'p')};
 }
 
-Message seal(Message message, unsigned int split = 0) {
-    EaxAesContext eax(key_of(message), bytes(std::string_view(message.nonce)), message.header);
-    unsigned char * const body = bytes(message.body);
-    unsigned int const rest = size_of(message.body) - split;
-    eax.ctr().process(body, split);
-    eax.cmac().update(body, split);
-    eax.ctr().process(body + split, rest);
-    eax.cmac().update(body + split, rest);
+EaxAesContext begin(Message const & message) {
+    return {Key(message.key.data(), size_of(message.key)), bytes(message.nonce), message.header};
+}
+
+Message seal(Message message, Pieces const & pieces) {
+    EaxAesContext eax = begin(message);
+    in_pieces(message.body, pieces, [&](auto * data, unsigned int n) {
+        eax.ctr().process(data, n);
+        eax.cmac().update(data, n);
+    });
     eax.finish();
     message.tag.assign(reinterpret_cast<char const *>(eax.tag()), EaxAesContext::tag_size);
     return message;
 }
 
 /// Deciphers the body when the tag is the message's.
-bool open(Message & message, unsigned int split = 0) {
-    EaxAesContext eax(key_of(message), bytes(std::string_view(message.nonce)), message.header);
-    unsigned char * const body = bytes(message.body);
-    unsigned int const rest = size_of(message.body) - split;
-    eax.cmac().update(body, split);
-    eax.cmac().update(body + split, rest);
+bool open(Message & message, Pieces const & pieces) {
+    EaxAesContext eax = begin(message);
+    in_pieces(message.body, pieces,
+              [&](auto * data, unsigned int n) { eax.cmac().update(data, n); });
     eax.finish();
-    if (!eax.tag_matches(bytes(std::string_view(message.tag)))) {
-        return false;
+    bool const matches = eax.tag_matches(bytes(message.tag));
+    if (matches) {
+        in_pieces(message.body, pieces,
+                  [&](auto * data, unsigned int n) { eax.ctr().process(data, n); });
     }
-    eax.ctr().process(body, split);
-    eax.ctr().process(body + split, rest);
-    return true;
+    return matches;
 }
 
-TEST(EaxAesContext, GivesThePublishedResultsSplitAnywhere) {
-    for (auto const & vector : read_vectors("eax.txt", 6)) {
-        Message const plain = {vector[0], vector[1], vector[2], vector[3], ""};
-        for (unsigned int split = 0; split <= plain.body.size(); ++split) {
-            Message sealed = seal(plain, split);
-            EXPECT_EQ(to_hex(sealed.body), to_hex(vector[4])) << split;
-            EXPECT_EQ(to_hex(sealed.tag), to_hex(vector[5])) << split;
-            EXPECT_TRUE(open(sealed, split));
-            EXPECT_EQ(to_hex(sealed.body), to_hex(plain.body)) << split;
+TEST(EaxAesContext, GivesThePublishedResultsCutAnywhere) {
+    for (auto const & vector : read_vectors("eax.txt")) {
+        for (Pieces const & pieces : cuts_of(vector[3].size())) {
+            Message message = seal({vector[0], vector[1], vector[2], vector[3]}, pieces);
+            EXPECT_EQ(message.body, vector[4]);
+            EXPECT_EQ(message.tag, vector[5]);
+            EXPECT_TRUE(open(message, pieces));
+            EXPECT_EQ(message.body, vector[3]);
         }
+    }
+}
+
+/// Single bytes always go block by block through AES_encrypt, larger pieces in runs of blocks.
+TEST(EaxAesContext, RunsOfBlocksAgreeWithSingleOnes) {
+    std::mt19937 random(20261124);
+    for (int round = 0; round < 600; ++round) {
+        Message message = sample(random() % 1500);
+        message.key.resize(16 + static_cast<std::size_t>(round) % 3 * 8);
+        message.nonce[15] = static_cast<char>(round);
+        Pieces pieces;
+        for (unsigned int left = size_of(message.body); left != 0; left -= pieces.back()) {
+            pieces.push_back(1 + static_cast<unsigned int>(random()) % left);
+        }
+        Message const single = seal(message, Pieces(message.body.size(), 1));
+        Message cut = seal(message, pieces);
+        ASSERT_EQ(cut.body, single.body) << round;
+        ASSERT_EQ(cut.tag, single.tag) << round;
+        ASSERT_TRUE(open(cut, pieces));
+        ASSERT_EQ(cut.body, message.body);
     }
 }
 
 TEST(EaxAesContext, RefusesEverySingleChangedBit) {
     for (unsigned int size = 0; size <= 100; ++size) {
-        Message message = {std::string(16, 'k'), std::string(16, 'n'), "header",
-                           std::string(size, 'p'), ""};
-        message = seal(message);
+        Message message = seal(sample(size), {size});
         for (std::string * const part :
              {&message.key, &message.nonce, &message.header, &message.body, &message.tag}) {
             for (std::size_t bit = 0; bit < part->size() * 8; ++bit) {
                 char & byte = (*part)[bit / 8];
                 byte = static_cast<char>(byte ^ 1 << bit % 8);
-                ASSERT_FALSE(open(message)) << size << ' ' << bit;
+                ASSERT_FALSE(open(message, {size})) << size << ' ' << bit;
                 byte = static_cast<char>(byte ^ 1 << bit % 8);
             }
         }
-        Message moved = message; // a byte that changes sides
-        moved.header = "heade";
-        moved.body.insert(0, "r");
-        EXPECT_FALSE(open(moved));
-        EXPECT_TRUE(open(message));
-        EXPECT_EQ(message.body, std::string(size, 'p'));
+        EXPECT_TRUE(open(message, {size}));
+        EXPECT_EQ(message.body, sample(size).body);
     }
 }
 
 TEST(EaxAesContext, DeciphersNothingBeforeTheTagHasMatched) {
-    // Of a refused message only the MAC's blocks are run: one for the subkeys, two for the nonce,
-    // two for the header, one more than those of the body.
-    struct Case {
-        unsigned int size;
-        unsigned long refused;
-        unsigned long opened;
-    };
-
-    for (Case const & c : {Case{0, 6, 6}, {1, 7, 8}, {16, 7, 8}, {17, 8, 10}, {100, 13, 20}}) {
-        Message good = seal(
-            {std::string(16, 'k'), std::string(16, 'n'), "header", std::string(c.size, 'p'), ""});
-        Message bad = good;
-        bad.tag[15] ^= 1;
-        std::string const body = bad.body;
-        OpensslWatch watch;
-        EXPECT_FALSE(open(bad));
-        EXPECT_EQ(watch.calls.encrypted, c.refused) << c.size;
-        EXPECT_EQ(bad.body, body);
-        watch.calls.encrypted = 0;
-        EXPECT_TRUE(open(good));
-        EXPECT_EQ(watch.calls.encrypted, c.opened) << c.size;
+#ifdef VX_AES_BULK
+    bool const bulk = __builtin_cpu_supports("aes");
+#else
+    bool const bulk = false;
+#endif
+    // Calls of AES_encrypt for a message that is refused: one for the subkeys, two for the nonce,
+    // two for the header, one more than the body has blocks. Where runs of blocks take the bulk
+    // road, those that end a piece are left.
+    for (auto const & [size, plain, rest] : {std::tuple(0u, 6u, 5u),
+                                             {1u, 7u, 6u},
+                                             {16u, 7u, 5u},
+                                             {17u, 8u, 6u},
+                                             {100u, 13u, 6u},
+                                             {1600u, 106u, 5u}}) {
+        Message message = seal(sample(size), {size});
+        std::string const body = message.body;
+        message.tag[15] ^= 1;
+        openssl_calls() = {};
+        EXPECT_FALSE(open(message, {size}));
+        EXPECT_EQ(openssl_calls().encrypted, bulk ? rest : plain) << size;
+        EXPECT_EQ(message.body, body);
     }
 }
 
 TEST(EaxAesContext, IsGoodOrNotMadeAtAll) {
-    for (std::size_t const size : {0u, 15u, 17u, 33u}) {
-        expect_error(
-            [&] {
-                seal({std::string(size, 'k'), std::string(16, 'n'), "", "", ""});
-            },
-            vxcore::ErrorCode("error.vxcrypto.key.size", true),
-            "Key for AES must be 128, 192, or 256 bits (16, 24, or 32 bytes)");
+    Message message = sample(0);
+    for (std::size_t const size : {0u, 15u, 33u}) {
+        message.key.resize(size);
+        expect_error([&] { begin(message); }, vxcore::ErrorCode("error.vxcrypto.key.size", true),
+                     "Key for AES must be 128, 192, or 256 bits (16, 24, or 32 bytes)");
     }
     Key const key("0123456789abcdef", 16);
     long const before = live_blocks();
-    unsigned long const failures =
-        fail_each_allocation([&] { EaxAesContext const eax(key, key.data(), "header"); },
-                             [&] { EXPECT_EQ(live_blocks(), before); });
-    EXPECT_EQ(failures, 2u);
+    EXPECT_EQ(fail_each_allocation([&] { EaxAesContext const eax(key, key.data(), "header"); },
+                                   [&] { EXPECT_EQ(live_blocks(), before); }),
+              2u);
     EXPECT_EQ(live_blocks(), before);
 }
 
 TEST(EaxAesContext, WipesItselfFromTheLastMadeToTheFirst) {
     Key const key("0123456789abcdef", 16);
-    OpensslWatch watch;
-    std::vector<Wiped> & wiped = watch.calls.wiped;
-    void const * tag;
-    std::uintptr_t ctr;
-    std::uintptr_t cmac;
+    auto const at = [](int i) { return static_cast<char const *>(openssl_calls().wiped[i].data); };
+    openssl_calls() = {};
+    std::vector<void const *> places;
     {
         EaxAesContext eax(key, key.data(), "header");
-        tag = eax.tag();
-        ctr = reinterpret_cast<std::uintptr_t>(&eax.ctr());
-        cmac = reinterpret_cast<std::uintptr_t>(&eax.cmac());
-        EXPECT_EQ(wiped.size(), 2u); // L, and the MAC of the header
+        auto const * const ctr = reinterpret_cast<char const *>(&eax.ctr());
+        auto const * const cmac = reinterpret_cast<char const *>(&eax.cmac());
+        // The tag; key stream, counter and start value; the running block.
+        places = {eax.tag(), ctr + 32, ctr + 16, ctr, cmac + sizeof(void *)};
         eax.finish();
-        EXPECT_EQ(wiped.size(), 3u); // and the MAC of the message
-        wiped.clear();
+        EXPECT_EQ(openssl_calls().wipes, 3u); // of the subkeys' block, of two MACs
+        openssl_calls() = {};
     }
-    auto const at = [&](std::size_t i) { return reinterpret_cast<std::uintptr_t>(wiped[i].data); };
-    ASSERT_EQ(wiped.size(), 8u);
-    EXPECT_EQ(wiped[0].data, tag);
-    EXPECT_EQ(at(1), ctr + 32); // key stream, counter, start value
-    EXPECT_EQ(at(2), ctr + 16);
-    EXPECT_EQ(at(3), ctr);
-    EXPECT_EQ(at(4), cmac + sizeof(void *)); // the running block
-    EXPECT_EQ(at(5), at(6) + 16);            // the second subkey, the first one
-    for (std::size_t i = 0; i < 7; ++i) {
-        EXPECT_EQ(wiped[i].size, 16u) << i;
+    ASSERT_EQ(openssl_calls().wipes, 8u);
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(at(i), places[static_cast<std::size_t>(i)]) << i;
     }
-    EXPECT_EQ(wiped[7].size, 244u); // the key schedule
+    EXPECT_EQ(at(5), at(6) + 16); // the second subkey, the first one, the key schedule
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_EQ(openssl_calls().wiped[i].size, i < 7 ? 16u : 244u) << i;
+    }
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include "vxcore/error_exception.h"
 #include "vxcrypto/aes_block_internal.h"
+#include "vxcrypto/aes_bulk_internal.h"
 #include "vxcrypto/cleanse.h"
 #include "vxcrypto/error_codes_internal.h"
 
@@ -15,9 +16,93 @@ namespace vxcrypto {
 
 namespace {
 
+constexpr unsigned int blockSize = AesEncryptContext::block_size;
+
 AES_KEY const * schedule_of(impl::CleansedBlock const & block) noexcept {
     return static_cast<AES_KEY const *>(block.data());
 }
+
+void plain_chain(AES_KEY const * schedule, unsigned char * x, unsigned char const * data,
+                 unsigned int blocks) noexcept {
+    for (; blocks != 0; --blocks, data += blockSize) {
+        AES_encrypt(x, x, schedule);
+        impl::xor_block(x, data);
+    }
+}
+
+void plain_xor_key_stream(AES_KEY const * schedule, unsigned char * counter, unsigned char * data,
+                          unsigned int blocks) noexcept {
+    unsigned char keyStream[blockSize];
+    for (; blocks != 0; --blocks, data += blockSize) {
+        AES_encrypt(counter, keyStream, schedule);
+        impl::increment_counter(counter);
+        impl::xor_block(data, keyStream);
+    }
+    cleanse(keyStream, sizeof keyStream);
+}
+
+/// How runs of blocks are done. The plain road is there before any load-time code has run.
+struct Road {
+    void (*chain)(AES_KEY const *, unsigned char *, unsigned char const *, unsigned int) noexcept;
+    void (*xor_key_stream)(AES_KEY const *, unsigned char *, unsigned char *,
+                           unsigned int) noexcept;
+};
+
+constexpr Road plainRoad = {&plain_chain, &plain_xor_key_stream};
+constinit Road road = plainRoad;
+
+#if defined(VX_AES_BULK) && defined(__x86_64__)
+
+unsigned char const * round_keys(AES_KEY const * schedule) noexcept {
+    return reinterpret_cast<unsigned char const *>(schedule->rd_key);
+}
+
+constexpr Road bulkRoad = {
+    [](AES_KEY const * schedule, unsigned char * x, unsigned char const * data,
+       unsigned int blocks) noexcept {
+        impl::bulk_chain(round_keys(schedule), static_cast<unsigned int>(schedule->rounds), x, data,
+                         blocks);
+    },
+    [](AES_KEY const * schedule, unsigned char * counter, unsigned char * data,
+       unsigned int blocks) noexcept {
+        impl::bulk_xor_key_stream(round_keys(schedule), static_cast<unsigned int>(schedule->rounds),
+                                  counter, data, blocks);
+    }};
+
+/// OpenSSL promises nothing about the layout of a schedule: builds of it without assembler keep the
+/// bytes of each word the other way round. So one block goes both ways, under keys of each size.
+bool bulk_road_agrees() noexcept {
+    unsigned char const key[32] = {1, 2, 3, 4};
+    for (int const bits : {128, 192, 256}) {
+        AES_KEY schedule;
+        AES_set_encrypt_key(key, bits, &schedule);
+        unsigned char const data[blockSize] = {5, 6, 7, 8};
+        unsigned char plain[2][blockSize] = {{9}, {10}};
+        unsigned char bulk[2][blockSize] = {{9}, {10}};
+        if (schedule.rounds != bits / 32 + 6) {
+            return false;
+        }
+        plain_chain(&schedule, plain[0], data, 1);
+        bulkRoad.chain(&schedule, bulk[0], data, 1);
+        plain_xor_key_stream(&schedule, plain[0], plain[1], 1);
+        bulkRoad.xor_key_stream(&schedule, bulk[0], bulk[1], 1);
+        if (std::memcmp(plain, bulk, sizeof plain) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Load-time code.
+[[maybe_unused]] bool const takesBulkRoad = [] {
+    bool const agrees = impl::has_aes_instructions() && bulk_road_agrees();
+    if (agrees) {
+        road = bulkRoad;
+    }
+    return agrees;
+}();
+
+#endif
 
 } // namespace
 
@@ -39,21 +124,12 @@ void AesEncryptContext::encrypt(unsigned char const * in, unsigned char * out) c
 
 void AesEncryptContext::chain(unsigned char * x, unsigned char const * data,
                               unsigned int blocks) const noexcept {
-    for (; blocks != 0; --blocks, data += block_size) {
-        AES_encrypt(x, x, schedule_of(m_schedule));
-        impl::xor_block(x, data);
-    }
+    road.chain(schedule_of(m_schedule), x, data, blocks);
 }
 
 void AesEncryptContext::xor_key_stream(unsigned char * counter, unsigned char * data,
                                        unsigned int blocks) const noexcept {
-    unsigned char keyStream[block_size];
-    for (; blocks != 0; --blocks, data += block_size) {
-        AES_encrypt(counter, keyStream, schedule_of(m_schedule));
-        impl::increment_counter(counter);
-        impl::xor_block(data, keyStream);
-    }
-    cleanse(keyStream, sizeof keyStream);
+    road.xor_key_stream(schedule_of(m_schedule), counter, data, blocks);
 }
 
 } // namespace vxcrypto
