@@ -12,5 +12,6 @@ int main(int argc, char ** argv) {
     vxbench::add_stream_benchmarks();
     vxbench::add_rendering_benchmarks();
     vxbench::add_name_benchmarks();
+    vxbench::add_crypto_benchmarks();
     benchmark::RunSpecifiedBenchmarks();
 }

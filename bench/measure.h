@@ -40,5 +40,6 @@ void add_map_benchmarks();
 void add_stream_benchmarks();
 void add_rendering_benchmarks();
 void add_name_benchmarks();
+void add_crypto_benchmarks();
 
 } // namespace vxbench

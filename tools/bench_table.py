@@ -18,6 +18,8 @@ import sys
 OURS = "vxattribute"
 BEGIN, END = "<!-- bench: begin -->", "<!-- bench: end -->"
 DOCUMENTS = ["settings", "records", "mixed", "inventory"]
+SEAL_SIZES = [("16_B", 16), ("1_KiB", 1024), ("64_KiB", 64 * 1024), ("16_MiB", 16 * 1024 * 1024)]
+SEAL_PEERS = ["cryptopp_eax", "openssl_gcm", "aes_encrypt"]
 BINARY_PEERS = ["nlohmann_msgpack", "msgpack_cxx", "nlohmann_cbor", "flexbuffers"]
 
 # What is compared: benchmark, peers (the fastest of them counts), the largest ratio that is good.
@@ -117,6 +119,23 @@ def size_line(figures, document):
     return [document, f"{ours.values:,.0f}"] + [f"{s.bytes:,.0f}" if s else "" for s in sizes] + [verdict]
 
 
+def seal_line(figures, work, name, size):
+    """Times of small messages in ns, rates of large ones in MB/s; goals are for 64 KiB."""
+    ours = figures.get((f"{work}_{name}", OURS))
+    if ours is None:
+        return None
+    peers = [figures.get((f"{work}_{name}", peer)) for peer in SEAL_PEERS]
+    cells = ["" if f is None else f"{number(f.ns)} ns" if size <= 1024 else f"{number(size * 1000 / f.ns)} MB/s"
+             for f in [ours, *peers]]
+    ratios, verdict = [], []
+    for peer, goal in ((peers[0], 1), (peers[2], 1 / 6)):
+        ratio = ours.ns / peer.ns if peer else None
+        ratios.append(f"{ratio:.2f}" if peer else "")
+        if peer and name == "64_KiB":
+            verdict.append(f"{goal:.2g}" + ("" if ratio <= goal else " **missed**"))
+    return [f"{work} {name.replace('_', ' ')}", *cells, *ratios, ", ".join(verdict)]
+
+
 def table(head, lines):
     align = ["---"] + ["---:"] * (len(head) - 1)
     return "\n".join("| " + " | ".join(cells) + " |" for cells in [head, align, *filter(None, lines)])
@@ -152,7 +171,10 @@ def report(result):
     sizes = table(["document", "attributes", "binary", "MessagePack (nlohmann)", "MessagePack (msgpack-cxx)",
                    "CBOR", "FlexBuffers", "text", "goal"],
                   [size_line(figures, document) for document in DOCUMENTS])
-    return f"{head}\n\n{times}\n\nSizes in bytes:\n\n{sizes}"
+    seals = table(["message", "ours", "Crypto++ EAX", "OpenSSL GCM", "block by block", "to Crypto++",
+                   "to block by block", "goals"],
+                  [seal_line(figures, work, *size) for size in SEAL_SIZES for work in ("seal", "verify", "open")])
+    return f"{head}\n\n{times}\n\nSizes in bytes:\n\n{sizes}\n\nSealing under a key of 128 bits:\n\n{seals}"
 
 
 def main():

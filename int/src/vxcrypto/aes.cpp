@@ -12,6 +12,8 @@
 
 #include <openssl/aes.h>
 
+#include <cstring>
+
 namespace vxcrypto {
 
 namespace {
