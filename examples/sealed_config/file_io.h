@@ -1,0 +1,58 @@
+#pragma once
+
+#include "vxcrypto/key.h"
+#include "vxserialize/memory_list.h"
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+/// Whole files, read and written.
+namespace sealed_config {
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
+
+inline File open_file(char const * path, char const * mode) {
+    File file(std::fopen(path, mode), std::fclose);
+    if (!file) {
+        throw std::runtime_error(std::string("cannot open ") + path);
+    }
+    std::setvbuf(file.get(), nullptr, _IONBF, 0); // a key leaves no copy in a buffer
+    return file;
+}
+
+inline void write_file(char const * path, void const * data, unsigned int size) {
+    File const file = open_file(path, "wb");
+    if (std::fwrite(data, 1, size, file.get()) != size) {
+        throw std::runtime_error(std::string("cannot write ") + path);
+    }
+}
+
+inline void write_file(char const * path, vxserialize::MemoryList const & list) {
+    std::string bytes(list.size(), '\0');
+    list.read_at(0, bytes.data(), list.size());
+    write_file(path, bytes.data(), list.size());
+}
+
+inline vxcore::RefCountPtr<vxserialize::MemoryList const> read_file(char const * path) {
+    File const file = open_file(path, "rb");
+    auto list = vxserialize::MemoryList::create();
+    char buffer[4096];
+    while (std::size_t const size = std::fread(buffer, 1, sizeof buffer, file.get())) {
+        list->append(buffer, static_cast<unsigned int>(size));
+    }
+    return list;
+}
+
+/// A key of 16 bytes.
+inline vxcrypto::Key read_key_file(char const * path) {
+    File const file = open_file(path, "rb");
+    vxcrypto::Key key(16);
+    if (std::fread(key.mutable_data(), 1, key.size(), file.get()) != key.size()) {
+        throw std::runtime_error(std::string("not a key of 16 bytes: ") + path);
+    }
+    return key;
+}
+
+} // namespace sealed_config
