@@ -1,7 +1,10 @@
 // Reads a package database into a map of maps, sends the map through both stream forms and back,
-// and renders one package. The worked example: every step of a program on attributes is here.
+// and renders one package; with --package also with its names as numbers. The worked example: every
+// step of a program on attributes is here.
 
+#include "coded_names.h"
 #include "package_map.h"
+#include "step_timer.h"
 #include "text_streams.h"
 
 #include "vxattribute/attribute_access.h"
@@ -11,10 +14,7 @@
 #include "vxserialize/memory_writer.h"
 #include "vxserialize/text_reader.h"
 
-#include <algorithm>
-#include <chrono>
 #include <exception>
-#include <iomanip>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -26,6 +26,7 @@ using namespace vxattribute;
 struct Options {
     std::string database = "/var/lib/dpkg/status";
     std::string package; // empty: none named
+    bool isCoded = false;
 };
 
 bool parse_options(int argc, char ** argv, Options & options) {
@@ -33,6 +34,8 @@ bool parse_options(int argc, char ** argv, Options & options) {
         std::string_view const argument = argv[i];
         if (argument == "--database" && i + 1 < argc) {
             options.database = argv[++i];
+        } else if (argument == "--package") {
+            options.isCoded = true;
         } else if (!argument.empty() && argument[0] != '-' && options.package.empty()) {
             options.package = argument;
         } else {
@@ -69,27 +72,8 @@ AttributeMap const * choose_package(AttributeMap const & packages, std::string c
     return nullptr;
 }
 
-/// Prints a line for each step of the program.
-class StepTimer {
-  public:
-    /// The step that ends here took all the time since the last one.
-    void print(char const * step, std::size_t bytes, unsigned int attributes) {
-        std::chrono::duration<double, std::nano> const time = Clock::now() - m_start;
-        std::cout << std::left << std::setw(13) << step << std::right << std::setw(9) << bytes
-                  << " bytes" << std::fixed << std::setprecision(1) << std::setw(8)
-                  << static_cast<double>(bytes) * 1e3 / time.count() << " MB/s" << std::setw(8)
-                  << time.count() / std::max(attributes, 1u) << " ns per attribute\n";
-        m_start = Clock::now();
-    }
-
-  private:
-    using Clock = std::chrono::steady_clock;
-
-    Clock::time_point m_start = Clock::now();
-};
-
 void run(Options const & options) {
-    StepTimer timer;
+    inventory::StepTimer timer;
     inventory::ControlFile file(options.database);
     AttributeMap const packages = inventory::read_inventory(file);
     unsigned int const attributes = count_attributes(packages);
@@ -118,6 +102,9 @@ void run(Options const & options) {
     if (fromBinary != packages || fromText != packages) {
         inventory::fail(options.database, "what was read back differs");
     }
+    if (options.isCoded) {
+        inventory::show_coded(packages, binary.size(), attributes, timer);
+    }
     if (AttributeMap const * const package = choose_package(packages, options.package)) {
         package->write_trace(std::cout, defaultTraceFormatter, 0);
         std::cout << "\n\n";
@@ -134,7 +121,7 @@ void run(Options const & options) {
 int main(int argc, char ** argv) {
     Options options;
     if (!parse_options(argc, argv, options)) {
-        std::cerr << "usage: inventory [--database FILE] [PACKAGE]\n";
+        std::cerr << "usage: inventory [--database FILE] [--package] [PACKAGE]\n";
         return 2;
     }
     try {
