@@ -1,8 +1,11 @@
 #include "scan.h"
 #include "scripted_tokenizer.h"
+#include "support/allocation.h"
 #include "support/expect_error.h"
 
 #include "vxjson/document.h"
+
+#include <optional>
 
 namespace {
 
@@ -146,6 +149,27 @@ TEST(Reader, PendingValuesAreDeliveredFirst) {
     EXPECT_EQ(reader.next_child(outer)->as_string(), "2");
     expect_error([&] { reader.next_child(nullptr); }, readerCode,
                  "[line 1, pos 6]: Parent parameter cannot be NULL");
+}
+
+TEST(Reader, ShortMemoryIsNeverTheEnd) {
+    std::string_view const text = "{\"a name of some length\":[\"\",1e5],\"b\":{}}[]";
+    std::optional<Document> document;
+    unsigned long const failures = vxtest::fail_each_allocation(
+        [&] {
+            document.reset();
+            document.emplace(text.data(), text.size());
+            int count = 0;
+            while (document->reader().next_value()) {
+                ++count;
+            }
+            EXPECT_EQ(count, 6);
+        },
+        [&] {
+            if (document) {
+                EXPECT_THROW(document->reader().next_value(), vxcore::ErrorException);
+            }
+        });
+    EXPECT_GT(failures, 6u);
 }
 
 TEST(Reader, DepthCostsNeitherStackNorTime) {
