@@ -63,9 +63,9 @@ TEST(Tokenizer, ChecksUtf8OnDemandOnly) {
 }
 
 TEST(Tokenizer, KeepsItsLimits) {
-    EXPECT_EQ(scan(std::string(100'000, '[')),
-              std::string(256, '[') +
-                  "! [line 1, pos 257]: More than 256 objects and arrays are open @256");
+    EXPECT_EQ(scan("]" + std::string(100'000, '[')),
+              "]" + std::string(256, '[') +
+                  "! [line 1, pos 258]: More than 256 objects and arrays are open @257");
     EXPECT_EQ(scan(std::string(256, '{') + "}{").substr(256), "}{.");
     std::string const digits(65536, '7');
     EXPECT_EQ(scan("[" + digits + "]"), "[" + digits + " ].");
