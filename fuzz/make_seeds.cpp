@@ -1,6 +1,7 @@
 /// Writes the seeds of all targets into a folder: make_seeds FOLDER. Run it when a target reads its
 /// input in another way, and commit what it makes.
 
+#include "known_key.h"
 #include "known_packages.h"
 #include "stream_checks.h"
 
@@ -110,6 +111,26 @@ void save_coded_streams() {
              "12u [[{00000000-0000-0000-0000-000000000001} 9u 4294967286u 4294967294u 5]]");
 }
 
+/// Values and a key under each cipher, to be read in pieces of two sizes; see sealed_open.cpp.
+void save_sealed() {
+    vxfuzz::FixedRandom random;
+    for (char const * id : {"EAX_AES128", "EAX_AES256", "NULL"}) {
+        auto const cipher = SecuredValue::default_cipher_provider().find_cipher(id);
+        vxcrypto::Key const key = vxfuzz::key_of_size(cipher->keysize());
+        vxserialize::MemoryWriter writer;
+        SecuredValue(make_map({{"a", make_list<long long>({1, 2})}}), "note", {"c", {}}, key,
+                     *cipher, random)
+            .write(writer);
+        SecuredValue(vxfuzz::key_of_size(9), "", {}, key, *cipher, random).write(writer);
+        auto const list = writer.close_and_detach_memory_list();
+        std::string bytes(list->size(), '\0');
+        list->read_at(0, bytes.data(), list->size());
+        save("sealed_open", id, "\x55" + bytes);
+    }
+    save("sealed_open", "unchanged", std::string("\0\x05value\x04note", 12));
+    save("sealed_open", "changed", std::string("\0\x05value\x04note\x14\x01\x02\x80", 16));
+}
+
 /// Inputs that are decisions rather than data: bytes from a generator, lower ones more often.
 void save_decisions(char const * target, unsigned int count, unsigned int size) {
     std::mt19937 random(1);
@@ -133,6 +154,7 @@ int main(int argc, char ** argv) {
     folder = argv[1];
     save_samples();
     save_coded_streams();
+    save_sealed();
     save_decisions("round_trip", 12, 400);
     save_decisions("value_operations", 12, 1200);
     return 0;
