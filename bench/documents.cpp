@@ -3,6 +3,7 @@
 #include "package_map.h"
 
 #include "vxattribute/binary_value.h"
+#include "vxattribute/collect_names.h"
 #include "vxattribute/make_value.h"
 
 #include <algorithm>
@@ -86,8 +87,23 @@ AttributeValue mixed_value(unsigned int number) {
     }
 }
 
-void add_document(std::vector<Document> & documents, char const * name, AttributeMap const & map) {
-    documents.push_back({name, map, to_plain(map), count_attributes(map)});
+/// The package of all names; with `innerOnly` of those of the inner maps, where the others are
+/// data.
+AttributeNamePackageSet::Ptr package_of(AttributeMap const & map, bool innerOnly) {
+    AttributeNamePackage::Composer composer;
+    if (!innerOnly) {
+        collect_names(map, composer);
+    }
+    for (auto const & [name, value] : map) {
+        collect_names(value, composer);
+    }
+    return AttributeNamePackageSet::create(composer.compose());
+}
+
+void add_document(std::vector<Document> & documents, char const * name, AttributeMap const & map,
+                  bool innerOnly = false) {
+    documents.push_back(
+        {name, map, to_plain(map), package_of(map, innerOnly), count_attributes(map)});
 }
 
 std::vector<Document> make_documents() {
@@ -97,7 +113,7 @@ std::vector<Document> make_documents() {
     add_document(documents, "mixed", mixed_document());
     if (char const * const database = "/var/lib/dpkg/status"; std::filesystem::exists(database)) {
         inventory::ControlFile file(database);
-        add_document(documents, "inventory", inventory::read_inventory(file));
+        add_document(documents, "inventory", inventory::read_inventory(file), true);
     }
     return documents;
 }

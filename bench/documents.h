@@ -2,6 +2,8 @@
 
 #include "plain_map.h"
 
+#include "vxattribute/attribute_name_package_set.h"
+
 #include <string>
 #include <vector>
 
@@ -12,7 +14,8 @@ struct Document {
     std::string name;
     vxattribute::AttributeMap map;
     PlainMap plain;
-    unsigned int attributes; // of all maps in it
+    vxattribute::AttributeNamePackageSet::Ptr packages; // of the names that two programs may share
+    unsigned int attributes;                            // of all maps in it
 };
 
 /// Settings of a server: maps in maps, about ten entries each, texts and numbers.

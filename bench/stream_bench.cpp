@@ -1,9 +1,11 @@
 // Documents written to streams and read back: the binary form beside the binary forms of others,
-// the text form beside JSON.
+// the text form beside JSON, and coded names beside plain ones.
 
 #include "documents.h"
 #include "measure.h"
 #include "stream_peers.h"
+
+#include "vxattribute/elements.h"
 
 namespace vxbench {
 
@@ -38,12 +40,52 @@ void add_peer(std::string const & form, char const * name, std::size_t index) {
     });
 }
 
+#ifdef VX_BENCH_NLOHMANN
+/// Bytes of a CBOR head: the type with a number (RFC 8949).
+std::size_t cbor_head(std::size_t number) noexcept {
+    return number < 24 ? 1 : number < 256 ? 2 : number < 65536 ? 3 : 5;
+}
+
+/// Bytes that the names of the map would save as integers, each the position in its package.
+std::size_t saved_by_integer_keys(vxattribute::AttributeMapBase const & map,
+                                  vxattribute::AttributeNamePackageSet const & packages) {
+    std::size_t saved = 0;
+    for (auto const & [name, value] : map) {
+        if (auto const package = packages.find(name); package != packages.end()) {
+            auto const position = (*package)->find(name) - (*package)->begin();
+            saved += cbor_head(name.size()) + name.size() -
+                     cbor_head(static_cast<std::size_t>(position));
+        }
+        if (value.type() == vxattribute::ValueTypeId::typeAttributeMap) {
+            for (auto const & inner : vxattribute::elements<vxattribute::AttributeMap>(value)) {
+                saved += saved_by_integer_keys(inner, packages);
+            }
+        }
+    }
+    return saved;
+}
+
+/// What the coded form is compared with in size. The library behind it has text keys only, so this
+/// is counted, not written.
+void add_cbor_with_integer_keys(std::size_t index) {
+    Document const & document = documents()[index];
+    add("coded_size_" + document.name, "cbor_integer_keys", [&document](benchmark::State & state) {
+        std::size_t const size = NlohmannCbor::write(NlohmannCbor::source(document)).size();
+        state.counters["bytes"] =
+            static_cast<double>(size - saved_by_integer_keys(document.map, *document.packages));
+        measure(state, document.attributes, [] {});
+    });
+}
+#endif
+
 } // namespace
 
 void add_stream_benchmarks() {
     for (std::size_t i = 0; i < documents().size(); ++i) {
         add_peer<VxBinary>("binary", "vxattribute", i);
         add_peer<VxText>("text", "vxattribute", i);
+        add_peer<VxCoded>("coded", "vxattribute", i);
+        add_peer<VxBinary>("coded", "plain", i);
 #ifdef VX_BENCH_MSGPACK
         add_peer<MsgpackCxx>("binary", "msgpack_cxx", i);
 #endif
@@ -53,6 +95,7 @@ void add_stream_benchmarks() {
 #ifdef VX_BENCH_NLOHMANN
         add_peer<NlohmannMsgpack>("binary", "nlohmann_msgpack", i);
         add_peer<NlohmannCbor>("binary", "nlohmann_cbor", i);
+        add_cbor_with_integer_keys(i);
         if (documents()[i].name == "settings" || documents()[i].name == "records") {
             add_peer<NlohmannText>("text", "nlohmann_json", i); // JSON has no binary blocks
         }

@@ -3,6 +3,8 @@
 #include "documents.h"
 #include "text_streams.h"
 
+#include "vxattribute/attribute_name_decoder.h"
+#include "vxattribute/attribute_name_encoder.h"
 #include "vxserialize/memory_reader.h"
 #include "vxserialize/memory_writer.h"
 #include "vxserialize/text_reader.h"
@@ -43,6 +45,31 @@ struct VxBinary {
     static vxattribute::AttributeMap read(Stream const & stream) {
         vxserialize::MemoryReader reader(stream);
         return vxattribute::AttributeMap(reader);
+    }
+};
+
+/// The binary form with the names of the document's package as numbers.
+struct VxCoded : VxBinary {
+    struct Stream {
+        VxBinary::Stream list;
+        Document const * document;
+    };
+
+    static Document const & source(Document const & document) { return document; }
+
+    static std::size_t size(Stream const & stream) { return stream.list->size(); }
+
+    static Stream write(Document const & document) {
+        vxserialize::MemoryWriter writer;
+        vxattribute::AttributeNameEncoder encoder(document.packages);
+        document.map.write(writer, encoder);
+        return {writer.close_and_detach_memory_list(), &document};
+    }
+
+    static vxattribute::AttributeMap read(Stream const & stream) {
+        vxserialize::MemoryReader reader(stream.list);
+        vxattribute::AttributeNameDecoder decoder(stream.document->packages, true);
+        return vxattribute::AttributeMap(reader, decoder);
     }
 };
 

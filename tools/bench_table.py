@@ -52,6 +52,9 @@ ROWS = [
     *[("binary_read_" + document, ["msgpack_cxx"], None) for document in DOCUMENTS],
     *[("text_write_" + document, ["nlohmann_json"], None) for document in DOCUMENTS[:2]],
     *[("text_read_" + document, ["nlohmann_json"], None) for document in DOCUMENTS[:2]],
+    *[("coded_write_" + document, ["plain"], None) for document in DOCUMENTS],
+    *[("coded_read_" + document, ["plain"], None) for document in DOCUMENTS[:3]],
+    ("coded_read_inventory", ["plain"], 0.77),
     ("render_settings", ["ostream"], 0.6),
     ("render_settings", ["fmt"], 1.5),
     ("intern_known_name", ["unordered_set"], 1.0),
@@ -136,6 +139,14 @@ def seal_line(figures, work, name, size):
     return [f"{work} {name.replace('_', ' ')}", *cells, *ratios, ", ".join(verdict)]
 
 
+def coded_line(figures, document):
+    sizes = [figures.get((work + document, peer)) for work, peer in (
+        ("coded_write_", OURS), ("coded_write_", "plain"), ("coded_size_", "cbor_integer_keys"))]
+    if None in sizes:
+        return None
+    return [document] + [f"{size.bytes:,.0f}" for size in sizes] + [f"{sizes[0].bytes / sizes[2].bytes:.3f}"]
+
+
 def table(head, lines):
     align = ["---"] + ["---:"] * (len(head) - 1)
     return "\n".join("| " + " | ".join(cells) + " |" for cells in [head, align, *filter(None, lines)])
@@ -174,7 +185,11 @@ def report(result):
     seals = table(["message", "ours", "Crypto++ EAX", "OpenSSL GCM", "block by block", "to Crypto++",
                    "to block by block", "goals"],
                   [seal_line(figures, work, *size) for size in SEAL_SIZES for work in ("seal", "verify", "open")])
-    return f"{head}\n\n{times}\n\nSizes in bytes:\n\n{sizes}\n\nSealing under a key of 128 bits:\n\n{seals}"
+    coded = table(["document", "coded", "plain", "CBOR, integer keys", "coded to CBOR"],
+                  [coded_line(figures, document) for document in DOCUMENTS])
+    return (f"{head}\n\n{times}\n\nSizes in bytes:\n\n{sizes}\n\n"
+            f"Sizes with names as numbers, in bytes:\n\n{coded}\n\n"
+            f"Sealing under a key of 128 bits:\n\n{seals}")
 
 
 def main():

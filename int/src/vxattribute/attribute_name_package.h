@@ -17,7 +17,7 @@ namespace vxattribute {
 ///
 ///     auto const package = AttributeNamePackage::Composer().add("host").add("port").compose();
 ///
-/// Cost. 8 bytes a name and 8 to 16 for the index. Looking a name up is one probe of a hash table
+/// Cost. 8 bytes a name and 16 to 32 for the index. Looking a name up is one probe of a hash table
 /// by token; characters are touched only while a package is made.
 ///
 /// Threads. Packages are shared by an atomic count and only read.

@@ -9,7 +9,7 @@ NameIndex::NameIndex(std::size_t count) {
     if (count >= sm_none) {
         throw std::length_error("vxattribute: a list may have at most 4294967294 names");
     }
-    m_slots.assign(std::bit_ceil(2 * count + 1), sm_none);
+    m_slots.assign(std::bit_ceil(4 * count + 1), sm_none);
 }
 
 bool NameIndex::insert(AttributeName const * names, unsigned int position) noexcept {

@@ -11,9 +11,10 @@ namespace vxattribute::impl {
 
 /// Where the names of a list stand in it: an open hash table of positions.
 ///
-/// The table holds no names but is given the list at each call, so a slot is 4 bytes. At most half
-/// of the slots are in use and the hash of a name is keyed and stored with its token: mostly the
-/// first slot decides, and no characters are touched. Room is made once; nothing is ever removed.
+/// The table holds no names but is given the list at each call, so a slot is 4 bytes. At most a
+/// quarter of the slots is in use and the hash of a name is keyed and stored with its token: mostly
+/// the first slot decides, and no characters are touched. Room is made once; nothing is ever
+/// removed.
 class NameIndex {
   public:
     /// No position: the name is not there.
