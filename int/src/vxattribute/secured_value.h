@@ -1,10 +1,11 @@
 #pragma once
 
 #include "vxattribute/attribute_value_impl.h"
+#include "vxcore/error_info.h"
 #include "vxcore/ref_count_ptr.h"
 #include "vxcore/uuid.h"
 #include "vxcrypto/key.h"
-#include "vxserialize/fwd.h"
+#include "vxserialize/memory_list.h"
 
 #include <atomic>
 #include <iosfwd>
