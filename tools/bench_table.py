@@ -55,6 +55,9 @@ ROWS = [
     *[("coded_write_" + document, ["plain"], None) for document in DOCUMENTS],
     *[("coded_read_" + document, ["plain"], None) for document in DOCUMENTS[:3]],
     ("coded_read_inventory", ["plain"], 0.77),
+    *[(f"query_{names}_{size}", ["nlohmann_value", "nlohmann_get"], None)
+      for names in ("ready", "text") for size in (10, 100, 1000)],
+    ("query_failing_10000", ["to_text"], 2.0),
     ("render_settings", ["ostream"], 0.6),
     ("render_settings", ["fmt"], 1.5),
     ("intern_known_name", ["unordered_set"], 1.0),
