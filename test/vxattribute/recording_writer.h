@@ -4,17 +4,16 @@
 
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 namespace vxtest {
 
-/// Notes operations as ScriptedReader plays them, such as "uint 12" or "list 3"; the n-th one
-/// raises when told so.
+/// Notes operations as ScriptedReader plays them, "uint 12; list 3" and so on; the n-th one raises
+/// when told so.
 class RecordingWriter final : public vxserialize::Writer {
   public:
-    explicit RecordingWriter(std::size_t failAt = 0) : m_failAt(failAt) {}
+    explicit RecordingWriter(std::size_t failAt = 0) : m_untilFailure(failAt) {}
 
-    std::vector<std::string> script;
+    std::string script;
 
     void write_null() override { note("null"); }
 
@@ -51,14 +50,14 @@ class RecordingWriter final : public vxserialize::Writer {
     void end_record() override { note("close"); }
 
   private:
-    void note(std::string operation) {
-        if (script.size() + 1 == m_failAt) {
+    void note(std::string const & operation) {
+        if (--m_untilFailure == 0) {
             throw std::runtime_error("told to fail");
         }
-        script.push_back(std::move(operation));
+        script += (script.empty() ? "" : "; ") + operation;
     }
 
-    std::size_t m_failAt;
+    std::size_t m_untilFailure;
 };
 
 } // namespace vxtest

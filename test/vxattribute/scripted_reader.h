@@ -9,6 +9,16 @@
 
 namespace vxtest {
 
+/// The operations of "uint 12; list 3".
+inline std::vector<std::string> operations(std::string const & script) {
+    std::vector<std::string> result;
+    for (std::size_t at = 0, end = 0; end != script.npos; at = end + 2) {
+        end = script.find("; ", at);
+        result.push_back(script.substr(at, end - at));
+    }
+    return result;
+}
+
 /// Plays a script of operations, such as "uint 12" or "list 3", to a reader's user, with the counts
 /// of lists as they stand.
 ///
