@@ -50,7 +50,6 @@ void AttributeNameDecoder::read_decoder_mappings(vxserialize::Reader & reader) {
     }
     reader.end_record();
     m_packageRefs.swap(refs);
-    m_lastRef = 0;
 }
 
 AttributeName AttributeNameDecoder::read_attribute_name(vxserialize::Reader & reader) {
