@@ -8,10 +8,12 @@
 // 5. The shared empty map and the default of the map type.
 // 6. Ciphers and their providers.
 // 7. Trace settings, then `defaultTraceFormatter`.
-// 8. The registrar: once it has run, all of the library is there. And what goes first at unload.
+// 8. Names of the JSON form.
+// 9. The registrar: once it has run, all of the library is there. And what goes first at unload.
 
 #include "vxattribute/block_cache_internal.h"
 #include "vxattribute/element_types.h"
+#include "vxattribute/json_keys_internal.h"
 #include "vxattribute/module_registrar_internal.h"
 #include "vxattribute/secured_value_ciphers_internal.h"
 #include "vxattribute/trace_formatter_internal.h"
@@ -168,7 +170,13 @@ vxcore::RefCountPtr<impl::TraceFormatterImpl const> const impl::defaultTraceSett
 
 TraceFormatter const defaultTraceFormatter;
 
-// 8. The registrar
+// 8. Names of the JSON form
+
+vxcore::StaticInstance<vxcore::StringKey const> const
+    impl::jsonSerializedKey(std::string_view("vxserialize"));
+vxcore::StaticInstance<vxcore::StringKey const> const impl::jsonEmptyKey;
+
+// 9. The registrar
 
 namespace {
 

@@ -22,6 +22,8 @@
 #include "vxattribute/element_types.h"
 #include "vxattribute/elements.h"
 #include "vxattribute/error_codes.h"
+#include "vxattribute/json_marshaler.h"
+#include "vxattribute/json_text.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map_path.h"
 #include "vxattribute/multi_value_writer.h"

@@ -129,7 +129,7 @@ Reader::ValuePtr Reader::advance() {
             if (token == eToken_StringEnd) {
                 consume_comma();
             } else if (token != eToken_CharData) {
-                step_up();
+                leave_scalar();
                 m_tokenPushedBack = true;
             }
         }
@@ -149,7 +149,7 @@ Reader::ValuePtr Reader::open_container() {
         fail_unexpected(VXCORE_LOCATION(in_next_value));
     }
     auto const type = c == '{' ? Value::eType_Object : Value::eType_Array;
-    return deliver(ValuePtr(new Value(*this, m_current, type, {})));
+    return deliver(Value::make(*this, type, {}));
 }
 
 Reader::ValuePtr Reader::read_value(std::string && name) {
@@ -179,7 +179,7 @@ Reader::ValuePtr Reader::read_value(std::string && name) {
     default:
         fail_unexpected(VXCORE_LOCATION(in_read_value));
     }
-    ValuePtr value(new Value(*this, m_current, type, std::move(name)));
+    ValuePtr value = Value::make(*this, type, std::move(name));
     value->read_token_value();
     consume_comma();
     return value;
@@ -232,6 +232,17 @@ void Reader::consume_comma() {
 
 inline void Reader::step_up() noexcept {
     m_current = m_current->m_parent;
+}
+
+/// Steps up from a scalar. What nobody else can see any more becomes the next value, so that the
+/// elements of a long array are one object after the other.
+inline void Reader::leave_scalar() noexcept {
+    ValuePtr scalar = std::move(m_current);
+    m_current = scalar->m_parent;
+    if (scalar->is_reusable()) {
+        scalar->m_parent.reset();
+        m_spare = std::move(scalar);
+    }
 }
 
 void Reader::close_container() {

@@ -27,7 +27,9 @@ namespace vxjson {
 /// follows, and a call of `next_value()` at the end of a document reads the start of the next one:
 /// over a live connection these wait.
 ///
-/// Cost. One small block per value. Memory grows with the depth, not with the document.
+/// Cost. One small block per container, and per scalar that a caller still holds when the reader
+/// moves on; else the object of the scalar before is used again. Memory grows with the depth, not
+/// with the document.
 ///
 /// Threads. A reader and its values belong to one thread at a time.
 ///
@@ -97,6 +99,7 @@ class VXJSON_API Reader {
     std::string read_char_data();
     void consume_comma();
     void step_up() noexcept;
+    void leave_scalar() noexcept;
     void close_container();
 
     EToken next_token();
@@ -114,6 +117,7 @@ class VXJSON_API Reader {
     bool m_currentPending = false;  // m_current is yet to be delivered
     bool m_failed = false;          // also where memory was too short for an ErrorInfo
     ValuePtr m_current;
+    ValuePtr m_spare; // a scalar that has passed and that nobody else holds
     vxcore::ErrorInfo::Ptr m_error;
     Options const m_options;
 };
@@ -157,6 +161,10 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
     /// @raises error.vxjson.reader.unexpected.size: more than 134217728 bytes.
     std::string const & as_string(ErrorSlot error = nullptr) VXCORE_LIFETIMEBOUND;
 
+    /// As `as_string`, but the text moves to the caller, without a copy, and the value has an empty
+    /// one from then on.
+    std::string take_string();
+
     /// @raises error.vxjson.reader.value: not a number.
     /// @raises error.vxcore.conversion: beyond the range of a double.
     double as_double(ErrorSlot error = nullptr);
@@ -188,6 +196,10 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
     Value(Reader & reader, ValuePtr parent, EType type, std::string && name);
     ~Value() override;
 
+    static ValuePtr make(Reader & reader, EType type, std::string && name);
+    bool is_reusable() const noexcept;
+    void reuse(ValuePtr parent, EType type, std::string && name) noexcept;
+
     void read_token_value();
     void load_string();
     void check_scalar(EType type, char const * message, char const * function);
@@ -202,8 +214,8 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
 
     Reader * const m_reader;
     ValuePtr m_parent;
-    unsigned int const m_depth; // number of ancestors
-    EType const m_type;
+    unsigned int m_depth; // number of ancestors
+    EType m_type;
     std::string m_name;
     EState m_state = eState_Unread;
     bool m_wasLoaded = false;     // what is streamed is m_data

@@ -52,6 +52,33 @@ Value::~Value() {
     }
 }
 
+/// A value inside the current one: the spare object when there is one.
+Reader::ValuePtr Value::make(Reader & reader, EType type, std::string && name) {
+    if (!reader.m_spare) {
+        return ValuePtr(new Value(reader, reader.m_current, type, std::move(name)));
+    }
+    reader.m_spare->reuse(reader.m_current, type, std::move(name));
+    return std::move(reader.m_spare);
+}
+
+/// True when nobody but the caller knows this value, or what it gave out.
+bool Value::is_reusable() const noexcept {
+    constexpr std::size_t maxKept = 65536; // bytes of a text that is not worth keeping
+    return has_unique_ref() && !m_stream && m_data.capacity() <= maxKept;
+}
+
+/// Makes this the next value; its memory stays.
+void Value::reuse(ValuePtr parent, EType type, std::string && name) noexcept {
+    m_parent = std::move(parent);
+    m_depth = m_parent->m_depth + 1;
+    m_type = type;
+    m_name = std::move(name);
+    m_state = eState_Unread;
+    m_wasLoaded = false;
+    m_streamPos = 0;
+    m_data.clear();
+}
+
 /// The last step of construction: takes the text of a literal or number off the tokenizer.
 void Value::read_token_value() {
     if (m_type == eType_Null || m_type == eType_Boolean || m_type == eType_Number) {
@@ -75,6 +102,11 @@ std::string const & Value::as_string(ErrorSlot error) {
         take_failure(e, error, function);
     }
     return m_data;
+}
+
+std::string Value::take_string() {
+    as_string();
+    return std::exchange(m_data, {});
 }
 
 void Value::load_string() {

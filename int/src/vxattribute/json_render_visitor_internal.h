@@ -1,0 +1,66 @@
+#pragma once
+
+#include "vxattribute/attribute_map.h"
+#include "vxjson/writer.h"
+
+#include <vector>
+
+namespace vxattribute::impl {
+
+/// Writes one value to JSON. What is open stands in a list and not on the stack, so that the depth
+/// of maps is the writer's to limit.
+class JsonRenderVisitor {
+  public:
+    class TextWriterTarget;
+
+    /// @param sorted  Writes the names of plain objects in the order of their bytes, not by
+    /// address.
+    JsonRenderVisitor(vxjson::Writer & writer, bool sorted);
+
+    void write(AttributeValue const & value);
+
+  private:
+    using Element = AttributeMapBase::value_type;
+
+    /// The elements of one map, one after the other.
+    class Elements {
+      public:
+        Elements(AttributeMap const & map, bool sorted);
+
+        /// Null behind the last one.
+        Element const * next() noexcept;
+
+      private:
+        AttributeMapBase::const_iterator m_next;
+        AttributeMapBase::const_iterator m_end;
+        std::vector<AttributeMapBase::const_iterator> m_order; // empty for the map's own order
+        std::size_t m_at = 0;
+    };
+
+    /// A value of maps that is being written: the object that is open, and those behind it.
+    struct OpenMaps {
+        Elements elements;
+        AttributeMap const * next;
+        AttributeMap const * end;
+        bool isArray;
+    };
+
+    void begin(AttributeValue const & value);
+    void begin_maps(AttributeValue const & value);
+    void next_element();
+
+    template <typename T, typename Write>
+    void write_elements(AttributeValue const & value, Write write);
+
+    void write_string(std::string const & text);
+    void write_serialized(AttributeValue const & value);
+    bool is_plain(AttributeMap const & map) const noexcept;
+
+    vxjson::Writer & m_writer;
+    bool const m_sorted;
+    AttributeName const m_serializedName;
+    AttributeName const m_emptyName;
+    std::vector<OpenMaps> m_open;
+};
+
+} // namespace vxattribute::impl
