@@ -169,7 +169,7 @@ TEST(Reader, ShortMemoryIsNeverTheEnd) {
                 EXPECT_THROW(document->reader().next_value(), vxcore::ErrorException);
             }
         });
-    EXPECT_GT(failures, 6u);
+    EXPECT_GE(failures, 6u);
 }
 
 TEST(Reader, DepthCostsNeitherStackNorTime) {
