@@ -1,0 +1,62 @@
+#include "commands.h"
+#include "difference.h"
+#include "failure.h"
+#include "sorted_trace.h"
+#include "value_file.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+namespace vxattr {
+
+using vxattribute::AttributeValue;
+
+namespace {
+
+struct Options {
+    std::string a;
+    std::string b;
+    bool quiet = false;
+    ReadOptions read;
+};
+
+int diff(Options const & options) {
+    AttributeValue const a = read_value(options.a, options.read);
+    AttributeValue const b = read_value(options.b, options.read);
+    Output output("-");
+    OutputStream stream(output, true); // a line is a line, whatever names and strings hold
+    auto const print = [&](char mark, std::string const & path, AttributeValue const * value) {
+        if (value != nullptr && !options.quiet) {
+            stream << mark << ' ' << visible(path) << (path.empty() ? "" : ": ");
+            write_short_trace(stream, *value);
+            stream << '\n';
+        }
+    };
+    bool const areSame = find_differences(
+        a, b,
+        [&](std::string const & path, AttributeValue const * left, AttributeValue const * right) {
+            print('-', path, left);
+            print('+', path, right);
+        });
+    stream.finish();
+    output.commit();
+    return areSame ? eExit_Good : eExit_Data;
+}
+
+} // namespace
+
+void add_diff(CLI::App & app, Run & run) {
+    auto const options = std::make_shared<Options>();
+    CLI::App & command = *app.add_subcommand("diff", "Compare two values by name and path");
+    command.add_option("A", options->a, "The one file")->required();
+    command.add_option("B", options->b, "The other, in any form")->required();
+    command.add_flag("--quiet,-q", options->quiet, "Tell by the exit code only");
+    add_read_options(command, options->read);
+    command.footer("Prints \"- PATH: VALUE\" for what A has and \"+ PATH: VALUE\" for what B has.\n"
+                   "Exit code 1 when they differ.\n"
+                   "Example:\n"
+                   "  vxattr diff old.json new.bin");
+    command.callback([options, &run] { run = [options] { return diff(*options); }; });
+}
+
+} // namespace vxattr

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace vxattr {
+
+/// What the program tells its caller.
+enum EExit : int {
+    eExit_Good = 0,
+    eExit_Data = 1,  ///< bad data, a file that cannot be used, a difference, a failed check
+    eExit_Usage = 2, ///< the command line makes no sense
+};
+
+/// Data or a file that cannot be used; `what()` is one line that starts with the place.
+class Failure : public std::runtime_error {
+  public:
+    /// @param place  The file, or the file and a path in it.
+    Failure(std::string_view place, std::string_view what);
+};
+
+/// A command line that makes no sense.
+class UsageFailure : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The text of a failure and of all that led to it, in one line.
+std::string message_of(std::exception const & e);
+
+/// Runs `action` and puts the file in front of the message of whatever it raises.
+template <typename Action>
+auto with_place(std::string_view place, Action && action) {
+    try {
+        return action();
+    } catch (Failure const &) {
+        throw;
+    } catch (UsageFailure const &) {
+        throw;
+    } catch (std::exception const & e) {
+        throw Failure(place, message_of(e));
+    }
+}
+
+} // namespace vxattr

@@ -1,0 +1,67 @@
+#include "form.h"
+
+#include <algorithm>
+
+namespace vxattr {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view digits = "0123456789";
+
+bool is_printable(char c) noexcept {
+    return (c >= ' ' && c <= '~') || blanks.find(c) != std::string_view::npos;
+}
+
+std::string_view without_blanks(std::string_view text) noexcept {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text;
+}
+
+/// What stands behind a "[" of the text form, or of a JSON array.
+bool is_text_list(std::string_view rest) noexcept {
+    rest = without_blanks(rest);
+    std::size_t const number = rest.find_first_not_of(digits);
+    bool const isCount = number != 0 && number < rest.size() && rest[number] == ':';
+    return isCount || rest.starts_with('<');
+}
+
+bool is_text_element(std::string_view text) noexcept {
+    constexpr std::string_view starts = "<@#([{0123456789-P";
+    constexpr std::string_view words[] = {"null", "true", "false", "inf", "nan("};
+    return starts.find(text[0]) != std::string_view::npos ||
+           std::any_of(std::begin(words), std::end(words),
+                       [text](std::string_view word) { return text.starts_with(word); });
+}
+
+} // namespace
+
+EForm form_of(std::string const & name) {
+    if (name.empty()) {
+        return EForm::eGuess;
+    }
+    return name == "json"     ? EForm::eJson
+           : name == "binary" ? EForm::eBinary
+           : name == "text"   ? EForm::eText
+                              : EForm::eTrace;
+}
+
+EForm guess_form(std::string_view head) {
+    bool const isMarked = head.starts_with("\xEF\xBB\xBF");
+    std::string_view const text = without_blanks(head.substr(isMarked ? 3 : 0));
+    if (text.empty()) {
+        return isMarked ? EForm::eJson : EForm::eBinary;
+    }
+    std::string_view const next = without_blanks(text.substr(1));
+    if (text[0] == '{' && (next.empty() || next[0] == '"' || next[0] == '}')) {
+        return EForm::eJson;
+    }
+    if (text[0] == '[' && !is_text_list(next)) {
+        return EForm::eJson;
+    }
+    bool const isText =
+        is_text_element(text) && std::all_of(head.begin(), head.end(), is_printable);
+    return isText ? EForm::eText : EForm::eBinary;
+}
+
+} // namespace vxattr

@@ -1,0 +1,48 @@
+#include "name_packages.h"
+
+#include "failure.h"
+#include "input.h"
+
+#include "vxattribute/name_list_file.h"
+#include "vxserialize/memory_reader.h"
+
+namespace vxattr {
+
+using namespace vxattribute;
+
+namespace {
+
+constexpr unsigned long long maxPackageSize = 1 << 28;
+
+/// A record: what the stream of a package starts with, and no line of a name list is likely to.
+constexpr char recordByte = '\xF7';
+
+} // namespace
+
+AttributeNamePackage::Ptr read_package(std::string const & path) {
+    Input input(path, maxPackageSize);
+    if (!input.head().starts_with(recordByte)) {
+        return read_name_list_file(path); // its messages tell file and line
+    }
+    return with_place(path, [&input] {
+        vxserialize::MemoryReader reader(input.read_all());
+        AttributeNamePackage::Ptr package = AttributeNamePackage::create(reader);
+        if (reader.bytes_left() != 0) {
+            throw std::runtime_error("there are bytes behind the package");
+        }
+        return package;
+    });
+}
+
+AttributeNamePackageSet::Ptr read_packages(std::vector<std::string> const & paths) {
+    if (paths.empty()) {
+        return nullptr;
+    }
+    AttributeNamePackageSet::Composer packages;
+    for (std::string const & path : paths) {
+        packages.add(read_package(path));
+    }
+    return packages.compose();
+}
+
+} // namespace vxattr

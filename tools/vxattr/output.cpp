@@ -1,0 +1,161 @@
+#include "output.h"
+
+#include "failure.h"
+
+#include "vxcrypto/cleanse.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <locale>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vxattr {
+
+Output::Output(std::string path, EAccess access)
+    : m_path(std::move(path)), m_access(access), m_buffer(new char[sm_bufferSize]) {
+    if (m_path == "-") {
+        m_file = STDOUT_FILENO;
+        return;
+    }
+
+    struct stat info {};
+
+    bool const isThere = ::stat(m_path.c_str(), &info) == 0;
+    if (isThere && !S_ISREG(info.st_mode)) {
+        m_file = ::open(m_path.c_str(), O_WRONLY | O_CLOEXEC);
+        if (m_file < 0) {
+            fail("cannot be opened: ");
+        }
+        return;
+    }
+    if (isThere) {
+        std::error_code error;
+        auto const target = std::filesystem::canonical(m_path, error);
+        if (!error) {
+            m_path = target.string();
+        }
+    }
+    open_new();
+    mode_t mode = S_IRUSR | S_IWUSR;
+    if (m_access == EAccess::eAsUsual) {
+        mode_t const mask = ::umask(0);
+        ::umask(mask);
+        mode = isThere ? info.st_mode & 07777u : 0666 & ~mask;
+    }
+    ::fchmod(m_file, mode);
+}
+
+void Output::open_new() {
+    m_newPath = m_path + ".XXXXXX";
+    m_file = ::mkostemp(m_newPath.data(), O_CLOEXEC);
+    if (m_file < 0) {
+        m_newPath.clear();
+        fail("cannot be written: ");
+    }
+}
+
+Output::~Output() {
+    if (m_access == EAccess::eOwnerOnly) {
+        vxcrypto::cleanse(m_buffer.get(), sm_bufferSize);
+    }
+    if (m_file > STDERR_FILENO) {
+        ::close(m_file);
+    }
+    if (!m_newPath.empty()) {
+        std::remove(m_newPath.c_str());
+    }
+}
+
+bool Output::is_terminal() const {
+    return ::isatty(m_file) != 0;
+}
+
+void Output::fail(char const * what) const {
+    throw Failure(m_path == "-" ? "standard output" : m_path,
+                  std::string(what) + std::strerror(errno));
+}
+
+void Output::write(std::string_view text) {
+    if (text.size() > sm_bufferSize - m_size) {
+        flush();
+        if (text.size() >= sm_bufferSize) {
+            send(text);
+            return;
+        }
+    }
+    std::copy(text.begin(), text.end(), m_buffer.get() + m_size);
+    m_size += text.size();
+}
+
+void Output::write(vxserialize::MemoryListBase const & list) {
+    for (auto segment = list.segment_read_iterator(); !segment.at_end(); ++segment) {
+        write({reinterpret_cast<char const *>(segment->data()), segment->size()});
+    }
+}
+
+void Output::flush() {
+    std::size_t const size = m_size;
+    m_size = 0;
+    send({m_buffer.get(), size});
+}
+
+void Output::send(std::string_view text) {
+    while (!text.empty()) {
+        ssize_t const count = ::write(m_file, text.data(), text.size());
+        if (count < 0 && errno != EINTR) {
+            fail("cannot be written: ");
+        }
+        text.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+}
+
+void Output::commit() {
+    flush();
+    if (m_newPath.empty()) {
+        return;
+    }
+    int const file = m_file;
+    m_file = -1;
+    if (::close(file) != 0 || std::rename(m_newPath.c_str(), m_path.c_str()) != 0) {
+        fail("cannot be written: ");
+    }
+    m_newPath.clear();
+}
+
+OutputStream::OutputStream(Output & output, bool isVisible)
+    : std::ostream(this), m_output(output), m_isVisible(isVisible) {
+    std::ostream::imbue(std::locale::classic());
+    exceptions(std::ios::badbit);
+}
+
+std::streambuf::int_type OutputStream::overflow(std::streambuf::int_type c) {
+    char const byte = std::streambuf::traits_type::to_char_type(c);
+    xsputn(&byte, 1);
+    return c;
+}
+
+std::streamsize OutputStream::xsputn(char const * data, std::streamsize size) {
+    std::string_view const text(data, static_cast<std::size_t>(size));
+    if (m_isVisible) {
+        m_text.clear();
+        m_filter.append(text, m_text);
+        m_output.write(m_text);
+    } else {
+        m_output.write(text);
+    }
+    return size;
+}
+
+void OutputStream::finish() {
+    m_text.clear();
+    m_filter.finish(m_text);
+    m_output.write(m_text);
+}
+
+} // namespace vxattr

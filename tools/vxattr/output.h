@@ -1,0 +1,81 @@
+#pragma once
+
+#include "visible_text.h"
+
+#include "vxjson/text_writer.h"
+#include "vxserialize/memory_list.h"
+#include "vxserialize/text_writer.h"
+
+#include <memory>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <string_view>
+
+namespace vxattr {
+
+/// A file that is being written, or standard output for "-".
+///
+/// The text goes to a new file beside the old one, which takes its place in `commit()`: a failure
+/// leaves the old file as it was and no other behind. What is no regular file, such as a device, is
+/// written directly.
+///
+/// Errors. Raises Failure: the file cannot be written.
+class Output final : public vxserialize::TextWriter::ITextTarget,
+                     public vxjson::TextWriter::ITextTarget {
+  public:
+    enum class EAccess { eAsUsual, eOwnerOnly };
+
+    explicit Output(std::string path, EAccess access = EAccess::eAsUsual);
+    Output(Output const &) = delete;
+    Output & operator=(Output const &) = delete;
+    ~Output();
+
+    bool is_terminal() const;
+
+    void write_char(char c) override { write({&c, 1}); }
+
+    void write_data(char const * data, unsigned int size) override { write({data, size}); }
+
+    void write(std::string_view text);
+    void write(vxserialize::MemoryListBase const & list);
+
+    void commit();
+
+  private:
+    static constexpr std::size_t sm_bufferSize = 1 << 16;
+
+    void open_new();
+    void flush();
+    void send(std::string_view text);
+    [[noreturn]] void fail(char const * what) const;
+
+    std::string m_path;    // links resolved
+    std::string m_newPath; // empty: written directly
+    EAccess const m_access;
+    int m_file = -1;
+    std::size_t m_size = 0;
+    std::unique_ptr<char[]> const m_buffer;
+};
+
+/// An output as a stream in the classic locale.
+class OutputStream final : private std::streambuf, public std::ostream {
+  public:
+    /// @param isVisible  Control bytes are made visible.
+    OutputStream(Output & output, bool isVisible);
+
+    /// Hands the last bytes on. Failures of the output end in the stream's state otherwise; this
+    /// raises them.
+    void finish();
+
+  private:
+    std::streambuf::int_type overflow(std::streambuf::int_type c) override;
+    std::streamsize xsputn(char const * data, std::streamsize size) override;
+
+    Output & m_output;
+    bool const m_isVisible;
+    VisibleText m_filter{true};
+    std::string m_text;
+};
+
+} // namespace vxattr

@@ -1,0 +1,111 @@
+#include "commands.h"
+#include "failure.h"
+#include "key_options.h"
+#include "place.h"
+#include "value_file.h"
+
+#include "vxattribute/attribute_value_marshaler.h"
+#include "vxcrypto/random_provider.h"
+#include "vxserialize/memory_writer.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <unistd.h>
+
+namespace vxattr {
+
+using namespace vxattribute;
+using vxcrypto::Key;
+
+namespace {
+
+struct Options {
+    std::string in;
+    std::string out;
+    std::string name;
+    std::string newDataKey;
+    bool isKey = false;
+    KeyOptions key;
+    SealingOptions sealing;
+    ReadOptions read;
+    WriteOptions write;
+};
+
+template <typename Secret>
+SecuredValue sealed(Secret const & secret, Options const & options, Key const & key,
+                    std::string const & cipher) {
+    return SecuredValue(secret, options.sealing.annotation, key_id_of(options.sealing), key,
+                        find_cipher(cipher, key.size()));
+}
+
+/// A fresh key, sealed under `master` into an output that is yet to be committed.
+Key make_data_key(Options const & options, Key const & master, Output & output) {
+    std::string const & cipher = options.sealing.cipher;
+    Key key(cipher.empty() ? master.size() : find_cipher(cipher, 0).keysize());
+    vxcrypto::default_random_provider()->generate_random(key.mutable_data(), key.size());
+    vxserialize::MemoryWriter writer;
+    write_attribute_value(writer, AttributeValue(sealed(key, options, master, "")));
+    output.write(*writer.close_and_detach_memory_list());
+    return key;
+}
+
+AttributeValue seal_with(Options const & options, Key const & key) {
+    std::string const & cipher = options.sealing.cipher;
+    if (options.isKey) {
+        return sealed(read_key_file(options.in, options.key.keyFormat), options, key, cipher);
+    }
+    AttributeValue const value = read_value(options.in, options.read);
+    Place const place(options.in, value, options.name);
+    return place.replaced(sealed(place.get(), options, key, cipher));
+}
+
+int seal(Options const & options) {
+    if (options.isKey && (!options.name.empty() || !options.newDataKey.empty())) {
+        throw UsageFailure("--as-key goes with neither --name nor --new-data-key");
+    }
+    Key key = load_key(options.key);
+    std::optional<Output> keyOutput;
+    if (!options.newDataKey.empty()) {
+        // What a lost data key has sealed is lost too.
+        if (::access(options.newDataKey.c_str(), F_OK) == 0) {
+            throw Failure(options.newDataKey, "is there already, and a data key is not replaced");
+        }
+        keyOutput.emplace(options.newDataKey, Output::EAccess::eOwnerOnly);
+        key = with_place(options.key.keyFile,
+                         [&] { return make_data_key(options, key, *keyOutput); });
+    }
+    AttributeValue const value = with_place(options.in, [&] { return seal_with(options, key); });
+    Output output(options.out);
+    write_value(output, options.out, value, options.write, options.read.packages);
+    if (keyOutput) {
+        keyOutput->commit(); // first: a sealed value without its key would be worth nothing
+    }
+    output.commit();
+    return eExit_Good;
+}
+
+} // namespace
+
+void add_seal(CLI::App & app, Run & run) {
+    auto const options = std::make_shared<Options>();
+    CLI::App & command = *app.add_subcommand("seal", "Seal a value, one attribute of it, or a key");
+    command.add_option("IN", options->in, "Input file, - for standard input")->required();
+    command.add_option("OUT", options->out, "Output file, - for standard output")->required();
+    command.add_option("--name", options->name, "Seal the attribute at this path, in its place");
+    command.add_flag("--as-key", options->isKey, "IN is a file of a key, raw or hexadecimal");
+    command.add_option("--new-data-key", options->newDataKey,
+                       "Seal with a new random key, and write that to this file, sealed under "
+                       "--key-file");
+    add_key_options(command, options->key);
+    add_sealing_options(command, options->sealing);
+    add_read_options(command, options->read);
+    add_write_options(command, options->write);
+    command.footer("Examples:\n"
+                   "  vxattr seal server.json server.json --name db/password --key-file disk.key\n"
+                   "  vxattr seal big.bin sealed.bin --key-file master.key --new-data-key big.key\n"
+                   "  vxattr seal data.key wrapped.bin --as-key --key-file master.key");
+    command.callback([options, &run] { run = [options] { return seal(*options); }; });
+}
+
+} // namespace vxattr

@@ -1,0 +1,66 @@
+#include "sorted_trace.h"
+
+#include "vxattribute/elements.h"
+#include "vxattribute/sorted_by_name.h"
+
+namespace vxattr {
+
+using namespace vxattribute;
+
+namespace {
+
+void write_map(std::ostream & stream, AttributeMap const & map, TraceFormatter const & formatter,
+               unsigned int level) {
+    for (auto const & element : sorted_by_name(map)) {
+        formatter.render_indented(stream, level, formatter.map_element_prefix());
+        stream << element->first;
+        formatter.render_indented(stream, level, formatter.map_name_value_separator());
+        write_sorted_trace(stream, element->second, formatter, level);
+        formatter.render_indented(stream, level, formatter.map_element_suffix());
+    }
+}
+
+} // namespace
+
+void write_sorted_trace(std::ostream & stream, AttributeValue const & value,
+                        TraceFormatter const & formatter, unsigned int level) {
+    if (value.type() != ValueTypeId::typeAttributeMap) {
+        value.write_trace(stream, formatter, level);
+        return;
+    }
+    TraceFormatter::ListParams const & list = formatter.list_map();
+    std::span<AttributeMap const> const maps = elements<AttributeMap>(value);
+    bool const isFramed = list.show_for_scalar() || maps.size() != 1;
+    stream << (formatter.show_type() ? "[" + value.type().name() + ": " : "");
+    if (isFramed) {
+        formatter.render_indented(stream, level, list.prefix());
+    }
+    std::size_t shown = 0;
+    for (AttributeMap const & map : maps) {
+        if (shown == formatter.max_multivalue_count()) {
+            stream << "...(+" << maps.size() - shown << ")";
+            break;
+        }
+        if (shown++ != 0) {
+            formatter.render_indented(stream, level, list.separator());
+        }
+        write_map(stream, map, formatter, level + 1);
+    }
+    if (isFramed) {
+        formatter.render_indented(stream, level, list.suffix());
+    }
+    stream << (formatter.show_type() ? "]" : "");
+}
+
+void write_short_trace(std::ostream & stream, AttributeValue const & value) {
+    static TraceFormatter const oneLine = TraceFormatter::Composer()
+                                              .line_prefix({})
+                                              .indent({})
+                                              .multiline_string_newline({"\\n", true})
+                                              .max_string_len(256)
+                                              .max_binary_value_dump_bytes(32)
+                                              .compose();
+    write_sorted_trace(stream, value, oneLine, 0);
+}
+
+} // namespace vxattr
