@@ -1,10 +1,11 @@
 # Runs one program and checks its exit code and its output:
 #
-#   cmake -DEXIT=<code> [-DLAST=<regex>] [-DHAS=<lines>] [-DERR=<text>] -P run_case.cmake
-#         -- <program> [<argument>...]
+#   cmake -DEXIT=<code> [-DLAST=<regex>] [-DHAS=<lines>] [-DOUT=<file>] [-DERR=<text>]
+#         [-DMADE=<file> -DGOLDEN=<file>] -P run_case.cmake -- <program> [<argument>...]
 #
 # LAST must match the whole last line of standard output, and each line of HAS must stand in it
-# somewhere; without the two it must be empty. ERR is all of standard error.
+# somewhere; OUT is a file with all of it; without the three it must be empty. ERR is all of standard
+# error. MADE is a file that the program must write, with the bytes of GOLDEN.
 set(command)
 set(isCommand FALSE)
 math(EXPR last "${CMAKE_ARGC} - 1")
@@ -15,6 +16,9 @@ foreach(i RANGE ${last})
         set(isCommand TRUE)
     endif()
 endforeach()
+if(DEFINED MADE)
+    file(REMOVE ${MADE})
+endif()
 execute_process(COMMAND ${command} RESULT_VARIABLE exit OUTPUT_VARIABLE out ERROR_VARIABLE err)
 
 if(NOT exit STREQUAL EXIT)
@@ -23,7 +27,12 @@ endif()
 if(NOT err STREQUAL "${ERR}")
     message(SEND_ERROR "standard error is\n${err}\ninstead of\n${ERR}")
 endif()
-if(NOT DEFINED LAST AND NOT DEFINED HAS AND NOT out STREQUAL "")
+if(DEFINED OUT)
+    file(READ ${OUT} golden)
+    if(NOT out STREQUAL golden)
+        message(SEND_ERROR "standard output is\n${out}\ninstead of\n${golden}")
+    endif()
+elseif(NOT DEFINED LAST AND NOT DEFINED HAS AND NOT out STREQUAL "")
     message(SEND_ERROR "unexpected output\n${out}")
 endif()
 if(DEFINED LAST AND NOT out MATCHES "(^|\n)${LAST}\n$")
@@ -36,3 +45,9 @@ foreach(text IN LISTS HAS)
         message(SEND_ERROR "${text}\nis missing in\n${out}")
     endif()
 endforeach()
+if(DEFINED MADE)
+    execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${MADE} ${GOLDEN} RESULT_VARIABLE differ)
+    if(differ)
+        message(SEND_ERROR "${MADE} is not as ${GOLDEN}")
+    endif()
+endif()

@@ -32,7 +32,7 @@ std::string message_of(std::exception const & e);
 
 /// Runs `action` and puts the file in front of the message of whatever it raises.
 template <typename Action>
-auto with_place(std::string_view place, Action && action) {
+decltype(auto) with_place(std::string_view place, Action && action) {
     try {
         return action();
     } catch (Failure const &) {

@@ -7,12 +7,12 @@
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/json_text.h"
 #include "vxattribute/make_value.h"
+#include "vxcore/source_location.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/reader.h"
 #include "vxjson/tokenizer.h"
 
 #include <cstdio>
-#include <stdexcept>
 
 namespace vxattr {
 
@@ -62,7 +62,8 @@ AttributeValue read_json(Input & input, bool isStrict) {
     vxjson::Reader reader(losses, {true});
     AttributeValue value = read_attribute_value(reader);
     if (reader.next_value()) {
-        throw std::runtime_error("a second document follows the first");
+        reader.fail("A second document follows the first", {},
+                    VXCORE_LOCATION("vxattr::read_json()"));
     }
     tell_losses(input, losses, isStrict);
     return value;

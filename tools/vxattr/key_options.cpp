@@ -108,7 +108,7 @@ SecuredValue::ICipher const & find_cipher(std::string const & id, unsigned int k
         }
     }
     throw std::runtime_error("no cipher takes a key of " + vxcore::to_string(keySize) +
-                             " bytes; 16 and 32 are good");
+                             " bytes, only of 16 or 32");
 }
 
 SecuredValue::KeyId key_id_of(SealingOptions const & options) {

@@ -47,6 +47,9 @@ void check_options(Options const & options) {
     if (options.isKey && options.isShown) {
         throw UsageFailure("a key is not shown");
     }
+    if (!options.isShown && !options.isKey) {
+        check_output_form(options.out, options.write);
+    }
 }
 
 int open(Options const & options) {

@@ -106,6 +106,7 @@ void Output::flush() {
 }
 
 void Output::send(std::string_view text) {
+    m_written += text.size();
     while (!text.empty()) {
         ssize_t const count = ::write(m_file, text.data(), text.size());
         if (count < 0 && errno != EINTR) {

@@ -33,6 +33,9 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
 
     bool is_terminal() const;
 
+    /// Bytes handed to the file so far.
+    unsigned long long written() const noexcept { return m_written; }
+
     void write_char(char c) override { write({&c, 1}); }
 
     void write_data(char const * data, unsigned int size) override { write({data, size}); }
@@ -54,6 +57,7 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     std::string m_newPath; // empty: written directly
     EAccess const m_access;
     int m_file = -1;
+    unsigned long long m_written = 0;
     std::size_t m_size = 0;
     std::unique_ptr<char[]> const m_buffer;
 };

@@ -47,11 +47,10 @@ std::optional<Key> opened_key(SecuredValue const & sealed, Key const & key) {
 }
 
 SecuredValue rekeyed(SecuredValue const & sealed, Options const & options, Key const & oldKey,
-                     Key const & newKey) {
+                     Key const & newKey, SecuredValue::ICipher const & cipher) {
     std::string const annotation =
         options.setsAnnotation ? options.sealing.annotation : sealed.annotation();
     SecuredValue::KeyId const id = options.setsKeyId ? key_id_of(options.sealing) : sealed.key_id();
-    SecuredValue::ICipher const & cipher = find_cipher(options.sealing.cipher, newKey.size());
     if (std::optional<Key> const key = opened_key(sealed, oldKey)) {
         return SecuredValue(*key, annotation, id, newKey, cipher);
     }
@@ -61,14 +60,19 @@ SecuredValue rekeyed(SecuredValue const & sealed, Options const & options, Key c
 }
 
 int rekey(Options const & options) {
+    check_output_form(options.out, options.write);
     Key const oldKey = load_key(options.oldKey);
     Key const newKey = load_key(options.newKey);
+    SecuredValue::ICipher const & cipher = with_place(
+        options.newKey.keyFile, [&]() -> auto & {
+            return find_cipher(options.sealing.cipher, newKey.size());
+        });
     AttributeValue const value = read_value(options.in, options.read);
     Place const place(options.in, value, options.name);
     unsigned long long count = 0;
     auto const replace = [&](std::string const & path, SecuredValue const & sealed) {
         return with_place(path.empty() ? options.in : options.in + ": " + path,
-                          [&] { return rekeyed(sealed, options, oldKey, newKey); });
+                          [&] { return rekeyed(sealed, options, oldKey, newKey, cipher); });
     };
     AttributeValue const replaced = replace_sealed(place.get(), options.name, replace, count);
     if (count == 0) {

@@ -34,24 +34,25 @@ struct Options {
 
 template <typename Secret>
 SecuredValue sealed(Secret const & secret, Options const & options, Key const & key,
-                    std::string const & cipher) {
+                    SecuredValue::ICipher const & cipher) {
     return SecuredValue(secret, options.sealing.annotation, key_id_of(options.sealing), key,
-                        find_cipher(cipher, key.size()));
+                        cipher);
 }
 
-/// A fresh key, sealed under `master` into an output that is yet to be committed.
-Key make_data_key(Options const & options, Key const & master, Output & output) {
-    std::string const & cipher = options.sealing.cipher;
-    Key key(cipher.empty() ? master.size() : find_cipher(cipher, 0).keysize());
+/// A fresh key for `cipher`, sealed under `master` into an output that is yet to be committed.
+Key make_data_key(Options const & options, Key const & master, SecuredValue::ICipher const & cipher,
+                  Output & output) {
+    Key key(cipher.keysize());
     vxcrypto::default_random_provider()->generate_random(key.mutable_data(), key.size());
     vxserialize::MemoryWriter writer;
-    write_attribute_value(writer, AttributeValue(sealed(key, options, master, "")));
+    SecuredValue const wrapped = sealed(key, options, master, find_cipher("", master.size()));
+    write_attribute_value(writer, AttributeValue(wrapped));
     output.write(*writer.close_and_detach_memory_list());
     return key;
 }
 
-AttributeValue seal_with(Options const & options, Key const & key) {
-    std::string const & cipher = options.sealing.cipher;
+AttributeValue seal_with(Options const & options, Key const & key,
+                         SecuredValue::ICipher const & cipher) {
     if (options.isKey) {
         return sealed(read_key_file(options.in, options.key.keyFormat), options, key, cipher);
     }
@@ -64,7 +65,12 @@ int seal(Options const & options) {
     if (options.isKey && (!options.name.empty() || !options.newDataKey.empty())) {
         throw UsageFailure("--as-key goes with neither --name nor --new-data-key");
     }
+    check_output_form(options.out, options.write);
     Key key = load_key(options.key);
+    SecuredValue::ICipher const & cipher = with_place(
+        options.key.keyFile, [&]() -> auto & {
+            return find_cipher(options.sealing.cipher, key.size());
+        });
     std::optional<Output> keyOutput;
     if (!options.newDataKey.empty()) {
         // What a lost data key has sealed is lost too.
@@ -73,9 +79,10 @@ int seal(Options const & options) {
         }
         keyOutput.emplace(options.newDataKey, Output::EAccess::eOwnerOnly);
         key = with_place(options.key.keyFile,
-                         [&] { return make_data_key(options, key, *keyOutput); });
+                         [&] { return make_data_key(options, key, cipher, *keyOutput); });
     }
-    AttributeValue const value = with_place(options.in, [&] { return seal_with(options, key); });
+    AttributeValue const value =
+        with_place(options.in, [&] { return seal_with(options, key, cipher); });
     Output output(options.out);
     write_value(output, options.out, value, options.write, options.read.packages);
     if (keyOutput) {

@@ -42,24 +42,36 @@ AttributeValue read_stream(vxserialize::Reader & reader, ReadOptions const & opt
 
 AttributeValue read_binary(Input & input, ReadOptions const & options) {
     vxserialize::MemoryReader reader(input.read_all());
-    AttributeValue value = read_stream(reader, options);
+    auto const place = [&] {
+        return vxcore::to_string(reader.memory_list()->size() - reader.bytes_left());
+    };
+    AttributeValue value;
+    try {
+        value = read_stream(reader, options);
+    } catch (vxcore::ErrorException const & e) {
+        if (e.info()->matches(vxserialize::error::vxserialize)) {
+            throw; // tells the place itself
+        }
+        throw std::runtime_error(message_of(e) + " (before byte " + place() + ')');
+    }
     if (reader.bytes_left() != 0) {
-        throw std::runtime_error(vxcore::to_string(reader.bytes_left()) +
-                                 " bytes stand behind the value");
+        throw std::runtime_error("the value ends at byte " + place() + ", and more follows");
     }
     return value;
 }
 
 /// The reader has read ahead, so only another read tells the end from more text.
 void check_end(vxserialize::TextReader & reader) {
+    std::string reason = "null";
     try {
         reader.read_null();
     } catch (vxcore::ErrorException const & e) {
         if (e.info()->matches(vxserialize::error::vxserialize_data_truncated)) {
             return;
         }
+        reason = message_of(e);
     }
-    throw std::runtime_error("text stands behind the value");
+    throw std::runtime_error("more follows the value: " + reason);
 }
 
 AttributeValue read_text(Input & input, ReadOptions const & options) {
@@ -149,6 +161,10 @@ AttributeMap read_map(std::string const & path, ReadOptions const & options) {
         throw Failure(path, "its value is not one map");
     }
     return value.get<AttributeMap>();
+}
+
+void check_output_form(std::string const & path, WriteOptions const & options) {
+    form_for(path, options.to);
 }
 
 void write_value(Output & output, std::string const & path, AttributeValue const & value,

@@ -57,6 +57,11 @@ vxattribute::AttributeValue read_value(std::string const & path, ReadOptions con
 /// @raises Failure: its value is something else.
 vxattribute::AttributeMap read_map(std::string const & path, ReadOptions const & options);
 
+/// Tells bad options before an input of any size is read.
+///
+/// @raises UsageFailure: neither the options nor the ending of the output's name tell the form.
+void check_output_form(std::string const & path, WriteOptions const & options);
+
 /// Writes the value; the caller commits.
 ///
 /// @param path      Of the output: its ending tells the form that was not given.
