@@ -38,6 +38,7 @@ benchmark::internal::Benchmark * add(std::string const & work, std::string const
 void add_value_benchmarks();
 void add_map_benchmarks();
 void add_stream_benchmarks();
+void add_json_benchmarks();
 void add_rendering_benchmarks();
 void add_name_benchmarks();
 void add_query_benchmarks();

@@ -10,6 +10,10 @@
 
 namespace vxattribute {
 
+namespace impl {
+class MapBuilder;
+}
+
 /// The reading half of an attribute map: names to values, in the order of the names.
 ///
 /// A map is one pointer to a shared holder. Copying a map copies the pointer; a change through a
@@ -93,6 +97,8 @@ class VXATTRIBUTE_API AttributeMapBase {
     }
 
   protected:
+    friend class impl::MapBuilder;
+
     using HolderPtr = vxcore::RefCountPtr<MapHolder>;
 
     AttributeMapBase();
@@ -159,6 +165,7 @@ class VXATTRIBUTE_API AttributeMapBase::MapHolder final
   private:
     friend class AttributeMapBase;
     friend class MutableAttributeMap;
+    friend class impl::MapBuilder;
 
     void destroy() noexcept override;
     ~MapHolder() override;
@@ -214,6 +221,7 @@ class VXATTRIBUTE_API AttributeMap : public AttributeMapBase {
     friend class AttributeMapBase;
     friend class MutableAttributeMap;
     friend class WritableAttributeMapRef;
+    friend class impl::MapBuilder;
 
     explicit AttributeMap(HolderPtr & holder) noexcept : AttributeMapBase(holder) {}
 };

@@ -10,16 +10,23 @@
 namespace vxattribute::impl {
 
 /// Names that one call of reading met: a name that comes again costs neither the hash nor the lock
-/// of the intern table. A name has one slot and pushes out what was there, so memory is bounded.
+/// of the intern table. A name has two slots side by side; the one that came first makes way.
 class JsonNameCache {
   public:
     /// The reference holds until the next call.
     AttributeName const & find(std::string const & text) {
-        AttributeName & slot = m_slots[slot_of(text)];
-        if (slot.value() != text) {
-            slot = AttributeName(text);
+        AttributeName & first = m_slots[slot_of(text)];
+        if (first.value() == text) {
+            return first;
         }
-        return slot;
+        AttributeName & second = m_slots[slot_of(text) ^ 1];
+        if (second.value() != text) {
+            AttributeName fresh(text);
+            second.swap(first);
+            first.swap(fresh);
+            return first;
+        }
+        return second;
     }
 
   private:

@@ -4,6 +4,7 @@
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/json_name_cache_internal.h"
 #include "vxattribute/make_value.h"
+#include "vxattribute/map_builder_internal.h"
 #include "vxattribute/multi_value_writer.h"
 #include "vxcore/error_info.h"
 #include "vxserialize/text_reader.h"
@@ -58,12 +59,11 @@ class JsonValueReader {
     }
 
   private:
-    /// An object, or an array of objects, up to the element that is being read.
+    /// An object, or an array of objects, whose last child is being read.
     struct Open {
         JsonValuePtr container;
         bool isArray;
-        AttributeName name;             // of the element
-        MutableAttributeMap map;        // of an object
+        std::size_t start;              // of an object's elements
         std::vector<AttributeMap> maps; // of an array
     };
 
@@ -111,7 +111,8 @@ class JsonValueReader {
             } while (child);
             return nullptr;
         }
-        m_open.push_back({std::move(object), false, m_names.find(child->name()), {}, {}});
+        m_open.push_back({std::move(object), false, m_elements.size(), {}});
+        m_elements.add(m_names.find(child->name()));
         return child;
     }
 
@@ -123,7 +124,7 @@ class JsonValueReader {
         }
         switch (child->type()) {
         case JsonValue::eType_Object:
-            m_open.push_back({std::move(array), true, {}, {}, {}});
+            m_open.push_back({std::move(array), true, 0, {}});
             return child;
         case JsonValue::eType_Boolean:
             read_booleans(array, std::move(child), result);
@@ -152,15 +153,15 @@ class JsonValueReader {
             open.maps.push_back(value.get<AttributeMap>());
             child = next_element(open.container, JsonValue::eType_Object);
         } else {
-            open.map.add(open.name, std::move(value));
+            m_elements.last_value().swap(value);
             child = m_reader.next_child(open.container);
             if (child) {
-                open.name = m_names.find(child->name());
+                m_elements.add(m_names.find(child->name()));
             }
         }
         if (!child) {
             value = open.isArray ? make_list<AttributeMap>(open.maps)
-                                 : AttributeValue(AttributeMap(std::move(open.map)));
+                                 : AttributeValue(m_elements.take(open.start));
             m_open.pop_back();
         }
         return child;
@@ -266,6 +267,7 @@ class JsonValueReader {
 
     Reader & m_reader;
     std::vector<Open> m_open;
+    impl::MapBuilder m_elements;
     std::vector<double> m_doubles;
     std::vector<long long> m_integers;
     impl::JsonNameCache m_names;

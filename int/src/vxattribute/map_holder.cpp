@@ -2,6 +2,7 @@
 #include "vxattribute/attribute_name_coder.h"
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/block_cache_internal.h"
+#include "vxattribute/map_builder_internal.h"
 #include "vxserialize/reader.h"
 #include "vxserialize/writer.h"
 
@@ -84,6 +85,17 @@ AttributeValue & MapHolder::find_or_make(AttributeName && name) {
         return hint->second;
     }
     return m_map.emplace_hint(hint, std::move(name), AttributeValue())->second;
+}
+
+AttributeMap impl::MapBuilder::take(std::size_t start) {
+    auto holder = vxcore::make_ref_counted<MapHolder>();
+    holder->m_arena.expect(m_elements.size() - start);
+    for (auto element = m_elements.begin() + static_cast<std::ptrdiff_t>(start);
+         element != m_elements.end(); ++element) {
+        holder->find_or_make(std::move(element->first)) = std::move(element->second);
+    }
+    m_elements.resize(start);
+    return AttributeMap(holder);
 }
 
 void MapHolder::clear() noexcept {

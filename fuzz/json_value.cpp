@@ -1,0 +1,92 @@
+/// JSON to a value and back: any text, and any value. What a reader takes is written, plainly or
+/// in every layout, and comes back as the same bytes of a stream.
+
+#include "check.h"
+#include "memory_watch.h"
+#include "stream_checks.h"
+#include "value_builder.h"
+
+#include "vxcore/error_exception.h"
+
+#include <algorithm>
+
+using namespace vxattribute;
+
+namespace {
+
+/// The binary form: equal where values are the same to the last bit. Empty for a value that nests
+/// too deep for it.
+std::string bytes_of(AttributeValue const & value) {
+    try {
+        return vxfuzz::write_binary(value);
+    } catch (vxcore::ErrorException const &) {
+        return {};
+    }
+}
+
+/// Writes the value and reads it again, over a stream of small pieces or from memory.
+void check_writing(AttributeValue const & value, unsigned char layout) {
+    JsonTextOptions options;
+    options.indent = layout % 3;
+    options.sorted_names = (layout & 0x10) != 0;
+    std::string text;
+    try {
+        text = value_to_json(value, options);
+    } catch (vxcore::ErrorException const &) {
+        return; // beyond a limit of nesting: a plain map in what came in the lossless form
+    }
+    vxjson::Document::Options read;
+    read.reader.allow_reserved_names = true;
+    read.tokenizer.buffer_size = 1 + layout % 32u;
+    vxfuzz::ViewStream stream(text, false);
+    AttributeValue const back =
+        (layout & 0x20) != 0 ? value_from_json(stream, read) : value_from_json(text);
+    vxfuzz::check(value_to_json(back, options) == text, "what is read again is written the same");
+    vxfuzz::check(bytes_of(back) == bytes_of(value), "what is written comes back the same");
+}
+
+/// A text of decisions for reader and writer; false when it is refused.
+bool read(std::string const & text, unsigned char flags, AttributeValue & value) {
+    vxjson::Document::Options options;
+    options.tokenizer.allow_comments = (flags & 1) != 0;
+    options.tokenizer.allow_unquoted_names = (flags & 1) != 0;
+    options.tokenizer.allow_single_quotes = (flags & 1) != 0;
+    options.tokenizer.buffer_size = 1 + (flags & 0x1Fu);
+    options.reader.allow_reserved_names = (flags & 2) != 0;
+    vxfuzz::ViewStream stream(text, false);
+    vxfuzz::MemoryWatch const watch;
+    vxjson::Document document(stream, options);
+    try {
+        read_attribute_value(document.reader(), value);
+    } catch (vxcore::ErrorException const & e) {
+        vxfuzz::check(value == AttributeValue("kept"), "a failure leaves the target as it was");
+        vxfuzz::check(e.info()->text().size() < 300, "messages are of a modest size");
+        return false;
+    }
+    vxfuzz::check(watch.peak() <= 256 * text.size() + 131072, "memory grows with the text");
+    return true;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size);
+
+/// Two bytes of decisions, then the text, or what a value is built from.
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
+    if (size < 2) {
+        return 0;
+    }
+    AttributeValue value = "kept";
+    if ((data[0] & 0x40) != 0) {
+        vxfuzz::Input input(data + 2, size - 2);
+        value = make_map({{"class", vxfuzz::ValueBuilder(input).value()}});
+    } else if (!read(std::string(reinterpret_cast<char const *>(data) + 2, size - 2), data[0],
+                     value)) {
+        return 0;
+    }
+    if (value.type() != ValueTypeId::typeAttributeMap || value.empty()) {
+        value = make_map({{"a", value}}); // a scalar is no document
+    }
+    check_writing(value, data[1]);
+    return 0;
+}
