@@ -20,6 +20,8 @@ BEGIN, END = "<!-- bench: begin -->", "<!-- bench: end -->"
 DOCUMENTS = ["settings", "records", "mixed", "inventory"]
 SEAL_SIZES = [("16_B", 16), ("1_KiB", 1024), ("64_KiB", 64 * 1024), ("16_MiB", 16 * 1024 * 1024)]
 SEAL_PEERS = ["cryptopp_eax", "openssl_gcm", "aes_encrypt"]
+JSON_DOCUMENTS = ["configuration", "records", "strings", "integers", "doubles", "iso_codes"]
+JSON_PEERS = ["nlohmann", "rapidjson", "boost_json"]
 BINARY_PEERS = ["nlohmann_msgpack", "msgpack_cxx", "nlohmann_cbor", "flexbuffers"]
 
 # What is compared: benchmark, peers (the fastest of them counts), the largest ratio that is good.
@@ -150,6 +152,33 @@ def coded_line(figures, document):
     return [document] + [f"{size.bytes:,.0f}" for size in sizes] + [f"{sizes[0].bytes / sizes[2].bytes:.3f}"]
 
 
+def json_goals(work, document):
+    """The largest ratios that are good, to nlohmann and to Boost.JSON."""
+    if work == "read":
+        return (1 / 3 if document in ("integers", "doubles") else 0.4,
+                1.0 if document in ("records", "iso_codes") else None)
+    if work == "write":
+        return (0.4 if document != "integers" else None,
+                {"strings": 1.0, "integers": None}.get(document, 1.5))
+    return None, None
+
+
+def json_line(figures, work, document):
+    """Rates in MB/s: a unit is a kibibyte. Ratios are of times."""
+    key = f"json_{work}_{document}"
+    ours = figures.get((key, OURS))
+    if ours is None:
+        return None
+    peers = [figures.get((key, peer)) for peer in JSON_PEERS]
+    ratios, verdict = [], []
+    for peer, goal in zip((peers[0], peers[2]), json_goals(work, document)):
+        ratio = ours.ns / peer.ns if peer else None
+        ratios.append(f"{ratio:.2f}" if peer else "")
+        verdict.append(f"{goal:.2g}" + ("" if ratio <= goal else " **missed**") if peer and goal else "-")
+    cells = [number(1024e3 / f.ns) if f else "" for f in [ours, *peers]]
+    return [f"{work} {document}", *cells, number(ours.allocations), *ratios, ", ".join(verdict)]
+
+
 def table(head, lines):
     align = ["---"] + ["---:"] * (len(head) - 1)
     return "\n".join("| " + " | ".join(cells) + " |" for cells in [head, align, *filter(None, lines)])
@@ -190,9 +219,14 @@ def report(result):
                   [seal_line(figures, work, *size) for size in SEAL_SIZES for work in ("seal", "verify", "open")])
     coded = table(["document", "coded", "plain", "CBOR, integer keys", "coded to CBOR"],
                   [coded_line(figures, document) for document in DOCUMENTS])
+    texts = table(["JSON", "ours, MB/s", "nlohmann", "RapidJSON", "Boost.JSON", "allocations per KiB",
+                   "to nlohmann", "to Boost.JSON", "goals"],
+                  [json_line(figures, work, document)
+                   for work in ("read", "write", "walk") for document in JSON_DOCUMENTS])
     return (f"{head}\n\n{times}\n\nSizes in bytes:\n\n{sizes}\n\n"
             f"Sizes with names as numbers, in bytes:\n\n{coded}\n\n"
-            f"Sealing under a key of 128 bits:\n\n{seals}")
+            f"Sealing under a key of 128 bits:\n\n{seals}\n\n"
+            f"JSON text to values and back:\n\n{texts}")
 
 
 def main():
