@@ -4,18 +4,20 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace vxtest {
 
 /// Expects the action to raise a failure of that very code with that text, and gives it.
 template <typename Action>
 vxcore::ErrorInfo::Ptr expect_error(Action action, vxcore::ErrorCode const & code,
-                                    char const * text) {
+                                    std::string const & text) {
     try {
         action();
         ADD_FAILURE() << "nothing was raised; expected: " << text;
     } catch (vxcore::ErrorException const & e) {
         EXPECT_EQ(e.info()->code(), code) << e.info()->code().name();
-        EXPECT_STREQ(e.what(), text);
+        EXPECT_EQ(e.what(), text);
         return e.info();
     }
     return nullptr;

@@ -24,14 +24,15 @@ class StringTarget final : public TextWriter::ITextTarget {
     std::string text;
 };
 
-/// A stream over a text; it tells its size or not.
+/// A stream over a text; it tells its size, perhaps a wrong one, or not.
 class StringStream final : public vxcore::IReadStream {
   public:
-    StringStream(std::string text, bool tellsSize)
-        : m_text(std::move(text)), m_tellsSize(tellsSize) {}
+    StringStream(std::string text, bool tellsSize, long long tooMuch = 0)
+        : m_text(std::move(text)), m_tellsSize(tellsSize), m_tooMuch(tooMuch) {}
 
     unsigned int read(void * buffer, unsigned int size) override {
         EXPECT_FALSE(m_ended) << "a read behind a short one";
+        ++reads;
         std::size_t const run = m_text.copy(static_cast<char *>(buffer), size, m_at);
         m_at += run;
         m_ended = run < size;
@@ -41,13 +42,16 @@ class StringStream final : public vxcore::IReadStream {
     unsigned int skip(unsigned int) override { return 0; }
 
     long long size() const override {
-        return m_tellsSize ? static_cast<long long>(m_text.size() - m_at) : -1;
+        return m_tellsSize ? static_cast<long long>(m_text.size() - m_at) + m_tooMuch : -1;
     }
+
+    int reads = 0;
 
   private:
     std::string m_text;
     std::size_t m_at = 0;
     bool m_tellsSize;
+    long long m_tooMuch;
     bool m_ended = false;
 };
 

@@ -1,18 +1,16 @@
 #pragma once
 
 #include <thread>
+#include <vector>
 
 namespace vxtest {
 
 /// Runs `work` in four threads at once, with the numbers 0 to 3.
 template <typename Work>
 void in_four_threads(Work work) {
-    std::thread threads[4];
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i) {
-        threads[i] = std::thread(work, i);
-    }
-    for (std::thread & thread : threads) {
-        thread.join();
+        threads.emplace_back(work, i);
     }
 }
 
