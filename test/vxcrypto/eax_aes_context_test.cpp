@@ -1,11 +1,12 @@
-// The rules under test: EAX gives the published results however the message is cut, refuses
-// whatever was changed, deciphers nothing before the tag has matched, and leaves nothing behind.
+// The rules under test: EAX gives the published results however the message is cut, deciphers
+// nothing before the tag has matched, and leaves nothing behind. That it refuses every single
+// changed bit is tested with sealed values, which bring parts from anybody.
 
 #include "openssl_calls.h"
 #include "support/allocation.h"
-#include "support/expect_error.h"
 #include "vectors.h"
 
+#include "vxcore/error_exception.h"
 #include "vxcrypto/eax_aes_context.h"
 
 #include <random>
@@ -89,23 +90,6 @@ TEST(EaxAesContext, RunsOfBlocksAgreeWithSingleOnes) {
     }
 }
 
-TEST(EaxAesContext, RefusesEverySingleChangedBit) {
-    for (unsigned int size = 0; size <= 100; ++size) {
-        Message message = seal(sample(size), {size});
-        for (std::string * const part :
-             {&message.key, &message.nonce, &message.header, &message.body, &message.tag}) {
-            for (std::size_t bit = 0; bit < part->size() * 8; ++bit) {
-                char & byte = (*part)[bit / 8];
-                byte = static_cast<char>(byte ^ 1 << bit % 8);
-                ASSERT_FALSE(open(message, {size})) << size << ' ' << bit;
-                byte = static_cast<char>(byte ^ 1 << bit % 8);
-            }
-        }
-        EXPECT_TRUE(open(message, {size}));
-        EXPECT_EQ(message.body, sample(size).body);
-    }
-}
-
 TEST(EaxAesContext, DeciphersNothingBeforeTheTagHasMatched) {
 #ifdef VX_AES_BULK
     bool const bulk = __builtin_cpu_supports("aes");
@@ -132,12 +116,7 @@ TEST(EaxAesContext, DeciphersNothingBeforeTheTagHasMatched) {
 }
 
 TEST(EaxAesContext, IsGoodOrNotMadeAtAll) {
-    Message message = sample(0);
-    for (std::size_t const size : {0u, 15u, 33u}) {
-        message.key.resize(size);
-        expect_error([&] { begin(message); }, vxcore::ErrorCode("error.vxcrypto.key.size", true),
-                     "Key for AES must be 128, 192, or 256 bits (16, 24, or 32 bytes)");
-    }
+    EXPECT_THROW(begin({"fifteen bytes..", {}, {}, {}}), vxcore::ErrorException);
     Key const key("0123456789abcdef", 16);
     long const before = live_blocks();
     EXPECT_EQ(fail_each_allocation([&] { EaxAesContext const eax(key, key.data(), "header"); },

@@ -1,4 +1,4 @@
-// AES blocks and the two modes over them, against published results, cut anywhere.
+// AES blocks, the two modes over them and MD5, against published results, cut anywhere.
 
 #include "support/expect_error.h"
 #include "support/threads.h"
@@ -6,6 +6,7 @@
 
 #include "vxcrypto/aes_cmac_context.h"
 #include "vxcrypto/aes_ctr_context.h"
+#include "vxcrypto/md5_context.h"
 
 #include <algorithm>
 
@@ -92,6 +93,18 @@ TEST(AesCtrContext, PadsOrCutsTheStartValueAndCarriesThroughTheCounter) {
                 for (std::size_t i = 16; i-- != 0 && ++counter[i] == 0;) {
                 }
             }
+        }
+    }
+}
+
+TEST(Md5Context, GivesThePublishedDigestsCutAnywhere) {
+    for (auto & vector : read_vectors("md5.txt")) {
+        for (Pieces const & pieces : cuts_of(vector[0].size())) {
+            vxcrypto::Md5Context md5;
+            in_pieces(vector[0], pieces, [&](auto * data, unsigned int n) { md5.update(data, n); });
+            std::string digest(16, '\0');
+            md5.final(mutable_bytes(digest));
+            EXPECT_EQ(digest, vector[1]);
         }
     }
 }
