@@ -1,8 +1,8 @@
+#include "support/expect_error.h"
+
 #include "vxcore/error_codes.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/static_instance.h"
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <sstream>
@@ -33,8 +33,7 @@ TEST(ErrorInfo, PlaceholdersAreReplacedOnce) {
 }
 
 TEST(ErrorInfo, HostileMessagesCostNoMoreThanTheirSizeAllows) {
-    std::string many;
-    std::string openings; // each opening must not search the rest anew
+    std::string many, openings; // each opening must not search the rest anew
     for (int i = 0; i < 1'000'000; ++i) {
         many += i < 1000 ? "{@a}" : "";
         openings += "{@";
@@ -61,13 +60,12 @@ TEST(ErrorInfo, MatchesItsOwnCodeAndThoseAbove) {
 }
 
 TEST(ErrorInfo, EqualityCoversAllButTheLocation) {
+    auto const n = make_info("n");
     auto const info = make_info("m", make_info("n"));
-    ErrorComposer same("m");
     auto const elsewhere =
-        same.param("a", "1").create(tooManyCode, VXCORE_LOCATION("f()"), make_info("n"));
+        ErrorComposer("m").param("a", "1").create(tooManyCode, VXCORE_LOCATION("f()"), n);
     EXPECT_EQ(*info, *elsewhere);
     EXPECT_EQ(info->hash(), elsewhere->hash());
-    auto const n = make_info("n");
     for (ErrorInfo::Ptr const & other :
          {make_info("m"), make_info("m", make_info("N")), make_info("M", n),
           ErrorComposer("m").param("a", "2").create(tooManyCode, {}, n),
@@ -79,8 +77,7 @@ TEST(ErrorInfo, EqualityCoversAllButTheLocation) {
 }
 
 TEST(ErrorInfo, LongChainsAreComparedAndDestroyedWithoutRecursion) {
-    ErrorInfo::Ptr chain;
-    ErrorInfo::Ptr other;
+    ErrorInfo::Ptr chain, other;
     for (int i = 0; i < 200'000; ++i) {
         chain = make_info("m", std::move(chain));
         other = make_info("m", std::move(other));
@@ -105,35 +102,24 @@ TEST(ErrorInfo, WritesEveryLinkOnce) {
 TEST(ErrorException, CarriesItsInfoThroughForeignHands) {
     static_assert(std::is_nothrow_copy_constructible_v<ErrorException>);
     static_assert(std::is_nothrow_copy_assignable_v<ErrorException>);
-    auto const info = make_info("value {@a}");
-    try {
-        ErrorException::throw_error(info);
-    } catch (std::exception const & e) {
-        EXPECT_STREQ(e.what(), "value 1");
-        EXPECT_EQ(ErrorInfo::from_exception(e, SourceLocation()), info); // that very info
-    }
+    ErrorException const own(make_info("value {@a}"));
+    EXPECT_STREQ(own.what(), "value 1");
+    EXPECT_EQ(ErrorInfo::from_exception(own, {}), own.info()); // that very info
     auto const foreign = ErrorInfo::from_exception(std::runtime_error("{@what} {@a}"), {});
     EXPECT_EQ(foreign->text(), "{@what} {@a}");
     EXPECT_EQ(foreign->code(), error::vxcore_exception);
-
-    EXPECT_THROW(ErrorComposer("new").create_transfer(nullptr, queryCode, {}), ErrorException);
 }
 
 TEST(ErrorException, KeepsWhatLedToItAndFillsTheCallersSlot) {
     std::runtime_error const cause("cause");
-    try {
-        vxcore::throw_with_nested_exception(vxcore::error::vxcore_conversion,
-                                            SourceString("outer", true), {}, cause);
-    } catch (vxcore::ErrorException const & e) {
-        EXPECT_STREQ(e.what(), "outer");
-        EXPECT_EQ(e.info()->nested()->text(), "cause");
-    }
+    auto const info = vxtest::expect_error(
+        [&] { throw_with_nested_exception(queryCode, SourceString("outer", true), {}, cause); },
+        queryCode, "outer");
+    EXPECT_EQ(info->nested()->text(), "cause");
     ErrorInfo::Ptr slot;
-    vxcore::ErrorComposer("stored").create_transfer(&slot, vxcore::error::vxcore, {});
+    ErrorComposer("stored").create_transfer(&slot, queryCode, {});
     EXPECT_EQ(slot->text(), "stored");
-    EXPECT_THROW(
-        vxcore::ErrorComposer("raised").create_transfer(nullptr, vxcore::error::vxcore, {}),
-        vxcore::ErrorException);
+    EXPECT_THROW(ErrorComposer("raised").create_transfer(nullptr, queryCode, {}), ErrorException);
 }
 
 TEST(SourceString, HoldsLiteralsByAddressAndCopiesTheRest) {

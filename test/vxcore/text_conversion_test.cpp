@@ -59,8 +59,8 @@ TEST(TextConversion, DoublesAreReadWholeAndToTheLimits) {
              {"+1.5", 1.5},
              {"-.5e3", -500.0},
              {"5.", 5.0},
-             {"1.7976931348623157e308", 0x1.fffffffffffffp1023},
              {"4.9e-324", 0x1p-1074},
+             {"1.7976931348623157e308", 0x1.fffffffffffffp1023},
              {"0." + zeros + "1", 0.0},
              {"1e-99999999999999999999", 0.0},
              {"0e99999999999999999999", 0.0},
@@ -90,7 +90,7 @@ TEST(TextConversion, FailuresWithoutASlotAreRaised) {
     std::string const shown(255, 'x'); // at most 256 bytes are shown, and no half character
     vxtest::expect_error([&] { to_double(shown + "\xC3\xA9", nullptr); },
                          vxcore::error::vxcore_conversion,
-                         ("Cannot convert '" + shown + "' to double").c_str());
+                         ("Cannot convert '" + shown + "' to double"));
     EXPECT_EQ(vxcore::text_size(0xFFFFFFFFull), 0xFFFFFFFFu);
     EXPECT_THROW(vxcore::text_size(0x100000000ull), std::length_error);
 }
