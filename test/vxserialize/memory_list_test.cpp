@@ -51,11 +51,9 @@ TEST(MemoryList, AgreesWithPlainStrings) {
             models[a] += piece;
             break;
         case 3:
-            lists[a]->append(*lists[b], position, size);
-            models[a] += models[b].substr(position, size);
-            break;
         case 4:
-            lists[a]->append_defragmented(*lists[b], position, size);
+            step % 2 == 0 ? lists[a]->append(*lists[b], position, size)
+                          : lists[a]->append_defragmented(*lists[b], position, size);
             models[a] += models[b].substr(position, size);
             break;
         default:
@@ -84,19 +82,6 @@ TEST(MemoryList, WritesInPlaceExactlyWhenNobodyElseUsesTheBlock) {
     EXPECT_THROW(clone->segment_write_iterator()->get_inplace_write_ptr(7), std::out_of_range);
 }
 
-TEST(MemoryList, AddsBehindTheLastSegmentOnlyWhereNobodyElseCan) {
-    OwnListPtr list = MemoryList::create(64);
-    list->append("ab", 2);
-    list->append("cd", 2);
-    list->append_defragmented(*list);
-    EXPECT_EQ(list->segment_read_iterator()->size(), 8u);
-    OwnListPtr const clone = list->shallow_clone();
-    list->append("e", 1);
-    clone->append("f", 1);
-    EXPECT_EQ(bytes_of(list), "abcdabcde");
-    EXPECT_EQ(bytes_of(clone), "abcdabcdf");
-}
-
 TEST(MemoryList, CursorReadsAcrossSegments) {
     ListPtr const list = list_of("abcdefgh", 3);
     MemoryListCursor cursor = list->reader(2);
@@ -118,15 +103,13 @@ TEST(MemoryList, BoundsAndSizesDoNotWrap) {
     EXPECT_TRUE(list->sublist(3)->empty());
     EXPECT_THROW((void)list->sublist(4), std::out_of_range);
     EXPECT_THROW(list->append(*list, 4), std::out_of_range);
-    char c = 'x';
-
     OwnListPtr const large = MemoryList::create(std::string(1 << 20, 'x').data(), 1 << 20);
     for (int i = 0; i < 11; ++i) {
         large->append(*large); // 2 GiB of one shared block
     }
     EXPECT_THROW(large->append(*large), std::length_error);
     large->append(*large, 1);
-    EXPECT_THROW(large->append(&c, 1), std::length_error);
+    EXPECT_THROW(large->append("x", 1), std::length_error);
     EXPECT_THROW(large->append_defragmented(*list), std::length_error);
     EXPECT_EQ(large->size(), 0xFFFFFFFFu);
 }
