@@ -1,13 +1,107 @@
-// The rule under test: the table keeps copies, and the first entry of a name stays.
+// The rules under test: the table keeps the first entry of a name, and a second copy of the library
+// in one process says so and stops the process, unless the environment asks to go on; the copy that
+// goes takes the entry with it.
 
 #include "vxmoduleregistry/module_registry.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <dlfcn.h>
 
 namespace {
 
 using namespace vxmoduleregistry;
 
+void * load(char const * path) {
+    return dlopen(path, RTLD_NOW | RTLD_LOCAL);
+}
+
+class ModuleCopies : public testing::Test {
+  protected:
+    /// Loads the first copy; the cases load the second in a child process.
+    void SetUp() override {
+        unsetenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES");
+        first = load(VX_LIBRARY);
+        ASSERT_NE(first, nullptr) << dlerror();
+        ASSERT_TRUE(query_module_info("vxattribute", &info));
+    }
+
+    void TearDown() override { dlclose(first); }
+
+    /// Both copies were built at once and say the same.
+    std::string report() const {
+        return "ModuleRegistry: Module vxattribute is already loaded into this process!\n"
+               "This is typically caused by a version or debug/release mismatch between libraries "
+               "referenced by this process.\n"
+               "Data of module that was already registered:\n" +
+               info.text + "\nData of new module that conflicts:\n" + info.text +
+               "\n\nAborting...\n";
+    }
+
+    void * first = nullptr;
+    ModuleInfo info;
+};
+
+using ModuleCopiesDeathTest = ModuleCopies;
+
+TEST_F(ModuleCopies, TheInformationIsXmlInTheAgreedOrder) {
+    EXPECT_THAT(info.text,
+                testing::MatchesRegex(
+                    "<ModuleInfo name=\"vxattribute\" type=\"dll\" tool=\"[a-z]+[0-9]+\" "
+                    "build=\"release\" arch=\"x86\">\n"
+                    "  <FileInfo>\n"
+                    "    <Item name=\"CompanyName\">[^<]+</Item>\n"
+                    "    <Item name=\"FileVersion\">[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+</Item>\n"
+                    "    <Item name=\"InternalName\">vxattribute</Item>\n"
+                    "    <Item name=\"OriginalFilename\">vxattribute-w32r-18-1.dll</Item>\n"
+                    "    <Item name=\"LegalCopyright\">[^<]+</Item>\n"
+                    "    <Item name=\"ZEMOBuildMachine\">[^<]+</Item>\n"
+                    "    <Item name=\"ZEMOBuildName\">[^<]+</Item>\n"
+                    "    <Item name=\"ZEMOBuildChangelist\">[0-9]+</Item>\n"
+                    "    <Item name=\"ZEMOBuildNum\">[0-9]+</Item>\n"
+                    "    <Item name=\"ZEMOBuildTimestamp\">"
+                    "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}</Item>\n"
+                    "    <Item name=\"ZEMOGCCBuildId\">[0-9A-F]{32}</Item>\n"
+                    "  </FileInfo>\n"
+                    "</ModuleInfo>\n"));
+}
+
+TEST_F(ModuleCopies, AnUnloadedModuleMayComeAgain) {
+    dlclose(first);
+    ModuleInfo none;
+    EXPECT_FALSE(query_module_info("vxattribute", &none));
+    first = load(VX_LIBRARY);
+    EXPECT_TRUE(query_module_info("vxattribute", &none));
+}
+
+TEST_F(ModuleCopiesDeathTest, TheFirstIsSilent) {
+    dlclose(first);
+    EXPECT_EXIT(std::_Exit(load(VX_LIBRARY) != nullptr ? 0 : 1), testing::ExitedWithCode(0),
+                testing::Eq(""));
+    first = load(VX_LIBRARY);
+}
+
+TEST_F(ModuleCopiesDeathTest, TheSecondStopsTheProcess) {
+    EXPECT_EXIT(load(VX_COPY), testing::KilledBySignal(SIGABRT), testing::Eq(report()));
+}
+
+/// The exit code is 0 when the entry goes with the second copy.
+[[noreturn]] void load_and_unload_second() {
+    setenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES", "", 1);
+    void * const second = load(VX_COPY);
+    ModuleInfo info;
+    bool const wasThere = second != nullptr && query_module_info("vxattribute", &info);
+    dlclose(second);
+    std::_Exit(wasThere && !query_module_info("vxattribute", &info) ? 0 : 1);
+}
+
+TEST_F(ModuleCopiesDeathTest, TheEnvironmentLetsTheSecondRun) {
+    EXPECT_EXIT(load_and_unload_second(), testing::ExitedWithCode(0), testing::Eq(report()));
+}
+
+/// The table keeps copies, and the first entry of a name stays.
 TEST(ModuleRegistry, KeepsCopiesOfTheFirstEntry) {
     char name[] = "some module";
     char text[] = "<first/>";
