@@ -5,25 +5,11 @@
 #include "vxattribute/vxattribute.h"
 #include "vxcore/error_codes.h"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 namespace {
 
 using namespace vxattribute;
-
-TEST(AttributeName, OneTokenPerText) {
-    AttributeName const a("a");
-    EXPECT_EQ(a, AttributeName("a", 1));
-    EXPECT_EQ(a.key().key_value(), AttributeName(std::string("a")).key().key_value());
-    EXPECT_NE(a, AttributeName("b"));
-    AttributeName cleared("x");
-    cleared.clear();
-    for (AttributeName const & empty : {AttributeName(), cleared, AttributeName("")}) {
-        EXPECT_TRUE(empty.empty() && empty.size() == 0);
-    }
-}
 
 TEST(AttributeName, StaticInstancesCompareAndRaiseAfterTheirEnd) {
     vxcore::StaticInstance<AttributeName> instance("port");
@@ -42,15 +28,6 @@ TEST(AttributeName, StaticInstancesCompareAndRaiseAfterTheirEnd) {
                          "A static object was used after its end");
     EXPECT_THROW(AttributeName{instance}, vxcore::ErrorException);
     EXPECT_EQ(copy, name);
-}
-
-TEST(AttributeName, UnknownTextsAreNotInterned) {
-    AttributeName name("kept");
-    EXPECT_FALSE(AttributeName::find_interned("a name that nobody has made", name));
-    EXPECT_EQ(name.value(), "kept");
-    AttributeName const known("known");
-    EXPECT_TRUE(AttributeName::find_interned("known", name));
-    EXPECT_EQ(name, known);
 }
 
 TEST(Attribute, OrdersByNameThenByValue) {

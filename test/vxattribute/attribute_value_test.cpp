@@ -4,11 +4,7 @@
 
 #include "vxattribute/samples.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <limits>
-#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -22,9 +18,6 @@ TEST(AttributeValue, NullIsAStateOfItsOwn) {
     EXPECT_EQ(null, AttributeValue(ValueTypeId::typeNull));
     EXPECT_TRUE(null.is_null() && null.empty());
     EXPECT_EQ(null.hash(), 0u);
-    std::ostringstream text;
-    null.write_trace(text, defaultTraceFormatter, 0);
-    EXPECT_EQ(text.str(), "[Null]");
     EXPECT_EQ(null.subrange(0, 0), null);
     EXPECT_THROW(null.subrange(1), std::out_of_range);
     EXPECT_THROW(null.subrange(0, 1), std::out_of_range);
@@ -86,10 +79,9 @@ TEST(AttributeValue, SetReplacesTypeAndElements) {
     EXPECT_EQ(value, AttributeValue(ValueTypeId::typeString));
     value.set_null();
     EXPECT_TRUE(value.is_null());
-    AttributeValue a("moved");
-    AttributeValue const b(a.transfer());
-    EXPECT_TRUE(a.is_null());
-    EXPECT_EQ(b, AttributeValue("moved"));
+    AttributeValue source("moved");
+    EXPECT_EQ(AttributeValue(source.transfer()), AttributeValue("moved"));
+    EXPECT_TRUE(source.is_null());
 }
 
 TEST(AttributeValue, SubrangesNeverWrap) {
@@ -111,30 +103,18 @@ TEST(AttributeValue, SubrangesNeverWrap) {
 }
 
 TEST(AttributeValue, OrderIsByTypeNumberThenByElements) {
-    AttributeValue const ordered[] = {
-        AttributeValue(),
-        AttributeValue(ValueTypeId::typeBoolean),
-        AttributeValue(false),
-        AttributeValue(true),
-        AttributeValue(-1),
-        make_list<long long>({-1, 5}),
-        AttributeValue(0),
-        AttributeValue("a"),
-        AttributeValue("ab"),
-        AttributeValue(-1000.0),
-        AttributeValue(make_map({})),
-    };
+    AttributeValue const empty(ValueTypeId::typeBoolean), list = make_list<long long>({-1, 5});
+    AttributeValue const ordered[] = {{},  empty, false,   true,          -1, list, 0,
+                                      "a", "ab",  -1000.0, AttributeMap()};
     for (std::size_t i = 0; i < std::size(ordered); ++i) {
         for (std::size_t j = 0; j < std::size(ordered); ++j) {
             int const order = ordered[i].compare(ordered[j]);
-            EXPECT_EQ(order < 0, i < j) << i << ' ' << j;
-            EXPECT_EQ(order == 0, i == j);
+            EXPECT_TRUE(i < j ? order < 0 : i == j ? order == 0 : order > 0) << i << ' ' << j;
         }
     }
     EXPECT_EQ(AttributeValue().compare(AttributeValue(make_map({}))), -12);
     double const nan = std::numeric_limits<double>::quiet_NaN();
-    AttributeValue const value(nan);
-    AttributeValue const copy = value;
+    AttributeValue const value(nan), copy = value;
     EXPECT_EQ(value.compare(copy), 0);
     EXPECT_NE(value, copy);
 }

@@ -30,35 +30,29 @@ TEST_P(CopyOnWrite, NeitherCopySeesTheOthersChange) {
     }
 }
 
-using Change = void (*)(AttributeValue &, AttributeValue const & argument);
+constexpr int waysToWrite = 7;
 
 /// Every way to write a value of any type. The argument is of the same type.
-Change const changes[] = {
-    [](AttributeValue & value, AttributeValue const & argument) { value = argument; },
-    [](AttributeValue & value, AttributeValue const &) { value.clear(); },
-    [](AttributeValue & value, AttributeValue const &) { value.set("another type, and long"); },
-    [](AttributeValue & value, AttributeValue const & argument) {
-        visit_elements(argument, [&value]<typename T>(std::span<T const> elements) {
-            value.set(elements[0]);
-        });
-    },
-    [](AttributeValue & value, AttributeValue const & argument) {
-        visit_elements(argument, [&value]<typename T>(std::span<T const> elements) {
-            value.multivalue_writer<T>().push_back(elements[0]);
-        });
-    },
-    [](AttributeValue & value, AttributeValue const & argument) {
-        visit_elements(argument, [&value]<typename T>(std::span<T const> elements) {
-            value.multivalue_writer<T>().reserve(10);
-            (void)elements;
-        });
-    },
-    [](AttributeValue & value, AttributeValue const & argument) {
-        visit_elements(argument, [&value]<typename T>(std::span<T const> elements) {
+void write(int way, AttributeValue & value, AttributeValue const & argument) {
+    visit_elements(argument, [&]<typename T>(std::span<T const> elements) {
+        switch (way) {
+        case 0:
+            return void(value = argument);
+        case 1:
+            return value.clear();
+        case 2:
+            return void(value.set("another type, and long"));
+        case 3:
+            return void(value.set(elements[0]));
+        case 4:
+            return void(value.multivalue_writer<T>().push_back(elements[0]));
+        case 5:
+            return void(value.multivalue_writer<T>().reserve(10));
+        default:
             value.multivalue_writer<T>().assign(elements.data(), elements.data() + elements.size());
-        });
-    },
-};
+        }
+    });
+}
 
 /// Samples with an element to use as an argument.
 class CopyOnWriteArguments : public CopyOnWrite {};
@@ -66,18 +60,15 @@ class CopyOnWriteArguments : public CopyOnWrite {};
 TEST_P(CopyOnWriteArguments, FailedChangesLeaveBothAsTheyWere) {
     // A thread of its own starts without spent blocks, so that every allocation can fail.
     std::thread([] {
-        for (Change const change : changes) {
+        for (int way = 0; way < waysToWrite; ++way) {
             for (bool const isShared : {true, false}) {
                 AttributeValue value = deep_copy(GetParam().value);
-                AttributeValue const sharer = isShared ? value : AttributeValue();
-                AttributeValue const before = deep_copy(value);
-                AttributeValue const argument = deep_copy(GetParam().value);
-                vxtest::fail_each_allocation([&] { change(value, argument); },
-                                             [&] {
-                                                 ASSERT_EQ(value, before);
-                                                 ASSERT_TRUE(!isShared || sharer == before);
-                                             });
-                EXPECT_EQ(isShared ? sharer : before, before);
+                AttributeValue const before = deep_copy(value), argument = deep_copy(value);
+                AttributeValue const sharer = isShared ? value : before;
+                vxtest::fail_each_allocation(
+                    [&] { write(way, value, argument); },
+                    [&] { ASSERT_TRUE(value == before && sharer == before); });
+                EXPECT_EQ(sharer, before);
             }
         }
     }).join();
@@ -86,9 +77,8 @@ TEST_P(CopyOnWriteArguments, FailedChangesLeaveBothAsTheyWere) {
 TEST_P(CopyOnWriteArguments, ArgumentsMayLiveInTheValueItself) {
     for (bool const isShared : {true, false}) {
         for (unsigned int index = 0; index < GetParam().value.size(); ++index) {
-            AttributeValue appended = deep_copy(GetParam().value);
-            AttributeValue set = deep_copy(appended);
-            AttributeValue assigned = deep_copy(appended);
+            AttributeValue appended = deep_copy(GetParam().value), set = deep_copy(appended),
+                           assigned = deep_copy(appended);
             AttributeValue const sharers[] = {isShared ? appended : AttributeValue(),
                                               isShared ? set : AttributeValue(),
                                               isShared ? assigned : AttributeValue()};
@@ -123,17 +113,21 @@ INSTANTIATE_TEST_SUITE_P(AllTypes, CopyOnWriteArguments, testing::ValuesIn(sampl
                          name_of);
 
 TEST(CopyOnWriteThreads, CopiesLiveInSeparateThreads) {
-    AttributeValue const shared = make_list<std::string>({"a", "b", std::string(50, 'c')});
-    auto const work = [value = shared](int seed) mutable {
+    AttributeValue const sharedList = make_list<std::string>({"a", "b", std::string(50, 'c')});
+    AttributeMap const sharedMap = make_map({{"a", 1000}, {"b", make_map({{"c", "text"}})}});
+    vxtest::in_four_threads([list = sharedList, map = sharedMap](int seed) {
         for (int i = 0; i < 2000; ++i) {
-            AttributeValue copy = value;
-            copy.multivalue_writer<std::string>().push_back(std::to_string(seed));
-            ASSERT_EQ(copy.size(), 4u);
-            ASSERT_EQ(value.at<std::string>(1), "b");
+            AttributeValue listCopy = list;
+            listCopy.multivalue_writer<std::string>().push_back(std::to_string(seed));
+            ASSERT_EQ(listCopy.size(), 4u);
+            ASSERT_EQ(list.at<std::string>(1), "b");
+            MutableAttributeMap mapCopy = map;
+            mapCopy.add("c", seed * 1000).erase("b");
+            ASSERT_TRUE(mapCopy.size() == 2 && map.exists("b"));
         }
-    };
-    vxtest::in_four_threads(work);
-    EXPECT_EQ(shared.size(), 3u);
+    });
+    EXPECT_EQ(sharedList.size(), 3u);
+    EXPECT_EQ(sharedMap, make_map({{"b", make_map({{"c", "text"}})}, {"a", 1000}}));
 }
 
 } // namespace

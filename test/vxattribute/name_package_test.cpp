@@ -11,6 +11,7 @@
 namespace {
 
 using namespace vxattribute;
+using vxtest::expect_error;
 using Package = AttributeNamePackage;
 using PackageSet = AttributeNamePackageSet;
 using Names = std::vector<AttributeName>;
@@ -31,10 +32,10 @@ std::string script_of(T const & pointer) {
 
 template <typename Pointer>
 Pointer read_script(std::string const & script) {
-    vxtest::ScriptedReader reader(vxtest::operations(script));
+    vxtest::ScriptedReader reader(script);
     Pointer pointer;
     reader >> pointer;
-    EXPECT_TRUE(reader.rest().empty());
+    EXPECT_EQ(reader.rest(), 0u);
     return pointer;
 }
 
@@ -64,7 +65,6 @@ TEST(NamePackage, IdsAndOrderComeFromTheBytesAlone) {
         auto const package = Package::create(row.names);
         EXPECT_EQ(package->id().as_string(1), row.id);
         EXPECT_EQ(texts(*package), row.sorted);
-        EXPECT_EQ(package->size(), row.sorted.size());
         EXPECT_EQ(package->empty(), row.sorted.empty());
     }
 }
@@ -77,21 +77,14 @@ TEST(NamePackage, FindsEveryNameAndNoOther) {
     auto const package = Package::create(names);
     for (AttributeName const & name : names) {
         AttributeName const * const found = package->find(name);
-        ASSERT_NE(found, package->end());
-        EXPECT_EQ(*found, name);
-        EXPECT_EQ(&package->at(static_cast<unsigned int>(found - package->begin())), found);
+        ASSERT_TRUE(found != package->end() && package->count(name) == 1);
+        EXPECT_EQ(package->at(static_cast<unsigned int>(found - package->begin())), name);
     }
     for (char const * absent : {"", "name", "name 1000"}) {
-        EXPECT_EQ(package->find(absent), package->end());
-        EXPECT_EQ(package->count(absent), 0u);
+        EXPECT_TRUE(package->find(absent) == package->end() && package->count(absent) == 0)
+            << absent;
     }
-    EXPECT_EQ(package->count("name 7"), 1u);
-    try {
-        (void)package->at(1000);
-        ADD_FAILURE() << "nothing was raised";
-    } catch (std::out_of_range const & e) {
-        EXPECT_STREQ(e.what(), "vxattribute::AttributeNamePackage");
-    }
+    EXPECT_THROW((void)package->at(1000), std::out_of_range);
     EXPECT_EQ(Package::create(Names())->find("x"), Package::create(Names())->end());
 }
 
@@ -120,10 +113,7 @@ TEST(NamePackage, StreamForm) {
     EXPECT_EQ(script_of(Package::Ptr()), "null");
     EXPECT_EQ(script_of(Package::create(Names())), form(emptyId, "list 0; "));
 
-    auto const copy = read_script<Package::Ptr>(alphaBeta);
-    EXPECT_EQ(copy->id(), package->id());
-    EXPECT_EQ(texts(*copy), texts(*package));
-    EXPECT_EQ(copy->count("beta"), 1u);
+    EXPECT_EQ(texts(*read_script<Package::Ptr>(alphaBeta)), texts(*package));
     EXPECT_EQ(read_script<Package::Ptr>("null"), nullptr);
     std::string const falseCount = form(abcId, "list 4000000000; key abc; ");
     EXPECT_EQ(read_script<Package::Ptr>(falseCount)->size(), 1u);
@@ -151,12 +141,12 @@ TEST(NamePackage, WhatIsNoPackageIsRefusedAndTheTargetKept) {
     };
 
     Names const twins = {"a", "b", "a"};
-    vxtest::expect_error([&] { Package::create(twins); }, twice, duplicate.c_str());
+    expect_error([&] { Package::create(twins); }, twice, duplicate);
     auto const kept = Package::create(Names{"kept"});
     for (auto const & row : rows) {
-        vxtest::ScriptedReader reader(vxtest::operations(row.script));
+        vxtest::ScriptedReader reader(row.script);
         auto target = kept;
-        vxtest::expect_error([&] { reader >> target; }, row.code, row.text.c_str());
+        expect_error([&] { reader >> target; }, row.code, row.text);
         EXPECT_EQ(target, kept);
     }
 }
@@ -178,25 +168,19 @@ TEST(NamePackageSet, HoldsEachIdOnceInOrder) {
     auto const alphaBeta = Package::create(Names{"alpha", "beta"});
     auto const set = PackageSet::Composer(alphaBeta).add(abc).add(PackageSet::Ptr()).compose();
     auto const twin = Package::create(Names{"abc"});
-    PackageSet::Ptr const sets[] = {
-        set,
-        set->create_union(set),
-        set->create_union(twin),
-        set->create_union(Package::Ptr()),
-        set->create_union(PackageSet::Ptr()),
-        PackageSet::create(abc)->create_union(set),
-        PackageSet::create()->create_union(alphaBeta)->create_union(abc),
-        PackageSet::Composer(set).add(twin).compose(),
-        read_script<PackageSet::Ptr>(script_of(set)),
-    };
-    for (auto const & each : sets) {
+    for (PackageSet::Ptr const & each :
+         {set, set->create_union(set), set->create_union(twin), set->create_union(Package::Ptr()),
+          set->create_union(PackageSet::Ptr()), PackageSet::create(abc)->create_union(set),
+          PackageSet::create()->create_union(alphaBeta)->create_union(abc),
+          PackageSet::Composer(set).add(twin).compose(),
+          read_script<PackageSet::Ptr>(script_of(set))}) {
         ASSERT_EQ(each->size(), 2u);
         EXPECT_EQ(each->begin()[0]->id().as_string(1), abcId);
         EXPECT_EQ(each->begin()[1]->id().as_string(1), alphaBetaId);
         EXPECT_EQ(each->find(alphaBeta->id()), each->begin() + 1);
         EXPECT_EQ(each->find("beta"), each->begin() + 1);
-        EXPECT_EQ(each->find("other"), each->end());
-        EXPECT_EQ(each->find(vxcore::Uuid()), each->end());
+        EXPECT_TRUE(each->find("other") == each->end() &&
+                    each->find(vxcore::Uuid()) == each->end());
     }
     for (auto const & empty : {PackageSet::create(), PackageSet::create(Package::Ptr()),
                                PackageSet::Composer(Package::Ptr()).compose()}) {
@@ -212,7 +196,7 @@ TEST(NamePackageSet, StreamForm) {
     EXPECT_EQ(script_of(set), script);
     EXPECT_EQ(script_of(PackageSet::Ptr()), "null");
     EXPECT_EQ(read_script<PackageSet::Ptr>("null"), nullptr);
-    vxtest::ScriptedReader reader(vxtest::operations(script));
+    vxtest::ScriptedReader reader(script);
     EXPECT_EQ(PackageSet::create(abc)->create_union(reader)->size(), 2u);
 }
 

@@ -5,14 +5,7 @@
 #include "support/expect_error.h"
 #include "support/grouping_locale.h"
 
-#include "vxattribute/error_codes.h"
-#include "vxattribute/make_value.h"
-#include "vxattribute/query.h"
-#include "vxattribute/to_text.h"
-#include "vxattribute/trace_level.h"
-#include "vxattribute/unknown_names.h"
-
-#include <gtest/gtest.h>
+#include "vxattribute/vxattribute.h"
 
 #include <stdexcept>
 
@@ -22,14 +15,6 @@ using namespace vxattribute;
 using vxtest::expect_error;
 
 AttributeMap const config = make_map({{"b", 8080}, {"a", make_list<long long>({1, 2})}});
-
-bool accept(Query::MatchContext const &) {
-    return true;
-}
-
-bool reject(Query::MatchContext const &) {
-    return false;
-}
 
 TEST(Query, TakesTheFirstOfItsNamesThatIsThere) {
     EXPECT_EQ(Query({"b", "a"}).execute(config, nullptr), Attribute("b", 8080));
@@ -42,39 +27,40 @@ TEST(Query, TakesTheFirstOfItsNamesThatIsThere) {
 }
 
 TEST(Query, SaysWhatIsWrongWithTheCount) {
-    AttributeMap const one = make_map({{"a", make_list<long long>({1, 2})}});
-    expect_error(
-        [&] {
-            Query({"x", "y", "z"}, 1).execute(one, nullptr);
-        },
-        error::vxattribute_query_notFound,
-        "No values configured under \"x\" or \"y\" or \"z\" in "
-        "\n 'a' => [Integer: {1, 2}]");
-    expect_error([&] { Query("a").scalar(true).execute(one, nullptr); },
-                 error::vxattribute_query_tooMany,
-                 "More than 1 values configured under a in \n 'a' => [Integer: {1, 2}]");
-    expect_error([&] { Query("a", 3, 1).execute(one, nullptr); }, error::vxattribute_query_tooMany,
-                 "More than 1 values configured under a in \n 'a' => [Integer: {1, 2}]");
-    expect_error(
-        [] {
-            Query("e").required(true).execute(
-                make_map({{"e", AttributeValue(ValueTypeId::typeString)}}), nullptr);
-        },
-        error::vxattribute_query_tooFew,
-        "Fewer than 1 values configured under e in \n 'e' => [String: {}]");
     std::vector<long long> const numbers(65536);
-    AttributeMap const many = make_map({{"m", make_list(std::span(numbers))}});
+    AttributeMap const two = make_map({{"a", make_list<long long>({1, 2})}});
+    AttributeMap const none = make_map({{"e", AttributeValue(ValueTypeId::typeString)}});
+
+    struct {
+        Query query;
+        AttributeMap const & map;
+        vxcore::ErrorCode const & code;
+        char const * text;
+    } const rows[] = {
+        {Query({"x", "y", "z"}, 1), two, error::vxattribute_query_notFound,
+         "No values configured under \"x\" or \"y\" or \"z\" in \n 'a' => [Integer: {1, 2}]"},
+        {Query("a").scalar(true), two, error::vxattribute_query_tooMany,
+         "More than 1 values configured under a in \n 'a' => [Integer: {1, 2}]"},
+        {Query("a", 3, 1), two, error::vxattribute_query_tooMany,
+         "More than 1 values configured under a in \n 'a' => [Integer: {1, 2}]"},
+        {Query("e").required(true), none, error::vxattribute_query_tooFew,
+         "Fewer than 1 values configured under e in \n 'e' => [String: {}]"}};
+
+    for (auto const & row : rows) {
+        expect_error([&] { row.query.execute(row.map, nullptr); }, row.code, row.text);
+    }
     vxcore::ErrorInfo::Ptr error;
-    Query("m").execute(many, &error);
+    Query("m").execute(make_map({{"m", make_list(std::span(numbers))}}), &error);
     ASSERT_TRUE(error);
     EXPECT_EQ(*error->params().find_value("maximum"), "65535");
 }
 
 TEST(Query, StoresTheFailureOrRaisesIt) {
+    auto const reject = [](Query::MatchContext const &) { return false; };
     vxcore::ErrorInfo::Ptr error;
     EXPECT_EQ(Query("b").execute(config, &error).name(), "b");
     EXPECT_FALSE(error);
-    EXPECT_EQ(Query("x", 1).execute(config, accept, &error), Attribute());
+    EXPECT_EQ(Query("x", 1).execute(config, reject, &error), Attribute());
     ASSERT_TRUE(error);
     EXPECT_EQ(Query::bad_attribute_name(error), "\"x\"");
     EXPECT_EQ(Query("b").execute(config, reject, &error), Attribute());
@@ -100,10 +86,9 @@ TEST(Query, AsksTheMatcherOnlyAboutWhatIsThere) {
 }
 
 TEST(Query, WrapsTheFailureOfAMatcherOnce) {
-    AttributeMap const map = make_map({{"n", 300}});
-    auto const run = [&](auto matcher) {
+    auto const run = [](auto matcher) {
         vxcore::ErrorInfo::Ptr error;
-        Query("n").execute(map, matcher, &error);
+        Query("n").execute(make_map({{"n", 300}}), matcher, &error);
         return error;
     };
     auto error = run([](auto const &) -> bool { throw std::runtime_error("no good"); });
@@ -126,6 +111,7 @@ TEST(Query, WrapsTheFailureOfAMatcherOnce) {
 TEST(Query, CostsNoMemoryWhenAnswered) {
     Query const query = Query("x").alternate("b").required(true).scalar(true);
     AttributeMap const map = make_map({{"b", "a text that is shared"}});
+    auto const accept = [](Query::MatchContext const &) { return true; };
     EXPECT_EQ(vxtest::count_allocations([&] { query.execute(map, accept, nullptr); }), 0u);
 }
 
@@ -144,63 +130,47 @@ TEST(UnknownNames, AreThoseThatNoQueryAsksFor) {
     EXPECT_EQ(unknown_names(map, queries), (std::vector<AttributeName>{"Host", "prot"}));
 }
 
-struct LevelCase {
-    AttributeValue value;
-    bool isGood;
-    signed char level; // what the target holds afterwards; it was 7 before
-};
+/// Expects a level of 7 to become the given one, and gives the failure.
+vxcore::ErrorInfo::Ptr read_level(AttributeValue const & value, int expected) {
+    char level = 7;
+    vxcore::ErrorInfo::Ptr error;
+    Query("level").execute(make_map({{"level", value}}), TraceLevel(level), &error);
+    EXPECT_EQ(static_cast<signed char>(level), expected) << to_text(value);
+    EXPECT_TRUE(!error || error->code() == error::vxattribute_query_badValue);
+    return error;
+}
+
+/// A row of a text and of the level that it leaves.
+vxcore::ErrorInfo::Ptr read_level(std::string const & row) {
+    std::size_t const mark = row.find('=');
+    return read_level(row.substr(0, mark), std::stoi(row.substr(mark + 1)));
+}
 
 TEST(TraceLevel, ReadsNamesAndNumbers) {
-    LevelCase const cases[] = {
-        {"NEVER", true, -1},
-        {"status", true, 41},
-        {"Note", true, 61},
-        {"vErBoSe", true, 81},
-        {"ALWAYS", true, 100},
-        {"100", true, 100},
-        {"101", false, 101},
-        {"128", false, 7},
-        {"-1", true, -1},
-        {"-2", false, -2},
-        {"-128", false, -128},
-        {"+5", true, 5},
-        {"-0", true, 0},
-        {"", false, 7},
-        {"-", false, 7},
-        {"--5", false, 7},
-        {" 5", false, 7},
-        {"18446744073709551617", false, 7},
-        {81, true, 81},
-        {300, false, 7},
-        {-1, true, -1},
-        {-129, false, 7},
-        {true, false, 7},
-        {AttributeValue(), false, 7},
-        {AttributeValue(ValueTypeId::typeInteger), true, 0},
-        {AttributeValue(ValueTypeId::typeString), false, 7},
-    };
-    for (LevelCase const & c : cases) {
-        char level = 7;
-        vxcore::ErrorInfo::Ptr error;
-        Query("level").execute(make_map({{"level", c.value}}), TraceLevel(level), &error);
-        EXPECT_EQ(!error, c.isGood) << to_text(c.value);
-        EXPECT_EQ(static_cast<signed char>(level), c.level) << to_text(c.value);
+    for (char const * row : {"NEVER=-1", "status=41", "Note=61", "vErBoSe=81", "ALWAYS=100",
+                             "100=100", "-1=-1", "+5=5", "-0=0"}) {
+        EXPECT_FALSE(read_level(row)) << row;
+    }
+    EXPECT_FALSE(read_level(81, 81) || read_level(-1, -1));
+    EXPECT_FALSE(read_level(AttributeValue(ValueTypeId::typeInteger), 0));
+    // What fits into a `char` is stored before its range is looked at.
+    for (char const * row : {"101=101", "-2=-2", "-128=-128", "128=7", "=7", "-=7", " 5=7",
+                             "18446744073709551617=7"}) {
+        EXPECT_TRUE(read_level(row)) << row;
+    }
+    for (AttributeValue const & value :
+         {AttributeValue(-129), AttributeValue(true), AttributeValue(),
+          AttributeValue(ValueTypeId::typeString)}) {
+        EXPECT_TRUE(read_level(value, 7)) << to_text(value);
     }
 }
 
 TEST(TraceLevel, SaysWhatItCannotRead) {
-    auto const nested_text = [](AttributeValue const & value) {
-        char level = 0;
-        vxcore::ErrorInfo::Ptr error;
-        Query("level").execute(make_map({{"level", value}}), TraceLevel(level), &error);
-        EXPECT_EQ(error->code(), error::vxattribute_query_badValue);
-        return error->nested()->text();
-    };
-    EXPECT_EQ(nested_text(make_list<std::string>({"NOTE", "NOTE"})),
+    EXPECT_EQ(read_level(make_list<std::string>({"NOTE", "NOTE"}), 7)->nested()->text(),
               "Multi-valued trace level attributes are NOT currently supported.");
-    EXPECT_EQ(nested_text("--5"), "Cannot convert '-5' to unsigned long long");
-    EXPECT_EQ(nested_text("-129"), "Cannot convert '-129' to char");
-    EXPECT_EQ(nested_text(300), "Value 300 does not fit into char");
+    EXPECT_EQ(read_level("--5=7")->nested()->text(), "Cannot convert '-5' to unsigned long long");
+    EXPECT_EQ(read_level("-129=7")->nested()->text(), "Cannot convert '-129' to char");
+    EXPECT_EQ(read_level(300, 7)->nested()->text(), "Value 300 does not fit into char");
 }
 
 } // namespace

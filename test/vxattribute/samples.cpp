@@ -1,5 +1,6 @@
 #include "vxattribute/samples.h"
 
+#include "vxcore/error_composer.h"
 #include "vxserialize/memory_list.h"
 
 namespace vxtest {
@@ -22,8 +23,7 @@ void add(std::vector<Sample> & samples, char const * name, T const & a, T const 
 }
 
 impl::ErrorInfoPtr error(char const * message) {
-    return vxcore::ErrorInfo::create(error::vxattribute_query, vxcore::SourceString(message, true),
-                                     vxcore::ErrorParams(), vxcore::SourceLocation());
+    return vxcore::ErrorComposer(message).create(error::vxattribute_query, {});
 }
 
 SerializedValue payload(char const * type, std::string const & bytes) {
@@ -47,9 +47,7 @@ std::vector<Sample> samples() {
     add<double>(all, "Double", 1.5, -0.0);
     add<std::string>(all, "ShortString", "short", "");
     add<std::string>(all, "String", std::string(100, 'x'), std::string("a\0b", 3));
-    vxcore::Uuid uuid;
-    vxcore::Uuid::parse("00112233-4455-6677-8899-aabbccddeeff", uuid);
-    add<vxcore::Uuid>(all, "Uuid", uuid, vxcore::Uuid());
+    add<vxcore::Uuid>(all, "Uuid", vxcore::Uuid({1, 0x80}), vxcore::Uuid());
     add<vxuri::UriReference>(all, "Uri", vxuri::UriReference::parse("http://a/b?c#d"),
                              vxuri::UriReference::parse("e"));
     add<vxcore::AbsoluteTime>(all, "AbsoluteTime", vxcore::AbsoluteTime(123'456'789'012),
@@ -71,8 +69,8 @@ std::vector<Sample> samples() {
 AttributeValue deep_copy(AttributeValue const & value) {
     AttributeValue copy(value.type());
     visit_elements(value, [&copy]<typename T>(std::span<T const> elements) {
+        std::vector<AttributeMap> maps;
         if constexpr (std::is_same_v<T, AttributeMap>) {
-            std::vector<AttributeMap> maps;
             for (AttributeMap const & map : elements) {
                 MutableAttributeMap fresh;
                 for (auto const & [name, element] : map) {
@@ -80,14 +78,11 @@ AttributeValue deep_copy(AttributeValue const & value) {
                 }
                 maps.push_back(fresh);
             }
-            copy = make_list(std::span<T const>(maps));
-        } else if (elements.size() <= 1) {
-            impl::ValueHolder holder(impl::ValueFactory<T>::create_value(
-                elements.data(), elements.data() + elements.size()));
-            copy.swap_impl(holder);
-        } else {
-            copy = make_list(elements);
+            elements = maps;
         }
+        impl::ValueHolder holder(impl::ValueFactory<T>::create_value(
+            elements.data(), elements.data() + elements.size()));
+        copy.swap_impl(holder);
     });
     return copy;
 }

@@ -9,29 +9,22 @@
 
 namespace vxtest {
 
-/// The operations of "uint 12; list 3".
-inline std::vector<std::string> operations(std::string const & script) {
-    std::vector<std::string> result;
-    for (std::size_t at = 0, end = 0; end != script.npos; at = end + 2) {
-        end = script.find("; ", at);
-        result.push_back(script.substr(at, end - at));
-    }
-    return result;
-}
-
-/// Plays a script of operations, such as "uint 12" or "list 3", to a reader's user, with the counts
-/// of lists as they stand.
+/// Plays a script of operations, such as "uint 12; list 3", to a reader's user, with the counts of
+/// lists as they stand.
 ///
 /// Lists end only when `has_next()` says so, and a list that is left earlier stays open: that is
 /// how a form with a stack of open lists behaves, and what the count of one is about.
 class ScriptedReader final : public vxserialize::Reader {
   public:
-    explicit ScriptedReader(std::vector<std::string> script) : m_script(std::move(script)) {}
-
-    /// The operations not yet consumed.
-    std::vector<std::string> rest() const {
-        return {&m_script[0] + m_at, &m_script[0] + m_script.size()};
+    explicit ScriptedReader(std::string const & script) {
+        for (std::size_t at = 0, end = 0; end != script.npos; at = end + 2) {
+            end = script.find("; ", at);
+            m_script.push_back(script.substr(at, end - at));
+        }
     }
+
+    /// Operations not yet consumed.
+    std::size_t rest() const { return m_script.size() - m_at; }
 
     vxserialize::EElementKind next_type() override {
         static std::pair<char const *, vxserialize::EElementKind> const kinds[] = {

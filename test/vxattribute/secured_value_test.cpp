@@ -9,8 +9,6 @@
 #include "vxcrypto/random_provider.h"
 #include "vxcrypto/vectors.h"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 namespace {
@@ -21,7 +19,7 @@ using vxtest::bytes_of;
 using vxtest::expect_error;
 using vxtest::list_of;
 
-SecuredValue::ICipher const & cipher(char const * id) {
+SecuredValue::ICipher const & cipher(std::string const & id) {
     return *SecuredValue::default_cipher_provider().find_cipher(id);
 }
 
@@ -35,18 +33,21 @@ Key key_of_size(unsigned int size) {
 
 SecuredValue::KeyId const keyId("category", vxcore::Uuid());
 
+template <typename Secret>
+SecuredValue seal(Secret const & secret, Key const & key, std::string const & id = "EAX_AES128") {
+    return SecuredValue(secret, "note", keyId, key, cipher(id));
+}
+
 /// Gives out bytes that are known before.
-class FixedRandom final : public vxcrypto::IRandomProvider {
-  public:
-    explicit FixedRandom(std::string bytes) : m_bytes(std::move(bytes)) {}
+struct FixedRandom final : vxcrypto::IRandomProvider {
+    explicit FixedRandom(std::string const & text) : bytes(text) {}
 
     void generate_random(void * buffer, unsigned int size) override {
-        ASSERT_EQ(size, m_bytes.size());
-        m_bytes.copy(static_cast<char *>(buffer), size);
+        ASSERT_EQ(size, bytes.size());
+        bytes.copy(static_cast<char *>(buffer), size);
     }
 
-  private:
-    std::string m_bytes;
+    std::string bytes;
 };
 
 /// A value of these parts, as it may come from anybody.
@@ -63,12 +64,10 @@ SecuredValue value_of(std::string const & annotation, std::string const & cipher
 }
 
 TEST(SecuredValueCipher, GivesThePublishedResults) {
-    int used = 0;
     for (auto const & v : vxtest::read_vectors("eax.txt")) {
         if (v[0].size() == 24) {
             continue; // no cipher takes such a key
         }
-        ++used;
         auto const & eax = cipher(v[0].size() == 16 ? "EAX_AES128" : "EAX_AES256");
         FixedRandom random(v[1]);
         std::string const expected = v[1] + v[4] + v[5];
@@ -81,31 +80,23 @@ TEST(SecuredValueCipher, GivesThePublishedResults) {
             EXPECT_EQ(bytes_of(sealed), expected);
         }
     }
-    EXPECT_GE(used, 6);
-}
-
-/// True when the value neither passes the check nor opens.
-bool is_refused(SecuredValue const & value, Key const & key) {
-    SecuredValue::ErrorPtr error;
-    return !value.authenticate(key) && value.extract(key, &error).is_null() &&
-           error->code() == error::vxattribute_value_secured_authentication;
 }
 
 TEST(SecuredValue, EveryChangedBitIsRefused) {
     Key const key = key_of_size(16);
-    FixedRandom random("sixteen byte non");
     for (unsigned int size = 0; size <= 100; ++size) {
-        SecuredValue const good(std::string(size, 'm'), "note", keyId, key,
-                                SecuredValue::default_cipher(), random);
+        SecuredValue const good = seal(std::string(size, 'm'), key);
         ASSERT_TRUE(good.authenticate(key));
-        std::string const sealed = bytes_of(good.ciphertext());
-        std::string const parts = good.annotation() + sealed;
+        std::string parts = good.annotation() + bytes_of(good.ciphertext());
         for (std::size_t bit = 0; bit < 8 * parts.size(); ++bit) {
-            std::string changed = parts;
-            changed[bit / 8] = static_cast<char>(changed[bit / 8] ^ 1 << bit % 8);
-            ASSERT_TRUE(is_refused(
-                value_of(changed.substr(0, 4), good.cipher_id(), changed.substr(4)), key))
-                << size << ' ' << bit;
+            char & byte = parts[bit / 8];
+            byte = static_cast<char>(byte ^ 1 << bit % 8);
+            SecuredValue const bad = value_of(parts.substr(0, 4), "EAX_AES128", parts.substr(4));
+            SecuredValue::ErrorPtr error;
+            ASSERT_FALSE(bad.authenticate(key)) << size << ' ' << bit;
+            ASSERT_TRUE(bad.extract(key, &error).is_null()) << size << ' ' << bit;
+            ASSERT_EQ(error->code(), error::vxattribute_value_secured_authentication);
+            byte = static_cast<char>(byte ^ 1 << bit % 8);
         }
     }
 }
@@ -116,8 +107,7 @@ TEST(SecuredValue, OpensToWhatWasSealed) {
         for (AttributeValue const & value :
              {AttributeValue(), AttributeValue(5), AttributeValue(std::string(100'000, 'x')),
               AttributeValue(make_map({{"a", make_list<double>({1, 2})}}))}) {
-            SecuredValue const sealed(value, "note", keyId, key, cipher(id));
-            SecuredValue const copy = sealed;
+            SecuredValue const sealed = seal(value, key, id), copy = sealed;
             std::string const before = bytes_of(sealed.ciphertext());
             EXPECT_TRUE(sealed.authenticate(key, SecuredValue::strict_cipher_provider()));
             EXPECT_EQ(sealed.extract(key, nullptr), value);
@@ -125,148 +115,134 @@ TEST(SecuredValue, OpensToWhatWasSealed) {
             vxserialize::MemoryWriter writer;
             write_attribute_value(writer, value);
             EXPECT_EQ(before.size(), writer.size() + 32u);
-            // Each sealing has a nonce of its own.
-            SecuredValue const again(value, "note", keyId, key, cipher(id));
+            SecuredValue const again = seal(value, key, id); // with a nonce of its own
             EXPECT_FALSE(again == sealed);
             EXPECT_NE(again.hash(), sealed.hash());
         }
     }
 }
 
-TEST(SecuredValue, KeysAndBinariesAreOneForm) {
-    Key const key = key_of_size(16);
-    Key const wrapped = key_of("wrapped");
-    SecuredValue const fromKey(wrapped, "", keyId, key, SecuredValue::default_cipher());
-    EXPECT_TRUE(fromKey.extract_binary_as_key(key, nullptr).equal(wrapped));
-    BinaryValue const binary(wrapped.data(), wrapped.size());
-    EXPECT_EQ(fromKey.extract(key, nullptr), AttributeValue(binary));
-    SecuredValue const fromValue(AttributeValue(binary), "", keyId, key,
-                                 SecuredValue::default_cipher());
-    EXPECT_TRUE(fromValue.extract_binary_as_key(key, nullptr).equal(wrapped));
-}
-
 TEST(SecuredValue, OnlyOneBinaryIsAKey) {
-    char const * const notScalar = "Only scalar binary attributes can be read as Key";
-    std::string const typed = "Only Binary attribute values can be read as Key.  TypeFound=";
-    Key const key = key_of_size(16);
-    auto const check = [&](AttributeValue const & value, std::string const & text) {
-        SecuredValue const sealed(value, "", keyId, key, SecuredValue::default_cipher());
+    Key const key = key_of_size(16), wrapped = key_of("wrapped");
+    AttributeValue const binary = BinaryValue(wrapped.data(), wrapped.size());
+    for (SecuredValue const & sealed : {seal(wrapped, key), seal(binary, key)}) {
+        EXPECT_TRUE(sealed.extract_binary_as_key(key, nullptr).equal(wrapped));
+        EXPECT_EQ(sealed.extract(key, nullptr), binary);
+    }
+    for (AttributeValue const & value :
+         {AttributeValue(ValueTypeId::typeBinary),
+          make_list<BinaryValue>({BinaryValue(1), BinaryValue(2)}), AttributeValue(),
+          AttributeValue(true), AttributeValue(1), AttributeValue(1.5), AttributeValue("text"),
+          AttributeValue(vxcore::Uuid()), AttributeValue(vxcore::AbsoluteTime(1)),
+          AttributeValue(vxcore::RelativeTime(1)), AttributeValue(AttributeMap()),
+          make_list<bool>({true, false})}) {
+        bool const isBinary = value.type() == ValueTypeId::typeBinary;
+        std::string const text =
+            isBinary ? "Only scalar binary attributes can be read as Key"
+                     : "Only Binary attribute values can be read as Key.  TypeFound=" +
+                           value.type().name();
+        SecuredValue const sealed = seal(value, key);
         SecuredValue::ErrorPtr error;
-        // The failure is reported and raised.
         auto const raised =
             expect_error([&] { sealed.extract_binary_as_key(key, &error); },
-                         text == notScalar ? error::vxattribute_value_cardinality_expectSingle
-                                           : error::vxattribute_value_type_mismatch,
-                         text.c_str());
-        EXPECT_EQ(error, raised);
+                         isBinary ? error::vxattribute_value_cardinality_expectSingle
+                                  : error::vxattribute_value_type_mismatch,
+                         text);
+        EXPECT_EQ(error, raised) << "reported and raised";
         EXPECT_EQ(sealed.extract(key, nullptr), value);
-    };
-    check(AttributeValue(ValueTypeId::typeBinary), notScalar);
-    check(make_list<BinaryValue>({BinaryValue(1), BinaryValue(2)}), notScalar);
-    for (AttributeValue const & value :
-         {AttributeValue(), AttributeValue(true), AttributeValue(1), AttributeValue(1.5),
-          AttributeValue("text"), AttributeValue(vxcore::Uuid()),
-          AttributeValue(vxcore::AbsoluteTime(1)), AttributeValue(vxcore::RelativeTime(1)),
-          AttributeValue(AttributeMap()), make_list<bool>({true, false})}) {
-        check(value, typed + value.type().name());
     }
 }
 
 TEST(SecuredValue, SaysWhyItDoesNotOpen) {
-    Key const key = key_of_size(16);
-    SecuredValue const sealed("secret", "note", keyId, key, SecuredValue::default_cipher());
+    using namespace error;
+    Key const key = key_of_size(16), shorter = key_of_size(15), wrong = key_of("a wrong key, 16B");
+    SecuredValue const sealed = seal("secret", key);
     std::string const bytes = bytes_of(sealed.ciphertext());
-    auto const expect_all = [](SecuredValue const & value, Key const & with,
-                               vxcore::ErrorCode const & code, char const * text) {
-        expect_error([&] { value.extract(with, nullptr); }, code, text);
-        SecuredValue::ErrorPtr error;
-        EXPECT_TRUE(value.extract(with, &error).is_null());
-        EXPECT_EQ(error->text(), text);
-        if (code != error::vxattribute_value_secured_authentication) {
-            expect_error([&] { value.authenticate(with); }, code, text);
-        }
-    };
-    expect_all(sealed, key_of("a wrong key, 16B"), error::vxattribute_value_secured_authentication,
-               "Ciphertext fails authentication with provided key.  Cipher=EAX_AES128");
-    expect_all(sealed, key_of_size(15), error::vxattribute_value_secured_keysize,
-               "Size of key provided does not match cipher.  "
-               "Cipher=EAX_AES128, Expexted=16, Provided=15");
-    expect_all(value_of("note", "EAX_AES128", bytes.substr(0, 31)), key,
-               error::vxattribute_value_secured_ciphertext,
-               "Ciphertext size not valid for cipher.  Cipher=EAX_AES128");
-    expect_all(value_of("note", "EAX_AES192", bytes), key,
-               error::vxattribute_value_secured_cipher_unknown,
-               "Unknown/unsupported cipher: EAX_AES192");
-    expect_all(SecuredValue(), key, error::vxattribute_value_secured_cipher_unknown,
-               "Unknown/unsupported cipher: ");
-    // A key is only reported when the cipher is not known.
+
+    struct {
+        SecuredValue value;
+        Key const & key;
+        vxcore::ErrorCode const & code;
+        char const * text;
+    } const rows[] = {
+        {sealed, wrong, vxattribute_value_secured_authentication,
+         "Ciphertext fails authentication with provided key.  Cipher=EAX_AES128"},
+        {sealed, shorter, vxattribute_value_secured_keysize,
+         "Size of key provided does not match cipher.  Cipher=EAX_AES128, Expexted=16, "
+         "Provided=15"},
+        {value_of("note", "EAX_AES128", bytes.substr(0, 31)), key,
+         vxattribute_value_secured_ciphertext,
+         "Ciphertext size not valid for cipher.  Cipher=EAX_AES128"},
+        {value_of("note", "EAX_AES192", bytes), key, vxattribute_value_secured_cipher_unknown,
+         "Unknown/unsupported cipher: EAX_AES192"},
+        {{}, key, vxattribute_value_secured_cipher_unknown, "Unknown/unsupported cipher: "}};
+
     SecuredValue::ErrorPtr error;
+    for (auto const & row : rows) {
+        expect_error([&] { row.value.extract(row.key, nullptr); }, row.code, row.text);
+        EXPECT_TRUE(row.value.extract(row.key, &error).is_null());
+        EXPECT_EQ(error->text(), row.text);
+        if (&row.key != &wrong) {
+            expect_error([&] { row.value.authenticate(row.key); }, row.code, row.text);
+        }
+    }
+    // A key is only reported when the cipher is not known.
     EXPECT_TRUE(SecuredValue().extract_binary_as_key(key, &error).empty());
-    EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
+    EXPECT_EQ(error->code(), vxattribute_value_secured_cipher_unknown);
 }
 
 TEST(SecuredValue, NoOtherCipherIdIsAWayIn) {
-    char const * const ids[] = {"EAX_AES128", "EAX_AES256", "NULL"};
-    for (char const * sealedWith : ids) {
+    std::string const ids[] = {"EAX_AES128", "EAX_AES256", "NULL"};
+    SecuredValue::ErrorPtr error;
+    for (std::string const & sealedWith : ids) {
         Key const key = key_of_size(cipher(sealedWith).keysize());
-        SecuredValue const sealed(7, "note", keyId, key, cipher(sealedWith));
+        SecuredValue const sealed = seal(7, key, sealedWith);
         EXPECT_EQ(sealed.extract(key, nullptr), AttributeValue(7));
-        for (char const * id : ids) {
+        for (std::string const & id : ids) {
             SecuredValue const renamed = value_of("note", id, bytes_of(sealed.ciphertext()));
-            for (unsigned int size : {0u, 16u, 32u}) {
-                if (size == 0 && std::string(id) == "NULL") {
-                    continue; // who has no key says that anything will do
-                }
-                SecuredValue::ErrorPtr error;
-                AttributeValue const opened = renamed.extract(key_of_size(size), &error);
-                bool const mayOpen = std::string(id) == sealedWith && size == key.size();
-                EXPECT_EQ(opened.is_null(), !mayOpen) << sealedWith << ' ' << id << ' ' << size;
+            // Who has no key says that anything will do.
+            for (unsigned int size = id == "NULL" ? 16 : 0; size <= 32; size += 16) {
+                bool const mayOpen = id == sealedWith && size == key.size();
+                EXPECT_EQ(renamed.extract(key_of_size(size), &error).is_null(), !mayOpen)
+                    << sealedWith << ' ' << id << ' ' << size;
             }
         }
     }
-    SecuredValue::ErrorPtr error;
     value_of("", "NULL", "x").extract(Key(), SecuredValue::strict_cipher_provider(), &error);
     EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
 }
 
 TEST(SecuredValue, AFailedSetLeavesTheOldValue) {
     Key const key = key_of_size(16);
-    SecuredValue value(1, "note", keyId, key, SecuredValue::default_cipher());
+    SecuredValue value = seal(1, key);
     SecuredValue const before = value;
-    EXPECT_GT(
-        vxtest::fail_each_allocation(
-            [&] { value.set(2, std::string(40, 'a'), keyId, key, SecuredValue::default_cipher()); },
-            [&] { ASSERT_EQ(value, before); }),
-        3u);
+    std::string const note(40, 'a');
+    EXPECT_GT(vxtest::fail_each_allocation(
+                  [&] { value.set(2, note, keyId, key, SecuredValue::default_cipher()); },
+                  [&] { ASSERT_EQ(value, before); }),
+              3u);
     EXPECT_EQ(value.extract(key, nullptr), AttributeValue(2));
 }
 
 TEST(SecuredValue, NoKeyStaysInMemory) {
-    std::string const secret = "a key to be kept: it fills more than a segment of a memory list "
-                               "and so lies in two or more of them, which is what large ones do."
-                               "0123456789 0123456789 0123456789 0123456789 0123456789 0123456789 "
-                               "0123456789 0123456789 0123456789 0123456789 0123456789 0123456789 ";
+    std::string const secret = "sixteen to watch" + std::string(246, 'k'); // two segments of a list
     for (std::size_t size : {16u, 250u, 262u}) {
         for (char const * id : {"EAX_AES128", "NULL"}) {
             Key const key = key_of_size(cipher(id).keysize());
             Key const wrapped = key_of(secret.substr(0, size));
             SecuredValue value;
-            vxtest::watch_freed_memory(secret.data(), 16);
-            vxtest::fail_each_allocation(
-                [&] { value = SecuredValue(wrapped, "", keyId, key, cipher(id)); }, [] {});
             Key opened;
+            vxtest::watch_freed_memory(secret.data(), 16);
+            vxtest::fail_each_allocation([&] { value = seal(wrapped, key, id); }, [] {});
             vxtest::fail_each_allocation(
                 [&] { opened = value.extract_binary_as_key(key, nullptr); }, [] {});
             EXPECT_TRUE(opened.equal(wrapped));
             opened = Key();
             EXPECT_EQ(vxtest::freed_with_bytes(), 0u) << id << ' ' << size;
             EXPECT_TRUE(value.extract_binary_as_key(key, nullptr).equal(wrapped)); // still intact
-            vxtest::watch_freed_memory(nullptr, 0);
         }
     }
-    // The watch works: an ordinary string leaves its bytes behind.
-    vxtest::watch_freed_memory(secret.data(), 16);
-    delete new std::string(secret);
+    delete new std::string(secret); // the watch works: an ordinary string leaves its bytes behind
     EXPECT_NE(vxtest::freed_with_bytes(), 0u);
     vxtest::watch_freed_memory(nullptr, 0);
 }
@@ -289,8 +265,7 @@ TEST(SecuredValue, ComparesByAllItsParts) {
     vxserialize::MemoryReader reader = writer.reader();
     EXPECT_EQ(SecuredValue(reader), SecuredValue());
     using KeyId = SecuredValue::KeyId;
-    vxcore::Uuid uuid;
-    ASSERT_TRUE(vxcore::Uuid::parse("00112233-4455-6677-8899-aabbccddeeff", uuid));
+    vxcore::Uuid const uuid({1});
     EXPECT_LT(KeyId("z", vxcore::Uuid()), KeyId("a", uuid));
     EXPECT_LT(KeyId("a", uuid), KeyId("b", uuid));
     EXPECT_EQ(value_of("\x80", "\x01", "\xff").hash(), 0xE0E1B4D6u);
@@ -298,9 +273,8 @@ TEST(SecuredValue, ComparesByAllItsParts) {
 
 TEST(SecuredValue, ShowsItsFrameOnly) {
     std::ostringstream stream;
-    SecuredValue const sealed("secret", std::string(300, 'n'), keyId, key_of_size(16),
-                              SecuredValue::default_cipher());
-    stream << sealed;
+    stream << SecuredValue("secret", std::string(300, 'n'), keyId, key_of_size(16),
+                           SecuredValue::default_cipher());
     EXPECT_EQ(stream.str(), "<\"" + std::string(256, 'n') +
                                 "\"...(+44) (cipher=EAX_AES128, "
                                 "keyid='category':00000000-0000-0000-0000-000000000000, "

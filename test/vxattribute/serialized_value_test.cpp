@@ -1,47 +1,36 @@
 // The rule under test: payloads are shared, forms without a type name clear it, and order, equality
 // and hash treat values without payload as told.
 
+#include "support/streams.h"
+
 #include "vxattribute/memory_list_order.h"
 #include "vxattribute/vxattribute.h"
-#include "vxserialize/memory_reader.h"
-#include "vxserialize/memory_writer.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
 using namespace vxattribute;
+using impl::compare_memory_lists;
+using impl::hash_memory_list;
 using impl::MemoryListPtr;
-
-/// A list of the text, in segments of `piece` bytes.
-MemoryListPtr list(std::string const & text, unsigned int piece = 100) {
-    auto const result = vxserialize::MemoryList::create();
-    for (std::size_t i = 0; i < text.size(); i += piece) {
-        std::string const part = text.substr(i, piece);
-        result->append(
-            *vxserialize::MemoryList::create(part.data(), static_cast<unsigned>(part.size())));
-    }
-    return result;
-}
+using vxtest::list_of;
 
 TEST(MemoryListOrder, GoesByContentAndNotBySegments) {
     for (unsigned int piece : {1u, 2u, 3u, 100u}) {
-        EXPECT_EQ(impl::compare_memory_lists(list("abcde"), list("abcde", piece)), 0);
-        EXPECT_EQ(impl::hash_memory_list(list("abcde")),
-                  impl::hash_memory_list(list("abcde", piece)));
-        EXPECT_EQ(impl::compare_memory_lists(list("abcd\x80"), list("abcd\x7f", piece)), 1);
-        EXPECT_EQ(impl::compare_memory_lists(list("abc", piece), list("abcd")), -1);
+        EXPECT_EQ(compare_memory_lists(list_of("abcde"), list_of("abcde", piece)), 0);
+        EXPECT_EQ(hash_memory_list(list_of("abcde")), hash_memory_list(list_of("abcde", piece)));
+        EXPECT_EQ(compare_memory_lists(list_of("abcd\x80"), list_of("abcd\x7f", piece)), 1);
+        EXPECT_EQ(compare_memory_lists(list_of("abc", piece), list_of("abcd")), -1);
     }
-    EXPECT_EQ(impl::compare_memory_lists(nullptr, list("")), 0);
-    EXPECT_EQ(impl::compare_memory_lists(nullptr, list("a")), -1);
-    EXPECT_EQ(impl::compare_memory_lists(list("a"), nullptr), 1);
-    EXPECT_EQ(impl::hash_memory_list(nullptr), 0u);
-    EXPECT_EQ(impl::hash_memory_list(list("\x80")), 0xffffff80u);
+    EXPECT_EQ(compare_memory_lists(nullptr, list_of("")), 0);
+    EXPECT_EQ(compare_memory_lists(nullptr, list_of("a")), -1);
+    EXPECT_EQ(compare_memory_lists(list_of("a"), nullptr), 1);
+    EXPECT_EQ(hash_memory_list(nullptr), 0u);
+    EXPECT_EQ(hash_memory_list(list_of("\x80")), 0xffffff80u);
 }
 
 TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
-    SerializedValue value("x", list("abc"));
-    value.set(list("other"));
+    SerializedValue value("x", list_of("abc"));
+    value.set(list_of("other"));
     EXPECT_EQ(value.type(), "");
     EXPECT_EQ(value.size(), 5u);
     vxserialize::MemoryWriter writer;
@@ -60,23 +49,24 @@ TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
 }
 
 TEST(SerializedValue, ValuesWithoutPayloadCompareAlike) {
-    SerializedValue const null("a", MemoryListPtr()), empty("b", list("")), full("", list("x"));
+    SerializedValue const null("a", MemoryListPtr()), empty("b", list_of("")),
+        full("", list_of("x"));
     EXPECT_TRUE(null.empty() && empty.empty());
     EXPECT_EQ(null.compare(empty), 0);
     EXPECT_FALSE(null == empty);
-    EXPECT_TRUE(null == SerializedValue("a", list("")));
+    EXPECT_TRUE(null == SerializedValue("a", list_of("")));
     EXPECT_EQ(null.compare(full), -1);
     EXPECT_EQ(full.compare(empty), 1);
     EXPECT_EQ(null.hash(), 0u);
     EXPECT_EQ(SerializedValue().memory_reader().next_type(), vxserialize::eElement_None);
-    EXPECT_LT(SerializedValue("a", list("x")).compare(SerializedValue("b", list("x"))), 0);
-    EXPECT_EQ(SerializedValue("a", list("xyz", 1)), SerializedValue("a", list("xyz")));
+    EXPECT_LT(SerializedValue("a", list_of("x")).compare(SerializedValue("b", list_of("x"))), 0);
+    EXPECT_EQ(SerializedValue("a", list_of("xyz", 1)), SerializedValue("a", list_of("xyz")));
 }
 
 TEST(SerializedValue, HashMixesPayloadAndTypeNameAndFollowsMoves) {
     // 'x' is 120 and 'a' is 97: 120 ^ (97 + (120 << 6) + (120 >> 2) + 0x9E3779B9)
-    EXPECT_EQ(SerializedValue("a", list("x")).hash(), 0x9e379840u);
-    SerializedValue value("type", list("payload"));
+    EXPECT_EQ(SerializedValue("a", list_of("x")).hash(), 0x9e379840u);
+    SerializedValue value("type", list_of("payload"));
     unsigned int const hash = value.hash();
     EXPECT_NE(hash, 0u);
     SerializedValue const copy = value;
@@ -84,7 +74,7 @@ TEST(SerializedValue, HashMixesPayloadAndTypeNameAndFollowsMoves) {
     EXPECT_EQ(value.hash(), 0u);
     EXPECT_EQ(moved.hash(), hash);
     EXPECT_EQ(copy.hash(), hash);
-    value.set("type", list("payloae"));
+    value.set("type", list_of("payloae"));
     EXPECT_NE(value.hash(), hash);
     value.clear();
     EXPECT_EQ(value.type(), "");

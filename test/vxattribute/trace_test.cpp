@@ -2,6 +2,7 @@
 
 #include "vxattribute/trace_formatter.h"
 #include "vxattribute/vxattribute.h"
+#include "vxcore/error_composer.h"
 #include "vxserialize/memory_list.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <iomanip>
 #include <limits>
 #include <sstream>
+#include <stdexcept>
 
 namespace {
 
@@ -42,12 +44,10 @@ void expect_rendered(std::initializer_list<Row> rows,
 }
 
 TEST(Trace, EveryTypeHasItsForm) {
-    vxcore::Uuid uuid;
-    ASSERT_TRUE(vxcore::Uuid::parse("00112233-4455-6677-8899-aabbccddeeff", uuid));
     using vxuri::UriReference;
     double const infinity = std::numeric_limits<double>::infinity();
-    impl::ErrorInfoPtr const error = vxcore::ErrorInfo::create(
-        error::vxattribute_query, SourceString("\none\r\n\n{@n}", true), {}, {});
+    impl::ErrorInfoPtr const error =
+        vxcore::ErrorComposer("\none\r\n\n{@n}").create(error::vxattribute_query, {});
     expect_rendered({
         {{}, "[Null]"},
         {make_list<bool>({true, false}), "[Boolean: {true, false}]"},
@@ -56,7 +56,7 @@ TEST(Trace, EveryTypeHasItsForm) {
         {make_list<double>({1.5, -0.0, 1e100, 1234567, 0.1 + 0.2, 100, -infinity}),
          "[Double: {1.5, -0, 1e+100, 1.23457e+06, 0.3, 100, -inf}]"},
         {strings({"a \"b\"\t", "", "\r"}), "[String: {\"a \"b\"\t\", \"\", \"\r\"}]"},
-        {uuid, "[UUID: {00112233-4455-6677-8899-aabbccddeeff}]"},
+        {vxcore::Uuid({1}), "[UUID: {01000000-0000-0000-0000-000000000000}]"},
         {make_list<UriReference>(
              {UriReference(), UriReference::parse(""), UriReference::parse("http://a/b#c")}),
          "[URI: {<undefined>, , http://a/b#c}]"},
@@ -74,8 +74,7 @@ TEST(Trace, EveryTypeHasItsForm) {
 TEST(Trace, FramesAndTypeNamesCanBeLeftOut) {
     TraceFormatter::ListParams list = defaultTraceFormatter.list_default();
     TraceFormatter const bare = Composer().list_default(list.show_for_scalar(false)).compose();
-    AttributeValue const two = make_list<long long>({1, 2});
-    AttributeValue const none(ValueTypeId::typeInteger);
+    AttributeValue const two = make_list<long long>({1, 2}), none(ValueTypeId::typeInteger);
     expect_rendered({{5, "[Integer: 5]"}, {two, "[Integer: {1, 2}]"}, {none, "[Integer: {}]"}},
                     bare);
     expect_rendered({{5, "5"}, {two, "{1, 2}"}, {{}, "[Null]"}},
@@ -86,12 +85,12 @@ TEST(Trace, LongListsAreCutInsideTheirFrame) {
     AttributeValue const three = make_list<long long>({1, 2, 3});
     expect_rendered({{three, "[Integer: {1, 2...(+1)}]"}},
                     Composer().max_multivalue_count(2).compose());
-    std::string all;
+    std::string all = "-1234567";
     for (int i = 0; i < 1000; ++i) {
-        all += "-1234567, ";
+        all += ", -1234567";
     }
     std::vector<long long> const many(1001, -1234567);
-    expect_rendered({{make_list(std::span(many)), "[Integer: {" + all + "-1234567}]"}},
+    expect_rendered({{make_list(std::span(many)), "[Integer: {" + all + "}]"}},
                     Composer().max_multivalue_count(~0u).compose());
     expect_rendered({{three, "[Integer: {...(+3)}]"},
                      {AttributeValue(ValueTypeId::typeInteger), "[Integer: {}]"},
@@ -177,8 +176,7 @@ TEST(Trace, TheFormWithAPrefixStartsInnerLinesWithIt) {
               "   }]\n> }]");
     EXPECT_EQ(rendered(nested, ""),
               "'m' => [AttributeMap:  {x' => [String:  {  \"a\"  \"b\" }] }]");
-    AttributeName const a("a");
-    AttributeName const b("b");
+    AttributeName const a("a"), b("b");
     EXPECT_EQ(rendered(make_map({{a, 1}, {b, 1}}), "-"),
               a < b ? "-'a' => [Integer: {1}] ; -'b' => [Integer: {1}]"
                     : "-'b' => [Integer: {1}] ; -'a' => [Integer: {1}]");
@@ -188,20 +186,19 @@ TEST(TraceStream, ElementsFollowTheStreamAndCountsDoNot) {
     std::vector<long long> const many(2000);
     AttributeValue const doubles = make_list<double>({12345.25, 0.5});
 
-    struct Case {
+    struct {
         void (*prepare)(std::ostream &);
         std::string number;
         std::string doubles;
-    };
-
-    Case const cases[] = {
+    } const cases[] = {
         {[](auto &) {}, "12345", "12345.2, 0.5"},
         {[](auto & s) { s << std::hex << std::showbase; }, "0x3039", "12345.2, 0.5"},
         {[](auto & s) { s << std::fixed; }, "12345", "12345.250000, 0.500000"},
         {[](auto & s) { s << std::setprecision(8); }, "12345", "12345.25, 0.5"},
         {[](auto & s) { s.imbue(vxtest::grouping_locale()); }, "12.345", "12.345,2, 0,5"},
     };
-    for (Case const & row : cases) {
+
+    for (auto const & row : cases) {
         std::ostringstream stream;
         row.prepare(stream);
         make_map({{"n", 12345}}).write_trace(stream, defaultTraceFormatter, 0);
@@ -214,26 +211,22 @@ TEST(TraceStream, ElementsFollowTheStreamAndCountsDoNot) {
 }
 
 TEST(TraceStream, AWidthPadsTheFirstThingInserted) {
-    auto const padded = [](auto const & what) {
-        std::ostringstream stream;
-        stream << std::setfill('*') << std::left << std::setw(6);
-        what.write_trace(stream, defaultTraceFormatter, 0);
-        return stream.str();
-    };
-    EXPECT_EQ(padded(make_list<long long>({1, 2})), "[Integer: {1*****, 2}]");
-    EXPECT_EQ(padded(AttributeValue(true)), "[Boolean: {true**}]");
-    EXPECT_EQ(padded(make_map({{"x", 1}})), "\n 'x*****' => [Integer: {1}]");
+    std::ostringstream stream;
+    stream << std::setfill('*') << std::left << std::setw(6);
+    make_list<long long>({1, 2}).write_trace(stream, defaultTraceFormatter, 0);
+    stream << std::setw(6);
+    AttributeValue(true).write_trace(stream, defaultTraceFormatter, 0);
+    stream << std::setw(6);
+    make_map({{"x", 1}}).write_trace(stream, defaultTraceFormatter, 0);
+    EXPECT_EQ(stream.str(),
+              "[Integer: {1*****, 2}][Boolean: {true**}]\n 'x*****' => [Integer: {1}]");
 }
 
 /// Takes nine bytes and then no more.
-class SmallBuffer final : public std::streambuf {
-  public:
-    SmallBuffer() { setp(m_bytes, m_bytes + sizeof m_bytes); }
+struct SmallBuffer final : std::streambuf {
+    SmallBuffer() { setp(bytes, bytes + sizeof bytes); }
 
-    std::string text() const { return std::string(pbase(), pptr()); }
-
-  private:
-    char m_bytes[9];
+    char bytes[9] = {};
 };
 
 TEST(TraceStream, ABufferThatIsFullMakesTheStreamBad) {
@@ -242,17 +235,62 @@ TEST(TraceStream, ABufferThatIsFullMakesTheStreamBad) {
     std::ostream stream(&full);
     map.write_trace(stream, defaultTraceFormatter, 0);
     EXPECT_TRUE(stream.bad());
-    EXPECT_EQ(full.text(), "\n 'name' ");
+    EXPECT_EQ(std::string(full.bytes, 9), "\n 'name' ");
 
     SmallBuffer unused;
     std::ostream failed(&unused);
     failed.setstate(std::ios_base::failbit);
     map.write_trace(failed, defaultTraceFormatter, 0);
-    EXPECT_EQ(unused.text(), "");
+    EXPECT_EQ(unused.bytes[0], '\0');
 
     std::ostream raising(&full);
     raising.exceptions(std::ios_base::badbit);
     EXPECT_THROW(map.write_trace(raising, defaultTraceFormatter, 0), std::ios_base::failure);
+}
+
+TEST(TraceFormatter, CopiesShareTheirSettingsAndAComposerIsSpentByCompose) {
+    EXPECT_EQ(&TraceFormatter().line_prefix(), &defaultTraceFormatter.line_prefix());
+    Composer composer;
+    Composer copy = composer;
+    copy.max_string_len(9);
+    TraceFormatter const composed = composer.compose();
+    EXPECT_EQ(composed.max_string_len(), 9u);
+    EXPECT_EQ(&TraceFormatter(composed).indent(), &composed.indent());
+    EXPECT_NE(&composed.indent(), &defaultTraceFormatter.indent());
+    EXPECT_THROW(composer.show_type(true), std::logic_error);
+    EXPECT_THROW(composer.compose(), std::logic_error);
+}
+
+TEST(RenderIndented, LineFeedsBecomeNewLinesAndReturnsBeforeThemGo) {
+    TraceFormatter const formatter = Composer()
+                                         .line_prefix(SourceString("\n#", true))
+                                         .indent(SourceString("\n.", true))
+                                         .compose();
+
+    std::string const longText(5000, 'x'); // more than is gathered for one write
+
+    struct {
+        std::string text;
+        std::string setting; // what the overload for texts of the settings writes
+        std::string raw;     // what that for raw data writes
+    } const rows[] = {
+        {"return\r", "return\r", "return"},
+        {"a\r\nb\r", "a\n#\n.\n.b", "a\n#\n.\n.b"},
+        {"\r\r\n\n", "\r\n#\n.\n.\n#\n.\n.", "\r\n#\n.\n.\n#\n.\n."},
+        {longText + '\r', longText + '\r', longText},
+    };
+
+    for (auto const & [input, setting, raw] : rows) {
+        std::ostringstream stream;
+        auto const size = static_cast<unsigned int>(input.size());
+        formatter.render_indented(stream, 2, SourceString(input)) << "|";
+        formatter.render_indented(stream, 2, input.data(), size) << "|";
+        EXPECT_EQ(stream.str(), setting + "|" + raw + "|");
+    }
+    std::ostringstream stream;
+    formatter.indented(stream, 0) << "|";
+    formatter.indented(stream, 3);
+    EXPECT_EQ(stream.str(), "\n#|\n#\n.\n.\n.");
 }
 
 } // namespace

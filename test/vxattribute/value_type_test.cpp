@@ -3,6 +3,7 @@
 #include "support/expect_error.h"
 
 #include "vxattribute/vxattribute.h"
+#include "vxcore/error_composer.h"
 
 #include <cmath>
 #include <limits>
@@ -12,6 +13,7 @@ namespace {
 using namespace vxattribute;
 using impl::ValueTypeTraits;
 using impl::ValueTypeTraitsBase;
+using vxtest::expect_error;
 
 TEST(ValueTypeId, NumbersNamesAndConstantsAgree) {
     char const * const names[] = {"Null",         "Boolean",        "Integer",  "String",
@@ -30,18 +32,10 @@ TEST(ValueTypeId, NumbersNamesAndConstantsAgree) {
 
 TEST(ValueTypeId, UnknownNumbersAreRefused) {
     for (int const id : {15, -1}) {
-        std::string const text = "Unknown attribute type id.  Value=" + std::to_string(id);
-        vxtest::expect_error([&] { ValueTypeId::from_id(static_cast<ValueTypeId::EId>(id)); },
-                             error::vxattribute_value_type_unknown, text.c_str());
+        expect_error([&] { ValueTypeId::from_id(static_cast<ValueTypeId::EId>(id)); },
+                     error::vxattribute_value_type_unknown,
+                     "Unknown attribute type id.  Value=" + std::to_string(id));
     }
-}
-
-TEST(ErrorCodes, NamesFollowTheTexts) {
-    EXPECT_STREQ(error::vxattribute.name(), "error.vxattribute");
-    EXPECT_STREQ(error::vxattribute_name_decoder_packageRef_invalid.name(),
-                 "error.vxattribute.name.decoder.packageRef.invalid");
-    EXPECT_TRUE(error::vxattribute_query_tooMany.is_within(error::vxattribute_query));
-    EXPECT_FALSE(error::vxattribute_query_tooMany.is_within(error::vxattribute_map));
 }
 
 TEST(ElementRules, DoublesFollowIeee) {
@@ -67,11 +61,9 @@ TEST(ElementRules, BytesOfTextsAreSignedInHashesOnly) {
 TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
     using Traits = ValueTypeTraits<impl::ErrorInfoPtr>;
     auto const make = [] {
-        return vxcore::ErrorInfo::create(error::vxattribute_query, vxcore::SourceString("m", true),
-                                         vxcore::ErrorParams(), vxcore::SourceLocation());
+        return vxcore::ErrorComposer("m").create(error::vxattribute_query, {});
     };
-    impl::ErrorInfoPtr const a = make();
-    impl::ErrorInfoPtr const b = make();
+    impl::ErrorInfoPtr const a = make(), b = make();
     EXPECT_EQ(Traits::compare(nullptr, a), -1);
     EXPECT_EQ(Traits::compare(a, nullptr), 1);
     EXPECT_EQ(Traits::compare(a, b), 0);
@@ -79,14 +71,6 @@ TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
     EXPECT_EQ(Traits::hash(nullptr), 0u);
     EXPECT_EQ(Traits::hash(a), Traits::hash(b));
     EXPECT_FALSE(ValueTypeTraitsBase<impl::ErrorInfoPtr>::equal(a, b)) << "by address";
-}
-
-TEST(ElementRules, ArgumentsKeepZeroBytes) {
-    using Arg = ValueTypeTraits<std::string>::AssignArg;
-    EXPECT_EQ(Arg("").size, 0u);
-    std::string element;
-    ValueTypeTraits<std::string>::assign_value(&element, Arg("a\0b", 3));
-    EXPECT_EQ(element, std::string("a\0b", 3));
 }
 
 } // namespace
