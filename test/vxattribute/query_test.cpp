@@ -18,7 +18,7 @@ AttributeMap const config = make_map({{"b", 8080}, {"a", make_list<long long>({1
 
 TEST(Query, TakesTheFirstOfItsNamesThatIsThere) {
     EXPECT_EQ(Query({"b", "a"}).execute(config, nullptr), Attribute("b", 8080));
-    EXPECT_EQ(Query("none").alternate("b").execute(config, nullptr).name(), "b");
+    EXPECT_EQ(Query("b").alternate("a").execute(config, nullptr).name(), "b");
     EXPECT_EQ(Query({"a", "b"}).scalar(true).max_count(), 1);
     // An absent name and a name with null differ.
     EXPECT_EQ(Query("none").execute(config, nullptr), Attribute());
