@@ -38,7 +38,7 @@ int parse_and_run(CLI::App & app, Run const & run, int argc, char ** argv) {
 } // namespace
 
 int main(int argc, char ** argv) {
-    CLI::App app("Values in files: converts, shows, queries, compares and seals them.");
+    CLI::App app("Values in files: converts, shows, queries, compares and seals them.", "vxattr");
     app.set_version_flag("--version", "vxattr " VXATTR_VERSION);
     app.require_subcommand(1);
     app.footer(

@@ -35,6 +35,9 @@ Output::Output(std::string path, EAccess access)
         return;
     }
     if (isThere) {
+        if (::access(m_path.c_str(), W_OK) != 0) {
+            fail("cannot be written: "); // a new file beside it would need no such right
+        }
         std::error_code error;
         auto const target = std::filesystem::canonical(m_path, error);
         if (!error) {

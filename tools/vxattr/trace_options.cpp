@@ -43,7 +43,7 @@ void add_trace_options(CLI::App & command, TraceOptions & options) {
     add("--max-dump", options.maxDump, "Most bytes shown of one binary value; 0: its size alone");
     add("--dump-line", options.dumpLine, "Bytes on a line of a dump");
     command.add_option("--line-prefix", options.linePrefix, "Begins each new line");
-    command.add_option("--indent", options.indent, "Text of one level of indentation");
+    command.add_option("--indent-text", options.indent, "Text of one level of indentation");
     command.add_option("--null-error", options.nullError, "Stands for an error that is null");
 }
 

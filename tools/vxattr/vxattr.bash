@@ -7,7 +7,7 @@ _vxattr() {
     local read="--from --package --max-size --strict"
     local write="--to --indent --sorted --plain-names --wrap"
     local trace="--no-types --bare-scalars --visible --max-elements --max-string --multiline-from
-        --max-dump --dump-line --line-prefix --indent --null-error"
+        --max-dump --dump-line --line-prefix --indent-text --null-error"
     local key="--key-file --key-format --data-key --name"
     local sealing="--cipher --annotation --category --key-id"
     local options=""
