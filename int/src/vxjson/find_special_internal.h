@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -45,6 +46,30 @@ char const * find_special(char const * at, char const * limit, char quote) noexc
         ++at;
     }
     return at;
+}
+
+/// Whether any of `size` bytes needs a look. 15 bytes behind them may be read too: for short texts
+/// in a larger buffer.
+inline bool has_special(char const * at, std::size_t size) noexcept {
+#if defined(__SSE2__)
+    __m128i const quotes = _mm_set1_epi8('"');
+    __m128i const backslashes = _mm_set1_epi8('\\');
+    __m128i const controls = _mm_set1_epi8(0x1F);
+    for (std::size_t done = 0; done < size; done += 16) {
+        __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const *>(at + done));
+        __m128i special = _mm_cmpeq_epi8(bytes, quotes);
+        special = _mm_or_si128(special, _mm_cmpeq_epi8(bytes, backslashes));
+        special = _mm_or_si128(special, _mm_cmpeq_epi8(_mm_min_epu8(bytes, controls), bytes));
+        auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(special));
+        std::size_t const left = size - done;
+        if ((left < 16 ? mask & ((1u << left) - 1) : mask) != 0) {
+            return true;
+        }
+    }
+    return false;
+#else
+    return find_special<false>(at, at + size, '"') != at + size;
+#endif
 }
 
 /// The first byte from `at` on that is no blank (0x20), `limit` when there is none.

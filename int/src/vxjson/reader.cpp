@@ -5,6 +5,7 @@
 #include "vxjson/error_codes_internal.h"
 #include "vxjson/position_message_internal.h"
 #include "vxjson/reserved_words.h"
+#include "vxjson/tokenizer.h"
 
 #include <new>
 
@@ -29,8 +30,8 @@ constexpr char const * unexpected_token = "Unexpected tokenizer token: {@token}"
 Reader::Reader(ITokenizer & tokenizer) : Reader(tokenizer, Options()) {}
 
 Reader::Reader(ITokenizer & tokenizer, Options const & options)
-    : m_tokenizer(&tokenizer), m_current(new Value(*this, nullptr, Value::eType_Root, {})),
-      m_options(options) {}
+    : m_tokenizer(&tokenizer), m_known(dynamic_cast<Tokenizer *>(&tokenizer)),
+      m_current(new Value(*this, nullptr, Value::eType_Root, {})), m_options(options) {}
 
 Reader::~Reader() = default;
 
@@ -83,6 +84,16 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
 Reader::ValuePtr Reader::advance() {
     while (true) {
         EToken const token = next_token();
+        if (m_current->m_type >= Value::eType_Null) { // a scalar, whose unread text is dropped
+            if (token == eToken_CharData) {
+                continue;
+            }
+            if (token == eToken_StringEnd) {
+                consume_comma();
+                continue;
+            }
+            leave_scalar(); // the token is for what encloses it
+        }
         bool const isPunctuator = token == eToken_Punctuator;
         switch (m_current->m_type) {
         case Value::eType_Root:
@@ -125,13 +136,8 @@ Reader::ValuePtr Reader::advance() {
             }
             close_container();
             break;
-        default: // a scalar, whose unread text is dropped
-            if (token == eToken_StringEnd) {
-                consume_comma();
-            } else if (token != eToken_CharData) {
-                leave_scalar();
-                m_tokenPushedBack = true;
-            }
+        default:
+            break; // there are no others
         }
     }
 }
@@ -207,12 +213,11 @@ std::string Reader::read_name() {
 std::string Reader::read_char_data() {
     std::string text;
     while (next_token() == eToken_CharData) {
-        StringSlice slice;
-        m_tokenizer->text(slice);
-        if (slice.size() > sm_maxStringSize - text.size()) {
+        std::string_view const piece = token_text();
+        if (piece.size() > sm_maxStringSize - text.size()) {
             throw_string_size_error();
         }
-        text.append(slice.view());
+        text.append(piece);
     }
     m_tokenPushedBack = true;
     return text;
@@ -258,7 +263,7 @@ EToken Reader::next_token() {
         return m_token;
     }
     try {
-        m_token = m_tokenizer->next();
+        m_token = m_known != nullptr ? m_known->next() : m_tokenizer->next();
     } catch (...) {
         keep_tokenizer_error();
         throw;
@@ -270,9 +275,21 @@ EToken Reader::next_token() {
     return m_token;
 }
 
+/// The text of the current token.
+std::string_view Reader::token_text() {
+    if (m_known != nullptr) {
+        return m_known->m_text.view();
+    }
+    StringSlice slice;
+    return m_tokenizer->text(slice).view();
+}
+
 /// The character of the current punctuator. An empty text raises std::out_of_range, which is no
 /// failure of the reader.
 inline char Reader::punctuator() {
+    if (m_known != nullptr) {
+        return m_known->m_text.data()[0];
+    }
     StringSlice slice;
     return m_tokenizer->text(slice)[0];
 }

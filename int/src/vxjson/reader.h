@@ -10,6 +10,8 @@
 
 namespace vxjson {
 
+class Tokenizer;
+
 /// Turns tokens into values, one after the other in the order of the document. No tree is built:
 /// only the value at hand and what encloses it are kept.
 ///
@@ -111,7 +113,10 @@ class VXJSON_API Reader {
     [[noreturn]] void fail_unexpected(vxcore::SourceLocation location);
     [[noreturn]] void throw_string_size_error();
 
+    std::string_view token_text();
+
     ITokenizer * const m_tokenizer;
+    Tokenizer * const m_known; // the same when it is ours, for calls that are not virtual; or null
     EToken m_token = eToken_Unknown;
     bool m_tokenPushedBack = false; // the next token is m_token again
     bool m_currentPending = false;  // m_current is yet to be delivered

@@ -82,8 +82,7 @@ void Value::reuse(ValuePtr parent, EType type, std::string && name) noexcept {
 /// The last step of construction: takes the text of a literal or number off the tokenizer.
 void Value::read_token_value() {
     if (m_type == eType_Null || m_type == eType_Boolean || m_type == eType_Number) {
-        StringSlice slice;
-        m_data = m_reader->m_tokenizer->text(slice).view();
+        m_data = m_reader->token_text();
         m_state = eState_Loaded;
     }
 }

@@ -3,6 +3,7 @@
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
+#include "vxjson/find_special_internal.h"
 #include "vxjson/lexis_internal.h"
 #include "vxjson/number_text_internal.h"
 #include "vxjson/writer_failures_internal.h"
@@ -72,7 +73,9 @@ void TextWriter::check_value(vxcore::ErrorCode const & code, char const * functi
 /// Puts what stands between a value and the one before it.
 void TextWriter::begin_value() {
     if (m_place == ePlace_Element) {
-        put(m_isFirst ? "" : ",");
+        if (!m_isFirst) {
+            put(',');
+        }
         put_line(m_open.size());
     }
 }
@@ -99,6 +102,10 @@ void TextWriter::write_name(char const * data, unsigned int size) {
     constexpr char const * function = "vxjson::TextWriter::write_name()";
     std::string_view const name(data, size);
     check_place(m_place == ePlace_Name, vxjson_writer_unexpected_name, function);
+    if (put_short(name, true)) {
+        m_place = ePlace_NameValue;
+        return;
+    }
     check_text(name, 0, false, function);
     put(m_isFirst ? "" : ",");
     put_line(m_open.size());
@@ -108,10 +115,41 @@ void TextWriter::write_name(char const * data, unsigned int size) {
     m_place = ePlace_NameValue;
 }
 
+/// Puts a name or string, with what stands around it, when it is short, nothing in it is escaped or
+/// checked and there are no lines. False when it did nothing.
+bool TextWriter::put_short(std::string_view text, bool isName) {
+    constexpr std::size_t around = 4 + 15; // comma, quotes and colon, and what has_special() reads
+    if (text.size() + around > sm_bufferSize - m_size || m_options.indent != 0 || checks_utf8()) {
+        return false;
+    }
+    char * at = m_buffer + m_size;
+    if (!m_isFirst && m_place != ePlace_NameValue) {
+        *at++ = ',';
+    }
+    *at++ = '"';
+    if (!text.empty()) {
+        std::memcpy(at, text.data(), text.size());
+    }
+    if (impl::has_special(at, text.size())) {
+        return false; // and what was put does not count
+    }
+    at += text.size();
+    *at++ = '"';
+    if (isName) {
+        *at++ = ':';
+    }
+    m_size = static_cast<unsigned int>(at - m_buffer);
+    return true;
+}
+
 void TextWriter::write_string(char const * data, unsigned int size) {
     constexpr char const * function = "vxjson::TextWriter::write_string()";
     std::string_view const text(data, size);
     check_value(vxjson_writer_unexpected_string, function);
+    if (put_short(text, false)) {
+        end_value();
+        return;
+    }
     check_text(text, 0, false, function);
     begin_value();
     put("\"");
@@ -190,7 +228,7 @@ void TextWriter::begin_container(char bracket, char bracketDue, char const * fun
         m_open.reserve(2 * m_open.size() + 16);
     }
     begin_value();
-    put({&bracket, 1});
+    put(bracket);
     m_open.push_back(bracketDue); // there is room
     m_isFirst = true;
     m_place = bracketDue == '}' ? ePlace_Name : ePlace_Element;
@@ -203,7 +241,7 @@ void TextWriter::end_container(char bracket, EPlace place, char const * function
     if (!m_isFirst) {
         put_line(m_open.size());
     }
-    put({&bracket, 1});
+    put(bracket);
     end_value();
 }
 
@@ -221,6 +259,13 @@ void TextWriter::begin_array() {
 
 void TextWriter::end_array() {
     end_container(']', ePlace_Element, "vxjson::TextWriter::end_array()");
+}
+
+void TextWriter::put(char c) {
+    if (m_size == sm_bufferSize) {
+        flush();
+    }
+    m_buffer[m_size++] = c;
 }
 
 void TextWriter::put(std::string_view text) {

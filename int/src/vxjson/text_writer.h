@@ -134,6 +134,8 @@ class VXJSON_API TextWriter final : public Writer {
     template <bool High>
     void put_runs(std::string_view text);
 
+    bool put_short(std::string_view text, bool isName);
+    void put(char c);
     void put(std::string_view text);
     void flush();
     void send(std::string_view text);

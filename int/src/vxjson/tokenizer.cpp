@@ -15,6 +15,9 @@ namespace {
 constexpr char const * value_or_punctuator = "a value or a punctuator";
 constexpr char const * token_end = "white space, a punctuator or the end";
 
+/// Sizes of slices are 32 bits wide.
+constexpr std::ptrdiff_t max_fast_run = 1 << 30;
+
 struct Literal {
     EToken token;
     std::string_view text;
@@ -51,7 +54,43 @@ Tokenizer::Tokenizer(vxcore::IReadStream & stream, Options const & options)
 
 Tokenizer::~Tokenizer() = default;
 
+/// What most tokens are (strings without escapes, and what starts them, in memory), without a look
+/// at all that may happen elsewhere.
 EToken Tokenizer::next() {
+    if (m_mode == eMode_String && !m_failed && !m_options.validate_utf8) {
+        char const * const start = m_cursor;
+        char const * const end = find_special<false>(start, m_limit, m_quote);
+        if (end != m_limit && end - start < max_fast_run) {
+            if (end != start) {
+                m_cursor = end;
+                return give(eToken_CharData, start, end);
+            }
+            if (*end == m_quote) {
+                m_mode = eMode_Between;
+                m_cursor = end + 1;
+                return give(eToken_StringEnd, end, end);
+            }
+        }
+    } else if (m_mode == eMode_Between && !m_failed && m_cursor != m_limit) {
+        char const * const at = m_cursor;
+        switch (*at) {
+        case '"':
+            m_quote = '"';
+            m_mode = eMode_String;
+            m_cursor = at + 1;
+            return give(eToken_StringBegin, at, at);
+        case ',':
+        case ':':
+            m_cursor = at + 1;
+            return give(eToken_Punctuator, at, at + 1);
+        default:
+            break;
+        }
+    }
+    return next_slow();
+}
+
+EToken Tokenizer::next_slow() {
     if (m_failed) {
         return eToken_Error;
     }

@@ -62,10 +62,13 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     void position(SourcePosition & out) override;
 
   private:
+    friend class Reader; // takes the text of tokens without a virtual call
+
     enum EMode : unsigned char { eMode_Start, eMode_Between, eMode_String, eMode_Name, eMode_End };
 
     static constexpr unsigned int sm_scratchSize = 512;
 
+    EToken next_slow();
     EToken scan_start();
     EToken scan_token();
     EToken scan_punctuator();
