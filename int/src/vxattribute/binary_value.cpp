@@ -61,10 +61,12 @@ void BinaryValue::set(unsigned char const * data, unsigned int size) {
     if (size != m_size) {
         // A block also for no bytes: only a value that was never given bytes has none.
         auto * const block = static_cast<unsigned char *>(::operator new(std::max(size, 1u)));
+        copy_bytes(block, data, size); // first: the bytes may be some of this value's own
         ::operator delete(std::exchange(m_data, block));
         m_size = size;
+    } else if (data != m_data) {
+        copy_bytes(m_data, data, size);
     }
-    copy_bytes(m_data, data, size);
 }
 
 void BinaryValue::set(vxcore::IReadStream & stream) {
