@@ -245,7 +245,6 @@ inline void Reader::leave_scalar() noexcept {
     ValuePtr scalar = std::move(m_current);
     m_current = scalar->m_parent;
     if (scalar->is_reusable()) {
-        scalar->m_parent.reset();
         m_spare = std::move(scalar);
     }
 }

@@ -203,7 +203,7 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
 
     static ValuePtr make(Reader & reader, EType type, std::string && name);
     bool is_reusable() const noexcept;
-    void reuse(ValuePtr parent, EType type, std::string && name) noexcept;
+    void reuse(ValuePtr const & parent, EType type, std::string && name) noexcept;
 
     void read_token_value();
     void load_string();

@@ -68,11 +68,13 @@ bool Value::is_reusable() const noexcept {
 }
 
 /// Makes this the next value; its memory stays.
-void Value::reuse(ValuePtr parent, EType type, std::string && name) noexcept {
-    m_parent = std::move(parent);
-    m_depth = m_parent->m_depth + 1;
+void Value::reuse(ValuePtr const & parent, EType type, std::string && name) noexcept {
+    if (m_parent != parent) { // elements of one container are many
+        m_parent = parent;
+        m_depth = parent->m_depth + 1;
+    }
     m_type = type;
-    m_name = std::move(name);
+    m_name.swap(name);
     m_state = eState_Unread;
     m_wasLoaded = false;
     m_streamPos = 0;

@@ -54,6 +54,15 @@ Tokenizer::Tokenizer(vxcore::IReadStream & stream, Options const & options)
 
 Tokenizer::~Tokenizer() = default;
 
+/// The token, unless its scan has failed: a stream that fails looks like the end of the text to it.
+inline EToken Tokenizer::checked(EToken token) noexcept {
+    if (m_failed) {
+        m_text = StringSlice();
+        return eToken_Error;
+    }
+    return token;
+}
+
 /// What most tokens are (strings without escapes, and what starts them, in memory), without a look
 /// at all that may happen elsewhere.
 EToken Tokenizer::next() {
@@ -84,6 +93,9 @@ EToken Tokenizer::next() {
             m_cursor = at + 1;
             return give(eToken_Punctuator, at, at + 1);
         default:
+            if (is_byte(*at, eByte_Digit)) {
+                return checked(scan_number());
+            }
             break;
         }
     }
@@ -112,12 +124,7 @@ EToken Tokenizer::next_slow() {
         token = give(eToken_DocumentEnd, m_limit, m_limit);
         break;
     }
-    // A stream that fails looks like the end of the text to the scan.
-    if (m_failed) {
-        m_text = StringSlice();
-        return eToken_Error;
-    }
-    return token;
+    return checked(token);
 }
 
 EToken Tokenizer::scan_start() {

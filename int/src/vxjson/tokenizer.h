@@ -69,6 +69,7 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     static constexpr unsigned int sm_scratchSize = 512;
 
     EToken next_slow();
+    EToken checked(EToken token) noexcept;
     EToken scan_start();
     EToken scan_token();
     EToken scan_punctuator();
