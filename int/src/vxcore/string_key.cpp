@@ -66,7 +66,8 @@ class SpinLock {
 /// One of the independent parts of the table: chained buckets behind a lock of their own.
 ///
 /// Constant-initialised and never destroyed, so that keys work in load-time code of any library and
-/// may still be dropped at unload.
+/// may still be dropped at unload. An empty shard therefore holds no memory: an unloaded library
+/// leaves none behind.
 class alignas(64) Shard {
   public:
     constexpr Shard() noexcept = default;
@@ -109,7 +110,9 @@ class alignas(64) Shard {
                 link = &(*link)->next;
             }
             *link = token->next;
-            --m_size;
+            if (--m_size == 0) {
+                use_buckets(m_ownBuckets, ownCount);
+            }
         }
         delete token;
     }
@@ -118,9 +121,6 @@ class alignas(64) Shard {
     StringToken *& bucket(unsigned int hash) noexcept { return m_buckets[hash & m_mask]; }
 
     StringToken * find(std::string_view text, unsigned int hash) noexcept {
-        if (m_size == 0) {
-            return nullptr;
-        }
         StringToken * token = bucket(hash);
         while (token != nullptr && (token->hash != hash || token->text != text)) {
             token = token->next;
@@ -129,12 +129,12 @@ class alignas(64) Shard {
     }
 
     void grow_when_full() {
-        if (m_buckets != nullptr && m_size <= m_mask) {
+        if (m_size <= m_mask) {
             return;
         }
-        unsigned int const count = m_buckets == nullptr ? 16 : (m_mask + 1) * 2;
+        unsigned int const count = (m_mask + 1) * 2;
         auto * const fresh = new StringToken *[count]();
-        for (unsigned int i = 0; m_buckets != nullptr && i <= m_mask; ++i) {
+        for (unsigned int i = 0; i <= m_mask; ++i) {
             while (StringToken * const token = m_buckets[i]) {
                 m_buckets[i] = token->next;
                 StringToken *& head = fresh[token->hash & (count - 1)];
@@ -142,15 +142,24 @@ class alignas(64) Shard {
                 head = token;
             }
         }
-        delete[] m_buckets;
-        m_buckets = fresh;
+        use_buckets(fresh, count);
+    }
+
+    void use_buckets(StringToken ** buckets, unsigned int count) noexcept {
+        if (m_buckets != m_ownBuckets) {
+            delete[] m_buckets;
+        }
+        m_buckets = buckets;
         m_mask = count - 1;
     }
 
+    static constexpr unsigned int ownCount = 16;
+
     SpinLock m_lock;
-    StringToken ** m_buckets = nullptr;
-    unsigned int m_mask = 0;
+    StringToken ** m_buckets = m_ownBuckets;
+    unsigned int m_mask = ownCount - 1;
     unsigned int m_size = 0;
+    StringToken * m_ownBuckets[ownCount] = {};
 };
 
 constexpr unsigned int shardBits = 6;
