@@ -51,6 +51,12 @@ std::string play(std::string const & script, std::string const & operations, boo
                 line += values.back() ? "+" : ".";
                 continue;
             }
+            if (word == "number") {
+                double number = 0;
+                bool const isNumber = reader.next_number(values.at(1), number);
+                line += isNumber ? "<" + std::to_string(number) + ">" : ".";
+                continue;
+            }
             vxcore::ErrorInfo::Ptr error;
             Value & value = *values.at(static_cast<std::size_t>(word[0] - '0'));
             std::string const text = read(value, word.substr(1), slots ? &error : nullptr);

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "vxattribute/attribute_name.h"
+#include "vxcore/text_ends.h"
 
 #include <array>
-#include <cstdint>
-#include <cstring>
 #include <string>
+#include <string_view>
 
 namespace vxattribute::impl {
 
@@ -32,26 +32,8 @@ class JsonNameCache {
   private:
     static constexpr unsigned int sm_bits = 7;
 
-    /// Mixes the size and up to 8 bytes of both ends. Names chosen to fall on one slot only lose
-    /// time.
-    static unsigned int slot_of(std::string const & text) noexcept {
-        char const * const data = text.data();
-        std::size_t const size = text.size();
-        std::uint64_t head = 0;
-        std::uint64_t tail = 0;
-        if (size >= 8) {
-            std::memcpy(&head, data, 8);
-            std::memcpy(&tail, data + size - 8, 8);
-        } else if (size >= 4) {
-            std::memcpy(&head, data, 4);
-            std::memcpy(&tail, data + size - 4, 4);
-        } else if (size != 0) {
-            head = static_cast<unsigned char>(data[0]);
-            tail = static_cast<std::uint64_t>(static_cast<unsigned char>(data[size / 2])) << 8 |
-                   static_cast<unsigned char>(data[size - 1]);
-        }
-        std::uint64_t const mixed = (head * 0x9E3779B97F4A7C15u) ^ (tail + size);
-        return static_cast<unsigned int>((mixed * 0xD6E8FEB86659FD93u) >> (64 - sm_bits));
+    static unsigned int slot_of(std::string_view text) noexcept {
+        return vxcore::TextEnds(text).hash() >> (32 - sm_bits);
     }
 
     std::array<AttributeName, 1u << sm_bits> m_slots;

@@ -9,6 +9,7 @@
 #include "vxcore/error_info.h"
 #include "vxserialize/text_reader.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace vxattribute {
@@ -201,13 +202,13 @@ class JsonValueReader {
 
     void read_numbers(JsonValuePtr const & array, JsonValuePtr child, AttributeValue & result) {
         m_doubles.clear();
-        bool areIntegers = true;
-        for_each_element(array, std::move(child), [this, &areIntegers](JsonValue & element) {
-            double const number = element.as_double();
-            areIntegers = areIntegers && is_integer(number);
-            m_doubles.push_back(number);
+        for_each_element(array, std::move(child), [this, &array](JsonValue & element) {
+            double number = element.as_double();
+            do {
+                m_doubles.push_back(number);
+            } while (m_reader.next_number(array, number));
         });
-        if (areIntegers) {
+        if (std::all_of(m_doubles.begin(), m_doubles.end(), is_integer)) {
             m_integers.resize(m_doubles.size());
             std::transform(m_doubles.begin(), m_doubles.end(), m_integers.begin(),
                            [](double number) { return static_cast<long long>(number); });

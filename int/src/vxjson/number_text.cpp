@@ -1,9 +1,43 @@
+#include "vxcore/text_conversion.h"
+#include "vxcore/text_size.h"
 #include "vxjson/number_text_internal.h"
 
 #include <algorithm>
 #include <charconv>
 
 namespace vxjson::impl {
+
+namespace {
+
+/// Whole numbers of up to 15 digits, which every double holds exactly: most of what documents have.
+/// False for any other text.
+bool read_short_number(std::string_view text, double & value) noexcept {
+    bool const negative = text.starts_with('-');
+    text.remove_prefix(negative ? 1 : 0);
+    if (text.empty() || text.size() > 15) {
+        return false;
+    }
+    long long number = 0;
+    for (char const c : text) {
+        if (c < '0' || c > '9') {
+            return false;
+        }
+        number = number * 10 + (c - '0');
+    }
+    auto const magnitude = static_cast<double>(number);
+    value = negative ? -magnitude : magnitude; // -0 keeps its sign
+    return true;
+}
+
+} // namespace
+
+double read_number(std::string_view text, vxcore::ErrorInfo::Ptr * error) {
+    double value = 0;
+    if (read_short_number(text, value)) {
+        return value;
+    }
+    return vxcore::impl::string_to_double(text.data(), vxcore::text_size(text.size()), error);
+}
 
 DoubleText::DoubleText(double value, int minExponent, int maxExponent) noexcept {
     char buffer[32]; // -d.dddddddddddddddde-ddd

@@ -1,8 +1,16 @@
 #pragma once
 
+#include "vxcore/error_info.h"
+
 #include <string_view>
 
 namespace vxjson::impl {
+
+/// The double that the text of a number token stands for.
+///
+/// @param error  Takes the failure; null raises it.
+/// @raises error.vxcore.conversion: beyond the range of a double, or no number.
+double read_number(std::string_view text, vxcore::ErrorInfo::Ptr * error);
 
 /// The fewest digits that read back as one double, laid out without an exponent where the decimal
 /// exponent lies in a range that holds 0, and with ".0" where no fraction would show.

@@ -3,6 +3,7 @@
 #include "vxcore/error_exception.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
+#include "vxjson/number_text_internal.h"
 #include "vxjson/position_message_internal.h"
 #include "vxjson/reserved_words.h"
 #include "vxjson/tokenizer.h"
@@ -78,6 +79,27 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
         value = next_value();
     }
     return value;
+}
+
+bool Reader::next_number(ValuePtr const & array, double & number) {
+    if (m_failed || m_currentPending || !m_current || m_current->m_type != Value::eType_Number ||
+        m_current->m_parent != array || array->m_type != Value::eType_Array) {
+        return false;
+    }
+    bool const isNumber = next_token() == eToken_Number;
+    m_tokenPushedBack = true;
+    if (!isNumber) {
+        return false;
+    }
+    vxcore::ErrorInfo::Ptr failure; // raised by the object that next_child() makes
+    double const value = impl::read_number(token_text(), &failure);
+    if (failure) {
+        return false;
+    }
+    m_tokenPushedBack = false;
+    consume_comma();
+    number = value;
+    return true;
 }
 
 /// Moves to the next value, or to the end.

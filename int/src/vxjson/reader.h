@@ -76,6 +76,13 @@ class VXJSON_API Reader {
     /// @raises as `next_value`; error.vxjson.reader: `parent` is null.
     ValuePtr next_child(ValuePtr parent);
 
+    /// The next element of an array when it is a number again, without an object for it: the fast
+    /// way through a long array of numbers, of which `next_child` gave the first. `current()` stays
+    /// where it was. False when there is no such element: `next_child` tells what comes instead.
+    ///
+    /// @raises as `next_value`.
+    bool next_number(ValuePtr const & array, double & number);
+
     /// The last failure; null while there was none.
     vxcore::ErrorInfo::Ptr const & error() const noexcept { return m_error; }
 

@@ -2,6 +2,7 @@
 #include "vxcore/text_conversion.h"
 #include "vxcore/text_size.h"
 #include "vxjson/error_codes_internal.h"
+#include "vxjson/number_text_internal.h"
 #include "vxjson/reader.h"
 #include "vxjson/value_read_stream_internal.h"
 
@@ -14,26 +15,6 @@ using Value = Reader::Value;
 namespace {
 
 constexpr char const * no_string = "Cannot return current value type <{@type}> as a string";
-
-/// Whole numbers of up to 15 digits, which every double holds exactly: most of what documents have.
-/// False for any other text.
-bool read_short_number(std::string_view text, double & value) noexcept {
-    bool const negative = text.starts_with('-');
-    text.remove_prefix(negative ? 1 : 0);
-    if (text.empty() || text.size() > 15) {
-        return false;
-    }
-    long long number = 0;
-    for (char const c : text) {
-        if (c < '0' || c > '9') {
-            return false;
-        }
-        number = number * 10 + (c - '0');
-    }
-    auto const magnitude = static_cast<double>(number);
-    value = negative ? -magnitude : magnitude; // -0 keeps its sign
-    return true;
-}
 
 } // namespace
 
@@ -129,12 +110,7 @@ double Value::as_double(ErrorSlot error) {
         }
         check_scalar(eType_Number, "Cannot return current value type <{@type}> as a double",
                      function);
-        unsigned int const size = vxcore::text_size(m_data.size());
-        if (size == 0) {
-            vxcore::impl::string_to_failure(m_data.data(), size, "double", nullptr);
-        } else if (!read_short_number(m_data, value)) {
-            value = vxcore::impl::string_to_double(m_data.data(), size, nullptr);
-        }
+        value = impl::read_number(m_data, nullptr);
     } catch (std::exception const & e) {
         take_failure(e, error, function);
     }

@@ -2,7 +2,7 @@
 
 namespace vxserialize::impl {
 
-vxcore::StringKey NameCache::intern(Print const & print, std::string_view text) {
+vxcore::StringKey NameCache::intern(vxcore::TextEnds const & print, std::string_view text) {
     vxcore::StringKey key(text);
     unsigned int const bits = 32 - m_shift;
     ++m_misses;
