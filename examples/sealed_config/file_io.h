@@ -4,9 +4,12 @@
 #include "vxserialize/memory_list.h"
 
 #include <cstdio>
+#include <fcntl.h>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 /// Whole files, read and written.
 namespace sealed_config {
@@ -35,6 +38,19 @@ inline void write_file(char const * path, vxserialize::MemoryList const & list) 
     write_file(path, bytes.data(), list.size());
 }
 
+/// The bytes of a key, in a file that only its owner may read.
+inline void write_key_file(char const * path, vxcrypto::Key const & key) {
+    int const file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    bool const isWritten = file >= 0 && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
+                           ::write(file, key.data(), key.size()) == ssize_t{key.size()};
+    if (file >= 0) {
+        ::close(file);
+    }
+    if (!isWritten) {
+        throw std::runtime_error(std::string("cannot write ") + path);
+    }
+}
+
 inline vxcore::RefCountPtr<vxserialize::MemoryList const> read_file(char const * path) {
     File const file = open_file(path, "rb");
     auto list = vxserialize::MemoryList::create();
@@ -49,7 +65,8 @@ inline vxcore::RefCountPtr<vxserialize::MemoryList const> read_file(char const *
 inline vxcrypto::Key read_key_file(char const * path) {
     File const file = open_file(path, "rb");
     vxcrypto::Key key(16);
-    if (std::fread(key.mutable_data(), 1, key.size(), file.get()) != key.size()) {
+    if (std::fread(key.mutable_data(), 1, key.size(), file.get()) != key.size() ||
+        std::fgetc(file.get()) != EOF) {
         throw std::runtime_error(std::string("not a key of 16 bytes: ") + path);
     }
     return key;

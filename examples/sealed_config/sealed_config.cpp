@@ -32,7 +32,7 @@ void write_config(char const * file, char const * keyFile) {
     vxserialize::MemoryWriter writer;
     config.write(writer);
     write_file(file, *writer.close_and_detach_memory_list());
-    write_file(keyFile, key.data(), key.size());
+    write_key_file(keyFile, key);
     std::cout << "wrote " << config.size() << " settings, one of them sealed\n";
 }
 

@@ -20,10 +20,13 @@ refuses() { # MESSAGE ARGUMENT...: exit code 1, and a message that ends so
 }
 
 # One attribute in place, under a new key in place, and open again.
-"$vxattr" seal work.json work.json --name server/host --key-file "$data/key.hex" --annotation note
+"$vxattr" seal work.json work.json --name server/host --key-file "$data/key.hex" \
+    --annotation note --category disk
 "$vxattr" verify work.json --key-file "$data/key.hex" | grep -qx 'server/host: good'
-"$vxattr" rekey work.json work.json --key-file "$data/key.hex" --new-key-file "$data/key32.raw"
+"$vxattr" rekey work.json work.json --key-file "$data/key.hex" --new-key-file "$data/key32.raw" \
+    --key-id 01234567-89ab-cdef-0123-456789abcdef
 "$vxattr" show work.json | grep -q '"note" (cipher=EAX_AES256' || fail "rekey lost the annotation"
+"$vxattr" show work.json | grep -q "'disk':01234567" || fail "rekey lost the category"
 cp work.json before.json
 refuses 'Expexted=32, Provided=16' rekey work.json work.json \
     --key-file "$data/key.hex" --new-key-file "$data/other.hex"
@@ -37,6 +40,13 @@ is_same open.json "$data/settings.json"
     --key-file "$data/key.hex" --new-data-key data.key
 refuses 'a data key is not replaced' seal "$data/settings.bin" other.bin \
     --key-file "$data/key.hex" --new-data-key data.key
+code=0
+"$vxattr" seal "$data/settings.json" both.bin --key-file "$data/key.hex" \
+    --new-data-key ./both.bin 2>err || code=$?
+[ "$code" -eq 2 ] && [ ! -e both.bin ] || fail "a data key was written over: $(cat err)"
+refuses 'No space left on device' seal "$data/settings.json" /dev/full --to binary \
+    --key-file "$data/key.hex" --new-data-key both.bin
+[ ! -e both.bin ] || fail "a data key of nothing"
 "$vxattr" rekey data.key data.bin --key-file "$data/key.hex" --new-key-file "$data/key32.raw"
 "$vxattr" open sealed.bin open.bin --key-file "$data/key32.raw" --data-key data.bin
 is_same open.bin "$data/settings.json"

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <unistd.h>
 
 namespace vxattr {
@@ -28,9 +29,11 @@ int hex_value(unsigned char c) noexcept {
                                   : -1;
 }
 
-/// The bytes of a file in a key, which wipes them. No buffer but the key's sees them.
+/// The bytes of a file, or of standard input, in a key, which wipes them. No buffer but the key's
+/// sees them.
 Key read_raw(std::string const & path) {
-    int const file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    bool const isInput = path == "-";
+    int const file = isInput ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) {
         throw Failure(path, std::string("cannot be opened: ") + std::strerror(errno));
     }
@@ -42,7 +45,9 @@ Key read_raw(std::string const & path) {
         size += count > 0 ? static_cast<unsigned int>(count) : 0;
     } while (count > 0 || (count < 0 && errno == EINTR));
     int const reason = errno;
-    ::close(file);
+    if (!isInput) {
+        ::close(file);
+    }
     if (count < 0) {
         throw Failure(path, std::string("cannot be read: ") + std::strerror(reason));
     }
@@ -96,27 +101,43 @@ Key load_key(KeyOptions const & options) {
     });
 }
 
-SecuredValue::ICipher const & find_cipher(std::string const & id, unsigned int keySize) {
+SecuredValue::ICipher const & find_cipher(std::string const & id, Key const & key,
+                                          KeyOptions const & from) {
     SecuredValue::ICipherProvider const & provider = SecuredValue::strict_cipher_provider();
     if (!id.empty()) {
         return *provider.find_cipher(id);
     }
     for (char const * const known : {"EAX_AES128", "EAX_AES256"}) {
         if (SecuredValue::CipherPtr const cipher = provider.find_cipher(known);
-            cipher->keysize() == keySize) {
+            cipher->keysize() == key.size()) {
             return *cipher;
         }
     }
-    throw std::runtime_error("no cipher takes a key of " + vxcore::to_string(keySize) +
-                             " bytes, only of 16 or 32");
+    throw Failure(from.dataKey.empty() ? from.keyFile : from.dataKey,
+                  "no cipher takes a key of " + vxcore::to_string(key.size()) +
+                      " bytes, only of 16 or 32");
 }
 
-SecuredValue::KeyId key_id_of(SealingOptions const & options) {
-    vxcore::Uuid id;
-    if (!options.keyId.empty() && !vxcore::Uuid::parse(options.keyId, id)) {
-        throw UsageFailure("--key-id is not a UUID");
+SecuredValue::KeyId key_id_of(SealingOptions const & options, SecuredValue::KeyId const & old) {
+    vxcore::Uuid id = old.instance_id();
+    if (options.keyId) {
+        vxcore::Uuid::parse(*options.keyId, id); // the option was checked
     }
-    return {options.category, id};
+    return {options.category.value_or(old.category()), id};
+}
+
+void check_output_spares_keys(std::string const & out, std::initializer_list<std::string> keys) {
+    if (out.empty() || out == "-") {
+        return;
+    }
+    auto const place = [](std::string const & path) {
+        return std::filesystem::weakly_canonical(std::filesystem::absolute(path));
+    };
+    for (std::string const & key : keys) {
+        if (!key.empty() && key != "-" && place(key) == place(out)) {
+            throw UsageFailure("OUT is the file of a key, which would be lost");
+        }
+    }
 }
 
 void add_key_options(CLI::App & command, KeyOptions & options) {
@@ -137,7 +158,13 @@ void add_sealing_options(CLI::App & command, SealingOptions & options) {
     command.add_option("--annotation", options.annotation,
                        "Text that stays readable and is protected against change");
     command.add_option("--category", options.category, "Category of the key, readable");
-    command.add_option("--key-id", options.keyId, "Which key of the category: a UUID, readable");
+    command.add_option("--key-id", options.keyId, "Which key of the category: a UUID, readable")
+        ->check(CLI::Validator(
+            [](std::string const & text) {
+                vxcore::Uuid id;
+                return std::string(vxcore::Uuid::parse(text, id) ? "" : "not a UUID: " + text);
+            },
+            "UUID"));
 }
 
 } // namespace vxattr

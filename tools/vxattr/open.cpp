@@ -54,6 +54,7 @@ void check_options(Options const & options) {
 
 int open(Options const & options) {
     check_options(options);
+    check_output_spares_keys(options.out, {options.key.keyFile, options.key.dataKey});
     Key const key = load_key(options.key);
     AttributeValue const value = read_value(options.in, options.read);
     Place const place(options.in, value, options.name);

@@ -43,13 +43,15 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     void write(std::string_view text);
     void write(vxserialize::MemoryListBase const & list);
 
+    /// Hands all bytes to the file, so that `commit()` has next to nothing left to fail at.
+    void flush();
+
     void commit();
 
   private:
     static constexpr std::size_t sm_bufferSize = 1 << 16;
 
     void open_new();
-    void flush();
     void send(std::string_view text);
     [[noreturn]] void fail(char const * what) const;
 

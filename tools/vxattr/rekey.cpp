@@ -26,8 +26,6 @@ struct Options {
     KeyOptions oldKey;
     KeyOptions newKey;
     SealingOptions sealing;
-    bool setsAnnotation = false;
-    bool setsKeyId = false;
     ReadOptions read;
     WriteOptions write;
 };
@@ -48,9 +46,8 @@ std::optional<Key> opened_key(SecuredValue const & sealed, Key const & key) {
 
 SecuredValue rekeyed(SecuredValue const & sealed, Options const & options, Key const & oldKey,
                      Key const & newKey, SecuredValue::ICipher const & cipher) {
-    std::string const annotation =
-        options.setsAnnotation ? options.sealing.annotation : sealed.annotation();
-    SecuredValue::KeyId const id = options.setsKeyId ? key_id_of(options.sealing) : sealed.key_id();
+    std::string const annotation = options.sealing.annotation.value_or(sealed.annotation());
+    SecuredValue::KeyId const id = key_id_of(options.sealing, sealed.key_id());
     if (std::optional<Key> const key = opened_key(sealed, oldKey)) {
         return SecuredValue(*key, annotation, id, newKey, cipher);
     }
@@ -61,12 +58,12 @@ SecuredValue rekeyed(SecuredValue const & sealed, Options const & options, Key c
 
 int rekey(Options const & options) {
     check_output_form(options.out, options.write);
+    check_output_spares_keys(options.out, {options.oldKey.keyFile, options.oldKey.dataKey,
+                                           options.newKey.keyFile, options.newKey.dataKey});
     Key const oldKey = load_key(options.oldKey);
     Key const newKey = load_key(options.newKey);
-    SecuredValue::ICipher const & cipher = with_place(
-        options.newKey.keyFile, [&]() -> auto & {
-            return find_cipher(options.sealing.cipher, newKey.size());
-        });
+    SecuredValue::ICipher const & cipher =
+        find_cipher(options.sealing.cipher, newKey, options.newKey);
     AttributeValue const value = read_value(options.in, options.read);
     Place const place(options.in, value, options.name);
     unsigned long long count = 0;
@@ -101,15 +98,14 @@ void add_rekey(CLI::App & app, Run & run) {
     add_sealing_options(command, options->sealing);
     add_read_options(command, options->read);
     add_write_options(command, options->write);
-    command.footer("All sealed values at every depth, or nothing: one that the old key does not "
-                   "open is a failure.\nAnnotation and key id stay unless they are given.\n"
-                   "Example:\n"
-                   "  vxattr rekey server.json server.json --key-file old.key --new-key-file "
-                   "new.key");
-    command.callback([options, &command, &run] {
+    command.footer(
+        "All sealed values at every depth, or nothing: one that the old key does not "
+        "open is a failure.\nAnnotation, category and key id stay unless they are given.\n"
+        "Example:\n"
+        "  vxattr rekey server.json server.json --key-file old.key --new-key-file "
+        "new.key");
+    command.callback([options, &run] {
         options->newKey.keyFormat = options->oldKey.keyFormat;
-        options->setsAnnotation = command.count("--annotation") != 0;
-        options->setsKeyId = command.count("--category") + command.count("--key-id") != 0;
         run = [options] { return rekey(*options); };
     });
 }

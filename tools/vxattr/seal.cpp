@@ -35,8 +35,8 @@ struct Options {
 template <typename Secret>
 SecuredValue sealed(Secret const & secret, Options const & options, Key const & key,
                     SecuredValue::ICipher const & cipher) {
-    return SecuredValue(secret, options.sealing.annotation, key_id_of(options.sealing), key,
-                        cipher);
+    return SecuredValue(secret, options.sealing.annotation.value_or(""), key_id_of(options.sealing),
+                        key, cipher);
 }
 
 /// A fresh key for `cipher`, sealed under `master` into an output that is yet to be committed.
@@ -45,7 +45,7 @@ Key make_data_key(Options const & options, Key const & master, SecuredValue::ICi
     Key key(cipher.keysize());
     vxcrypto::default_random_provider()->generate_random(key.mutable_data(), key.size());
     vxserialize::MemoryWriter writer;
-    SecuredValue const wrapped = sealed(key, options, master, find_cipher("", master.size()));
+    SecuredValue const wrapped = sealed(key, options, master, find_cipher("", master, options.key));
     write_attribute_value(writer, AttributeValue(wrapped));
     output.write(*writer.close_and_detach_memory_list());
     return key;
@@ -65,12 +65,14 @@ int seal(Options const & options) {
     if (options.isKey && (!options.name.empty() || !options.newDataKey.empty())) {
         throw UsageFailure("--as-key goes with neither --name nor --new-data-key");
     }
+    if (options.newDataKey == "-") {
+        throw UsageFailure("--new-data-key takes a file");
+    }
     check_output_form(options.out, options.write);
+    check_output_spares_keys(options.out,
+                             {options.key.keyFile, options.key.dataKey, options.newDataKey});
     Key key = load_key(options.key);
-    SecuredValue::ICipher const & cipher = with_place(
-        options.key.keyFile, [&]() -> auto & {
-            return find_cipher(options.sealing.cipher, key.size());
-        });
+    SecuredValue::ICipher const & cipher = find_cipher(options.sealing.cipher, key, options.key);
     std::optional<Output> keyOutput;
     if (!options.newDataKey.empty()) {
         // What a lost data key has sealed is lost too.
@@ -86,7 +88,10 @@ int seal(Options const & options) {
     Output output(options.out);
     write_value(output, options.out, value, options.write, options.read.packages);
     if (keyOutput) {
-        keyOutput->commit(); // first: a sealed value without its key would be worth nothing
+        // First, since a sealed value without its key would be worth nothing; but not before
+        // everything else that may fail.
+        output.flush();
+        keyOutput->commit();
     }
     output.commit();
     return eExit_Good;
