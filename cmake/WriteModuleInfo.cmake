@@ -1,7 +1,8 @@
 # Writes the source that says what build of the library this is. Run as a script by the build:
 # cmake -D OUTPUT=... -D VERSION=... -D TOOL=... -D SOURCE_DIR=... -P WriteModuleInfo.cmake
 #
-# With SOURCE_DATE_EPOCH set, the same sources give the same text on every machine.
+# With SOURCE_DATE_EPOCH set, the same sources with their history give the same text on every
+# machine.
 
 string(TIMESTAMP timestamp "%Y-%m-%d %H:%M" UTC) # by SOURCE_DATE_EPOCH where that is set
 

@@ -170,6 +170,16 @@ TEST(Reader, ShortMemoryIsNeverTheEnd) {
             }
         });
     EXPECT_GE(failures, 6u);
+
+    std::string_view const comma = "[1 2,]5]";
+    document.emplace(comma.data(), comma.size());
+    auto const array = document->reader().next_value();
+    double number = 0;
+    ASSERT_TRUE(document->reader().next_number(array, number));
+    vxtest::fail_allocation(1);
+    EXPECT_THROW(document->reader().next_number(array, number), std::bad_alloc);
+    EXPECT_EQ(number, 1);
+    EXPECT_THROW(document->reader().next_value(), vxcore::ErrorException);
 }
 
 TEST(Reader, DepthCostsNeitherStackNorTime) {

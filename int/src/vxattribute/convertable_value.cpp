@@ -120,15 +120,13 @@ VXATTRIBUTE_CONVERT(vxcore::SimpleDateTime);
 
 void ConvertableValue::throw_no_conversion(AttributeValue const & value,
                                            std::type_info const & type, std::string const & info) {
-    vxcore::ErrorComposer composer(info.empty()
-                                       ? "Cannot convert value {@value} to type {@type}"
-                                       : "Cannot convert value {@value} to type {@type}:\n{@info}");
-    composer.param("value", to_text(value)).param("type", vxcore::type_name(type));
-    if (!info.empty()) {
-        composer.param("info", info);
-    }
-    composer.throw_error(error::vxattribute_query_typeConversion,
-                         VXCORE_LOCATION("vxattribute::ConvertableValue::throw_no_conversion()"));
+    vxcore::ErrorComposer(info.empty() ? "Cannot convert value {@value} to type {@type}"
+                                       : "Cannot convert value {@value} to type {@type}:\n{@info}")
+        .param("value", to_text(value))
+        .param("type", vxcore::type_name(type))
+        .param("info", info)
+        .throw_error(error::vxattribute_query_typeConversion,
+                     VXCORE_LOCATION("vxattribute::ConvertableValue::throw_no_conversion()"));
 }
 
 } // namespace vxattribute

@@ -12,6 +12,7 @@ namespace vxattribute {
 ///     defaults));
 ///
 /// @cost  Linear in the maps that stand on both sides; a nested map of one side only is shared.
+///        Stack for each level that both sides have; the forms that read maps limit their depth.
 VXATTRIBUTE_API AttributeMap merged_deep(AttributeMapBase const & winner,
                                          AttributeMapBase const & other);
 

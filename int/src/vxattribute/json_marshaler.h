@@ -12,8 +12,8 @@ namespace vxattribute {
 /// | JSON | value |
 /// | --- | --- |
 /// | null, boolean, string | a scalar of that type |
-/// | number | Integer when the double that it is nearest to is whole and fits 64 bits, else Double
-/// | | array | a list of booleans, strings, maps, or numbers (Integer when all of them are whole) |
+/// | number | Integer when its nearest double is whole and fits 64 bits, else Double |
+/// | array | a list of booleans, strings, maps, or numbers (Integer when all of them are whole) |
 /// | empty array | the empty String value |
 /// | object | one map; of equal names the last stays |
 /// | object whose first property is "vxserialize" | the value that its string holds |

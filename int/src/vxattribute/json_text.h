@@ -27,8 +27,8 @@ struct JsonTextOptions {
 ///
 /// @raises error.vxjson.reader.tokenizer.syntaxError: the text is not JSON.
 /// @raises error.vxjson.reader: as `read_attribute_value`; more than one document.
-/// @raises error.vxjson.reader.unexpected.token: the text is a scalar, or what stands where is
-/// wrong.
+/// @raises error.vxjson.reader.unexpected.token: the text is a scalar, or a token stands where none
+///         of its kind may.
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text);
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text,
                                                vxjson::Document::Options const & options);

@@ -5,6 +5,9 @@
 
 namespace vxjson::impl {
 
+/// The longest piece of text that is given at once: sizes of slices are 32 bits wide.
+constexpr std::ptrdiff_t max_run = 1 << 30;
+
 /// What a byte may be outside strings. A byte may be several.
 enum EByte : unsigned char {
     eByte_Blank = 1,

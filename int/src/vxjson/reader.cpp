@@ -82,8 +82,13 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
 }
 
 bool Reader::next_number(ValuePtr const & array, double & number) {
-    if (m_failed || m_currentPending || !m_current || m_current->m_type != Value::eType_Number ||
-        m_current->m_parent != array || array->m_type != Value::eType_Array) {
+    if (m_failed || m_currentPending || !m_current || !array ||
+        array->m_type != Value::eType_Array) {
+        return false;
+    }
+    bool const isBehindNumber =
+        m_current->m_type == Value::eType_Number && m_current->m_parent == array;
+    if (!isBehindNumber && m_current != array) {
         return false;
     }
     bool const isNumber = next_token() == eToken_Number;
@@ -91,13 +96,21 @@ bool Reader::next_number(ValuePtr const & array, double & number) {
     if (!isNumber) {
         return false;
     }
+    if (isBehindNumber) {
+        leave_scalar();
+    }
     vxcore::ErrorInfo::Ptr failure; // raised by the object that next_child() makes
     double const value = impl::read_number(token_text(), &failure);
     if (failure) {
         return false;
     }
     m_tokenPushedBack = false;
-    consume_comma();
+    try {
+        consume_comma();
+    } catch (std::bad_alloc const &) {
+        m_failed = true; // a token is lost
+        throw;
+    }
     number = value;
     return true;
 }
@@ -341,6 +354,9 @@ void Reader::stop(vxcore::ErrorInfo::Ptr info) {
     m_failed = true;
     m_current.reset();
     m_error = info;
+    if (!info) {
+        throw std::bad_alloc(); // what keep_tokenizer_error() met
+    }
     vxcore::ErrorException::throw_error(std::move(info));
 }
 

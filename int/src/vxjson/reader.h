@@ -37,8 +37,9 @@ class Tokenizer;
 ///
 /// Errors. A failure of the reader, or of a value but for a failed conversion, ends the reader:
 /// `current()` is null, `error()` tells the last failure and each further call raises
-/// `error.vxjson.reader`, "Value cannot be read after a parse error". Messages start with the place
-/// in the text, and the parameters `uri`, `line`, `linePos` and `sourcePos` tell it too.
+/// `error.vxjson.reader`, or `error.vxjson.reader.value` for a value that has failed, "Value cannot
+/// be read after a parse error". Messages start with the place in the text, and the parameters
+/// `uri`, `line`, `linePos` and `sourcePos` tell it too.
 class VXJSON_API Reader {
   public:
     class Value;
@@ -76,9 +77,9 @@ class VXJSON_API Reader {
     /// @raises as `next_value`; error.vxjson.reader: `parent` is null.
     ValuePtr next_child(ValuePtr parent);
 
-    /// The next element of an array when it is a number again, without an object for it: the fast
-    /// way through a long array of numbers, of which `next_child` gave the first. `current()` stays
-    /// where it was. False when there is no such element: `next_child` tells what comes instead.
+    /// The next element of an array when it is a number, without an object for it: the fast way
+    /// through a long array of numbers. `current()` is the array then. False when the reader stands
+    /// elsewhere or something else comes, which `next_child` tells.
     ///
     /// @raises as `next_value`.
     bool next_number(ValuePtr const & array, double & number);

@@ -15,9 +15,6 @@ namespace {
 constexpr char const * value_or_punctuator = "a value or a punctuator";
 constexpr char const * token_end = "white space, a punctuator or the end";
 
-/// Sizes of slices are 32 bits wide.
-constexpr std::ptrdiff_t max_fast_run = 1 << 30;
-
 struct Literal {
     EToken token;
     std::string_view text;
@@ -69,7 +66,7 @@ EToken Tokenizer::next() {
     if (m_mode == eMode_String && !m_failed && !m_options.validate_utf8) {
         char const * const start = m_cursor;
         char const * const end = find_special<false>(start, m_limit, m_quote);
-        if (end != m_limit && end - start < max_fast_run) {
+        if (end != m_limit && end - start < max_run) {
             if (end != start) {
                 m_cursor = end;
                 return give(eToken_CharData, start, end);

@@ -12,9 +12,6 @@ using namespace impl;
 
 namespace {
 
-/// The longest piece that is given at once: sizes of slices are 32 bits wide.
-constexpr std::ptrdiff_t max_run = 1 << 30;
-
 /// A run between two escapes is copied beside them up to this size, so that text full of escapes
 /// makes few tokens.
 constexpr std::ptrdiff_t max_joined_run = 64;
@@ -205,9 +202,9 @@ EToken Tokenizer::scan_escapes() {
             m_cursor = end;
         }
     }
-    EToken const token = give(eToken_CharData, m_scratch, out);
+    m_text = StringSlice(m_scratch, 0, static_cast<unsigned int>(out - m_scratch));
     m_tokenOffset = start;
-    return token;
+    return eToken_CharData;
 }
 
 /// The rest of an unquoted name. Where a byte that is none of a name follows, the name is done or

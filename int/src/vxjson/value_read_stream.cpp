@@ -125,12 +125,11 @@ bool Value::has_stream_ended() {
     if (!m_wasLoaded && m_reader->m_current.get() != this && m_reader->m_failed) {
         m_reader->fail_after_error(error::vxjson_reader, VXCORE_LOCATION(in_check_state));
     }
-    bool const isOwn = !m_wasLoaded && m_reader->m_current.get() == this;
-    EToken const token = m_reader->m_token;
-    if (isOwn && (token == eToken_StringBegin || token == eToken_CharData)) {
-        return false;
-    }
-    if (isOwn) {
+    if (!m_wasLoaded && m_reader->m_current.get() == this) {
+        EToken const token = m_reader->m_token;
+        if (token == eToken_StringBegin || token == eToken_CharData) {
+            return false;
+        }
         m_reader->m_tokenPushedBack = true;
     }
     m_state = eState_StreamEnded;
