@@ -40,6 +40,10 @@ TEST(ConvertableValue, TakesTheProperTypeOrAText) {
     expect_all<vxcore::Uuid>({uuid, "6ba70000000000000000000000000000"}, uuid);
     expect_all<vxcore::AbsoluteTime>({vxcore::AbsoluteTime(10'000'000), "1970-01-01T00:00:01Z"},
                                      vxcore::AbsoluteTime(10'000'000));
+    expect_all<vxcore::SimpleDateTime>({vxcore::SimpleDateTime(-1), "1969-12-31T23:59:59.9999999"},
+                                       vxcore::SimpleDateTime(-1));
+    expect_all<vxcore::RelativeTime>({vxcore::RelativeTime(-864'000'000'000), "-P1D"},
+                                     vxcore::RelativeTime(-864'000'000'000));
     expect_all<vxuri::UriReference>({vxuri::UriReference::parse("a?b"), "a?b"},
                                     vxuri::UriReference::parse("a?b"));
 }

@@ -16,6 +16,10 @@ using vxtest::expect_error;
 
 AttributeMap const config = make_map({{"b", 8080}, {"a", make_list<long long>({1, 2})}});
 
+std::string_view function_of(vxcore::ErrorInfo const & info) {
+    return info.location().function().data();
+}
+
 TEST(Query, TakesTheFirstOfItsNamesThatIsThere) {
     EXPECT_EQ(Query({"b", "a"}).execute(config, nullptr), Attribute("b", 8080));
     EXPECT_EQ(Query("b").alternate("a").execute(config, nullptr).name(), "b");
@@ -47,7 +51,10 @@ TEST(Query, SaysWhatIsWrongWithTheCount) {
          "Fewer than 1 values configured under e in \n 'e' => [String: {}]"}};
 
     for (auto const & row : rows) {
-        expect_error([&] { row.query.execute(row.map, nullptr); }, row.code, row.text);
+        auto const info =
+            expect_error([&] { row.query.execute(row.map, nullptr); }, row.code, row.text);
+        ASSERT_TRUE(info);
+        EXPECT_EQ(function_of(*info), "vxattribute::Query::query_impl()");
     }
     vxcore::ErrorInfo::Ptr error;
     Query("m").execute(make_map({{"m", make_list(std::span(numbers))}}), &error);
@@ -95,6 +102,7 @@ TEST(Query, WrapsTheFailureOfAMatcherOnce) {
     EXPECT_EQ(error->text(), "Invalid value ([Integer: {300}]) configured under n in "
                              "\n 'n' => [Integer: {300}]");
     EXPECT_EQ(error->nested()->text(), "no good");
+    EXPECT_EQ(function_of(*error), "vxattribute::Query::execute()");
     // A failure that names a setting says enough.
     error =
         run([](auto const &) { return Query("other", 1).execute(AttributeMap(), nullptr), true; });
@@ -106,6 +114,8 @@ TEST(Query, WrapsTheFailureOfAMatcherOnce) {
     });
     EXPECT_EQ(error->code(), error::vxattribute_query_badValue);
     EXPECT_EQ(error->nested()->text(), "Cannot convert value [Integer: {300}] to type int:\nodd");
+    EXPECT_EQ(function_of(*error->nested()),
+              "vxattribute::ConvertableValue::throw_no_conversion()");
 }
 
 TEST(Query, CostsNoMemoryWhenAnswered) {
@@ -166,8 +176,10 @@ TEST(TraceLevel, ReadsNamesAndNumbers) {
 }
 
 TEST(TraceLevel, SaysWhatItCannotRead) {
-    EXPECT_EQ(read_level(make_list<std::string>({"NOTE", "NOTE"}), 7)->nested()->text(),
+    auto const error = read_level(make_list<std::string>({"NOTE", "NOTE"}), 7);
+    EXPECT_EQ(error->nested()->text(),
               "Multi-valued trace level attributes are NOT currently supported.");
+    EXPECT_EQ(function_of(*error->nested()), "vxattribute::TraceLevel::operator()()");
     EXPECT_EQ(read_level("--5=7")->nested()->text(), "Cannot convert '-5' to unsigned long long");
     EXPECT_EQ(read_level("-129=7")->nested()->text(), "Cannot convert '-129' to char");
     EXPECT_EQ(read_level(300, 7)->nested()->text(), "Value 300 does not fit into char");
