@@ -1,6 +1,7 @@
 // The rule under test: a name becomes the told operations, both sides count tokens alike in mixed
 // streams of any depth, and what no encoder writes is refused.
 
+#include "support/allocation.h"
 #include "support/expect_error.h"
 #include "support/pages.h"
 
@@ -147,13 +148,33 @@ TEST(NameCoder, FailedWritesLeaveNoMapping) {
     }
 }
 
+TEST(NameCoder, AssignmentsAreWholeOrNotMade) {
+    AttributeNameEncoder encoder(PackageSet::create(p())), otherEncoder(both());
+    AttributeNameDecoder decoder(PackageSet::create(p()), true), otherDecoder(both(), false);
+    write_names(encoder, {"beta"});
+    write_names(otherEncoder, {"two", "beta"});
+    read_names(decoder, pUuid + "; uint 0; uint 2; uint 1");
+    read_names(otherDecoder, qUuid + "; uint 0; uint 3; uint 1");
+    unsigned long failures =
+        vxtest::fail_each_allocation([&] { encoder = otherEncoder; },
+                                     [&] { EXPECT_EQ(write_names(encoder, {"beta"}), "uint 1"); });
+    failures += vxtest::fail_each_allocation(
+        [&] { decoder = otherDecoder; },
+        [&] { EXPECT_EQ(read_names(decoder, "uint 1"), Names{"beta"}); });
+    EXPECT_EQ(failures, 2u);
+    EXPECT_EQ(write_names(encoder, {"two"}), "uint 2");
+    EXPECT_EQ(read_names(decoder, "uint 2"), Names{"two"});
+}
+
 TEST(NameCoder, TokensNeedAReferenceThatCoversThem) {
-    // Size 0 covers nothing; references may leave gaps; 4294967295 is the last token there is.
+    // Size 0 covers nothing; references may leave gaps; 4294967295 is the last token there is. The
+    // count of a list is not believed.
     std::string const unknown = "uuid " + std::string(31, '0'), name = unknown.substr(5);
     AttributeNameDecoder decoder(nullptr, false);
-    read_names(decoder, "record; list 0; " + unknown + "1; uint 2; uint 0; next; " + unknown +
-                            "2; uint 2; uint 3; next; " + unknown + "3; uint 5; uint 0; next; " +
-                            unknown + "4; uint 4294967290; uint 4294967295; end; close");
+    read_names(decoder, "record; list 4000000000; " + unknown + "1; uint 2; uint 0; next; " +
+                            unknown + "2; uint 2; uint 3; next; " + unknown +
+                            "3; uint 5; uint 0; next; " + unknown +
+                            "4; uint 4294967290; uint 4294967295; end; close");
     EXPECT_EQ(read_names(decoder, "uint 2; uint 4; uint 4294967290; uint 4294967295; uint 3"),
               (Names{name + "2:0", name + "2:2", name + "4:0", name + "4:5", name + "2:1"}));
     for (std::string const token : {"0", "1", "5", "4294967289"}) {

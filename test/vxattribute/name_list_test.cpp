@@ -69,6 +69,10 @@ TEST_F(NameListFile, IsRefusedWithTheBadLine) {
         vxcore::ErrorCode const & code;
     } const rows[] = {
         {"a\n\nb\n", ":2: an empty line is no name", vxattribute_name_package_serialization},
+        {"\xEF\xBB\xBF"
+         "a\n",
+         ":1: a byte order mark, which would be part of the name",
+         vxattribute_name_package_serialization},
         {"a\r\n", ":1: a carriage return at the end of the line",
          vxattribute_name_package_serialization},
         {"a\nb", ":2: the file ends in the middle of this line",
@@ -101,6 +105,7 @@ TEST_F(NameListFile, StaysWhenAWriteFails) {
         [&] { write_name_list_file(path, *AttributeNamePackage::Composer("new").compose()); },
         error::vxattribute_name_package_serialization, path + ": the file cannot be written");
     EXPECT_EQ(read_name_list_file(path)->count("kept"), 1u);
+    EXPECT_TRUE(std::filesystem::is_directory(path + ".new"));
 }
 
 } // namespace

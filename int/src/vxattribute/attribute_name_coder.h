@@ -16,7 +16,8 @@ class IAttributeNameEncoder {
     IAttributeNameEncoder(IAttributeNameEncoder const &) = default;
     IAttributeNameEncoder & operator=(IAttributeNameEncoder const &) = default;
 
-    /// Writes all that a decoder needs to know, at once and ahead of the names. Optional.
+    /// Writes all that a decoder needs to know, at once and ahead of the names that follow.
+    /// Optional.
     virtual void write_encoder_mappings(vxserialize::Writer & writer) = 0;
     virtual void write_attribute_name(vxserialize::Writer & writer, AttributeName const & name) = 0;
 

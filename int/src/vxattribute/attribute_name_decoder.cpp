@@ -37,7 +37,15 @@ AttributeNameDecoder::AttributeNameDecoder(AttributeNamePackageSet::Ptr packages
 
 AttributeNameDecoder::AttributeNameDecoder(AttributeNameDecoder const &) = default;
 
-AttributeNameDecoder & AttributeNameDecoder::operator=(AttributeNameDecoder const &) = default;
+/// The references point into the set's packages, so both change or none.
+AttributeNameDecoder & AttributeNameDecoder::operator=(AttributeNameDecoder const & other) {
+    std::vector<PackageRef> refs = other.m_packageRefs;
+    m_packageSet = other.m_packageSet;
+    m_failOnUnknownPackage = other.m_failOnUnknownPackage;
+    m_packageRefs.swap(refs);
+    m_lastRef = other.m_lastRef;
+    return *this;
+}
 
 AttributeNameDecoder::~AttributeNameDecoder() = default;
 

@@ -20,7 +20,13 @@ AttributeNameEncoder::AttributeNameEncoder(AttributeNamePackageSet::Ptr packages
 
 AttributeNameEncoder::AttributeNameEncoder(AttributeNameEncoder const &) = default;
 
-AttributeNameEncoder & AttributeNameEncoder::operator=(AttributeNameEncoder const &) = default;
+/// The mappings point into the set's packages, so both change or none.
+AttributeNameEncoder & AttributeNameEncoder::operator=(AttributeNameEncoder const & other) {
+    Mappings mappings = other.m_mappings;
+    m_packageSet = other.m_packageSet;
+    m_mappings.swap(mappings);
+    return *this;
+}
 
 AttributeNameEncoder::~AttributeNameEncoder() = default;
 

@@ -10,16 +10,18 @@ namespace vxattribute {
 
 /// The package of the names in the file.
 ///
-/// @raises error.vxattribute.name.package.serialization: the file cannot be read, or a line is
-///         empty, ends in a carriage return or is cut off by the end of the file.
+/// @raises error.vxattribute.name.package.serialization: the file cannot be read or starts with a
+///         byte order mark, or a line is empty, ends in a carriage return or is cut off by the end
+///         of the file.
 ///         error.vxattribute.name.package.duplicateName: a name comes twice.
 ///         Messages tell the file and the line, as "FILE:LINE: what".
 VXATTRIBUTE_API AttributeNamePackage::Ptr read_name_list_file(std::string const & path);
 
-/// Writes the names in the order of the package, in place of what was in the file.
+/// Writes the names in the order of the package.
 ///
-/// The new file is written beside the old one, as `path` and ".new", and then takes its place: a
-/// failure leaves the old one as it was.
+/// A new file is written beside the old one, as `path` and ".new", which must not be there, and
+/// then takes its place: a failure leaves the old one as it was. A link is replaced itself, and the
+/// rights are those of a new file.
 ///
 /// @raises error.vxattribute.name.package.serialization: a name is empty, has a line feed in it or
 ///         a carriage return at its end, or the file cannot be written.
