@@ -91,7 +91,7 @@ TEST(EaxAesContext, RunsOfBlocksAgreeWithSingleOnes) {
 }
 
 TEST(EaxAesContext, DeciphersNothingBeforeTheTagHasMatched) {
-#ifdef VX_AES_BULK
+#if defined(VX_AES_BULK) && defined(__x86_64__)
     bool const bulk = __builtin_cpu_supports("aes");
 #else
     bool const bulk = false;

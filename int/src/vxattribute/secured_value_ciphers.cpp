@@ -6,6 +6,9 @@
 #include "vxcrypto/eax_aes_context.h"
 #include "vxcrypto/random_provider.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace vxattribute {
 
 namespace impl {
