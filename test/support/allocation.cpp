@@ -9,6 +9,7 @@ namespace {
 
 thread_local unsigned long count = 0;
 thread_local unsigned long countdown = 0;
+thread_local bool failsWithInt = false;
 std::atomic<long> live{0};
 thread_local std::string_view watched;
 thread_local unsigned long found = 0;
@@ -16,6 +17,9 @@ thread_local unsigned long found = 0;
 [[maybe_unused]] void * allocate(std::size_t size) {
     ++count;
     if (countdown != 0 && --countdown == 0) {
+        if (failsWithInt) {
+            throw 0;
+        }
         throw std::bad_alloc();
     }
     void * const block = std::malloc(size != 0 ? size : 1);
@@ -45,8 +49,9 @@ unsigned long allocation_count() noexcept {
     return count;
 }
 
-void fail_allocation(unsigned long n) noexcept {
+void fail_allocation(unsigned long n, bool raiseInt) noexcept {
     countdown = n;
+    failsWithInt = raiseInt;
 }
 
 void watch_freed_memory(void const * bytes, std::size_t size) noexcept {

@@ -10,8 +10,9 @@ namespace vxtest {
 /// Allocations of this thread so far.
 unsigned long allocation_count() noexcept;
 
-/// Lets the n-th allocation of this thread from now on raise `std::bad_alloc`; 0 lets all pass.
-void fail_allocation(unsigned long n) noexcept;
+/// Lets the n-th allocation of this thread from now on raise `std::bad_alloc`, or an int, which is
+/// no std::exception; 0 lets all pass.
+void fail_allocation(unsigned long n, bool raiseInt = false) noexcept;
 
 /// Blocks of all threads that are allocated and not yet freed.
 long live_blocks() noexcept;
