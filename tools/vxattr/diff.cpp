@@ -20,23 +20,31 @@ struct Options {
     ReadOptions read;
 };
 
+/// Empty for no value.
+std::string text_of(AttributeValue const * value, bool isWhole) {
+    return value != nullptr ? one_line_trace(*value, isWhole) : "";
+}
+
 int diff(Options const & options) {
     AttributeValue const a = read_value(options.a, options.read);
     AttributeValue const b = read_value(options.b, options.read);
     Output output("-");
     OutputStream stream(output, true); // a line is a line, whatever names and strings hold
-    auto const print = [&](char mark, std::string const & path, AttributeValue const * value) {
-        if (value != nullptr && !options.quiet) {
-            stream << mark << ' ' << visible(path) << (path.empty() ? "" : ": ");
-            write_short_trace(stream, *value);
-            stream << '\n';
+    auto const print = [&](char mark, std::string const & path, std::string const & text) {
+        if (!text.empty()) {
+            stream << mark << ' ' << visible(path) << (path.empty() ? "" : ": ") << text << '\n';
         }
     };
     bool const areSame = find_differences(
         a, b,
         [&](std::string const & path, AttributeValue const * left, AttributeValue const * right) {
-            print('-', path, left);
-            print('+', path, right);
+            if (options.quiet) {
+                return;
+            }
+            // What differs may lie behind what is shown of long values.
+            bool const isWhole = text_of(left, false) == text_of(right, false);
+            print('-', path, text_of(left, isWhole));
+            print('+', path, text_of(right, isWhole));
         });
     stream.finish();
     output.commit();

@@ -59,9 +59,13 @@ EForm guess_form(std::string_view head) {
     if (text[0] == '[' && !is_text_list(next)) {
         return EForm::eJson;
     }
-    bool const isText =
-        is_text_element(text) && std::all_of(head.begin(), head.end(), is_printable);
-    return isText ? EForm::eText : EForm::eBinary;
+    if (!std::all_of(head.begin(), head.end(), is_printable)) {
+        return EForm::eBinary;
+    }
+    if (text[0] == '"') {
+        return EForm::eJson; // a string alone, which its reader refuses
+    }
+    return is_text_element(text) ? EForm::eText : EForm::eBinary;
 }
 
 } // namespace vxattr

@@ -52,9 +52,11 @@ Input::~Input() {
 }
 
 bool Input::fill() {
+    std::size_t const kept = m_rest.size();
+    std::memmove(m_buffer.get(), m_rest.data(), kept);
     ssize_t count = 0;
     do {
-        count = ::read(m_file, m_buffer.get(), sm_bufferSize);
+        count = ::read(m_file, m_buffer.get() + kept, sm_bufferSize - kept);
     } while (count < 0 && errno == EINTR);
     if (count < 0) {
         throw Failure(m_place, std::string("cannot be read: ") + std::strerror(errno));
@@ -67,7 +69,7 @@ bool Input::fill() {
     if (m_nextShown != 0 && m_received >= m_nextShown) {
         show_progress();
     }
-    m_rest = {m_buffer.get(), static_cast<std::size_t>(count)};
+    m_rest = {m_buffer.get(), kept + static_cast<std::size_t>(count)};
     return count != 0;
 }
 
@@ -82,10 +84,10 @@ void Input::show_progress() {
 }
 
 std::string_view Input::head() {
-    if (m_rest.empty() && m_received == 0) {
-        fill();
+    // A pipe may hand over less at a time.
+    while (m_rest.size() < sm_headSize && fill()) {
     }
-    return m_rest.substr(0, 4096);
+    return m_rest.substr(0, sm_headSize);
 }
 
 unsigned int Input::read(void * buffer, unsigned int size) {

@@ -28,7 +28,7 @@ class Input final : public vxcore::IReadStream {
     /// Bytes that came so far.
     unsigned long long received() const noexcept { return m_received; }
 
-    /// The first bytes, up to 4096 of them, without passing over them.
+    /// The next bytes, 4096 of them or up to the end, without passing over them.
     std::string_view head();
 
     unsigned int read(void * buffer, unsigned int size) override;
@@ -40,7 +40,9 @@ class Input final : public vxcore::IReadStream {
 
   private:
     static constexpr std::size_t sm_bufferSize = 1 << 16;
+    static constexpr std::size_t sm_headSize = 4096;
 
+    /// Adds to what is left in the buffer, which has room. False at the end.
     bool fill();
     void show_progress();
 

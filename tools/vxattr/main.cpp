@@ -7,6 +7,8 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -23,6 +25,10 @@ int parse_and_run(CLI::App & app, Run const & run, int argc, char ** argv) {
     } catch (CLI::ParseError const & e) {
         if (e.get_exit_code() == 0) {
             return app.exit(e); // prints what was asked for
+        }
+        std::vector<std::string> const rest = app.remaining();
+        if (app.get_subcommands().empty() && !rest.empty() && rest.front()[0] != '-') {
+            return complain(eExit_Usage, "there is no command \"" + rest.front() + '"');
         }
         return complain(eExit_Usage, message_of(e));
     }

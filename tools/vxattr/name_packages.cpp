@@ -22,9 +22,12 @@ constexpr char recordByte = '\xF7';
 AttributeNamePackage::Ptr read_package(std::string const & path) {
     Input input(path, maxPackageSize);
     if (!input.head().starts_with(recordByte)) {
-        return read_name_list_file(path); // its messages tell file and line
+        auto const list = input.read_all();
+        std::string text(list->size(), '\0');
+        list->read_at(0, text.data(), list->size());
+        return name_list_from_text(text, input.place());
     }
-    return with_place(path, [&input] {
+    return with_place(input.place(), [&input] {
         vxserialize::MemoryReader reader(input.read_all());
         AttributeNamePackage::Ptr package = AttributeNamePackage::create(reader);
         if (reader.bytes_left() != 0) {

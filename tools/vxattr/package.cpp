@@ -30,14 +30,14 @@ int make(MakeOptions const & options) {
         collect_names(read_value(in, options.read), composer);
     }
     AttributeNamePackage::Ptr const package = composer.compose();
-    if (!options.isStream) {
-        write_name_list_file(options.out, *package);
-        return eExit_Good;
-    }
     Output output(options.out);
-    vxserialize::MemoryWriter writer;
-    package->write(writer);
-    output.write(*writer.close_and_detach_memory_list());
+    if (options.isStream) {
+        vxserialize::MemoryWriter writer;
+        package->write(writer);
+        output.write(*writer.close_and_detach_memory_list());
+    } else {
+        output.write(name_list_to_text(*package, options.out));
+    }
     output.commit();
     return eExit_Good;
 }

@@ -3,6 +3,10 @@
 #include "vxattribute/elements.h"
 #include "vxattribute/sorted_by_name.h"
 
+#include <limits>
+#include <locale>
+#include <sstream>
+
 namespace vxattr {
 
 using namespace vxattribute;
@@ -52,15 +56,20 @@ void write_sorted_trace(std::ostream & stream, AttributeValue const & value,
     stream << (formatter.show_type() ? "]" : "");
 }
 
-void write_short_trace(std::ostream & stream, AttributeValue const & value) {
-    static TraceFormatter const oneLine = TraceFormatter::Composer()
-                                              .line_prefix({})
-                                              .indent({})
-                                              .multiline_string_newline({"\\n", true})
-                                              .max_string_len(256)
-                                              .max_binary_value_dump_bytes(32)
-                                              .compose();
-    write_sorted_trace(stream, value, oneLine, 0);
+std::string one_line_trace(AttributeValue const & value, bool isWhole) {
+    constexpr unsigned int all = std::numeric_limits<unsigned int>::max();
+    TraceFormatter const formatter = TraceFormatter::Composer()
+                                         .line_prefix({})
+                                         .indent({})
+                                         .multiline_string_newline({"\\n", true})
+                                         .max_multivalue_count(isWhole ? all : 32)
+                                         .max_string_len(isWhole ? all : 256)
+                                         .max_binary_value_dump_bytes(isWhole ? all : 32)
+                                         .compose();
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    write_sorted_trace(stream, value, formatter, 0);
+    return std::move(stream).str();
 }
 
 } // namespace vxattr

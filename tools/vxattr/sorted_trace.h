@@ -4,6 +4,7 @@
 #include "vxattribute/trace_formatter.h"
 
 #include <ostream>
+#include <string>
 
 namespace vxattr {
 
@@ -12,6 +13,8 @@ void write_sorted_trace(std::ostream & stream, vxattribute::AttributeValue const
                         vxattribute::TraceFormatter const & formatter, unsigned int level);
 
 /// The value on one line.
-void write_short_trace(std::ostream & stream, vxattribute::AttributeValue const & value);
+///
+/// @param isWhole  Long lists, texts and binary values are shown to their end.
+std::string one_line_trace(vxattribute::AttributeValue const & value, bool isWhole);
 
 } // namespace vxattr

@@ -27,11 +27,13 @@ using namespace vxattribute;
 
 namespace {
 
+using PackageSetPtr = AttributeNamePackageSet::Ptr;
+
 constexpr unsigned long long maxMaxSize = 0xFFFFFFFF; // bytes of one binary stream
 
-AttributeValue read_stream(vxserialize::Reader & reader, ReadOptions const & options) {
+AttributeValue read_stream(vxserialize::Reader & reader, PackageSetPtr const & packages) {
     // A decoder reads coded and plain streams alike.
-    AttributeNameDecoder decoder(read_packages(options.packages), !options.packages.empty());
+    AttributeNameDecoder decoder(packages, packages != nullptr);
     if (reader.next_type() == vxserialize::eElement_List) {
         return AttributeValue(AttributeMap(reader, decoder)); // no value starts with a list
     }
@@ -40,14 +42,14 @@ AttributeValue read_stream(vxserialize::Reader & reader, ReadOptions const & opt
     return value;
 }
 
-AttributeValue read_binary(Input & input, ReadOptions const & options) {
+AttributeValue read_binary(Input & input, PackageSetPtr const & packages) {
     vxserialize::MemoryReader reader(input.read_all());
     auto const place = [&] {
         return vxcore::to_string(reader.memory_list()->size() - reader.bytes_left());
     };
     AttributeValue value;
     try {
-        value = read_stream(reader, options);
+        value = read_stream(reader, packages);
     } catch (vxcore::ErrorException const & e) {
         if (e.info()->matches(vxserialize::error::vxserialize)) {
             throw; // tells the place itself
@@ -74,9 +76,9 @@ void check_end(vxserialize::TextReader & reader) {
     throw std::runtime_error("more follows the value: " + reason);
 }
 
-AttributeValue read_text(Input & input, ReadOptions const & options) {
+AttributeValue read_text(Input & input, PackageSetPtr const & packages) {
     vxserialize::TextReader reader(input, 1 << 16);
-    AttributeValue value = read_stream(reader, options);
+    AttributeValue value = read_stream(reader, packages);
     check_end(reader);
     return value;
 }
@@ -139,12 +141,13 @@ void add_write_options(CLI::App & command, WriteOptions & options) {
 
 AttributeValue read_value(std::string const & path, ReadOptions const & options,
                           FileFacts * facts) {
+    PackageSetPtr const packages = read_packages(options.packages);
     Input input(path, options.maxSize);
     return with_place(input.place(), [&] {
         EForm const form = options.from.empty() ? guess_form(input.head()) : form_of(options.from);
         AttributeValue value = form == EForm::eJson   ? read_json(input, options.strict)
-                               : form == EForm::eText ? read_text(input, options)
-                                                      : read_binary(input, options);
+                               : form == EForm::eText ? read_text(input, packages)
+                                                      : read_binary(input, packages);
         if (facts != nullptr) {
             *facts = {form == EForm::eJson   ? "json"
                       : form == EForm::eText ? "text"

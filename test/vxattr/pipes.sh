@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# pipes.sh PROGRAM FOLDER: what comes through pipes, in pieces, and goes to what is no plain file.
+# Runs in the folder of the data.
+set -euo pipefail
+vxattr=$1
+rm -rf "$2"
+mkdir -p "$2"
+
+fail() { echo "$1" >&2; exit 1; }
+
+# A package is read once, from front to back.
+[ "$("$vxattr" package show <(cat settings.names))" = "$("$vxattr" package show settings.names)" ] ||
+    fail "a package through a pipe"
+"$vxattr" show coded.bin --package - <settings.names >"$2/shown" || fail "a package on standard input"
+"$vxattr" package make - settings.json | cmp - settings.names
+
+# The form is guessed from the start of the text, however it arrives.
+(printf '\n'; sleep 0.1; printf '{"a":'; sleep 0.1; printf '1}') | "$vxattr" get - a | grep -qx 1 ||
+    fail "a text in pieces"
+
+# A file keeps its rights, and a pipe stays one.
+install -m 640 settings.names "$2/names"
+"$vxattr" package make "$2/names" settings.json
+[ "$(stat -c %a "$2/names")" = 640 ] || fail "package make changed the rights"
+mkfifo "$2/fifo"
+cat "$2/fifo" >"$2/copy" &
+"$vxattr" package make "$2/fifo" settings.json
+wait $!
+[ -p "$2/fifo" ] && cmp "$2/copy" settings.names || fail "package make replaced a pipe"
+
+# Lists that differ behind what is shown of them.
+numbers=$(seq -s, 40)
+printf '{"list":[%s,1]}' "$numbers" >"$2/a.json"
+printf '{"list":[%s,2]}' "$numbers" >"$2/b.json"
+"$vxattr" diff "$2/a.json" "$2/b.json" >"$2/difference" && fail "equal"
+[ "$(cut -c3- "$2/difference" | sort -u | wc -l)" -eq 2 ] || fail "two lines that are the same"
