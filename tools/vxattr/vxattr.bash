@@ -36,16 +36,16 @@ _vxattr() {
     get) options="$read $trace --to" ;;
     diff) options="$read --quiet" ;;
     stat) options="$read" ;;
-    package) options="$read --stream" ;;
+    package) [ "${COMP_WORDS[2]}" = show ] || options="$read --stream" ;;
     seal) options="$read $write $key $sealing --as-key --new-data-key" ;;
-    open) options="$read $write $key --show --as-key" ;;
+    open) options="$read $write $trace $key --show --as-key" ;;
     verify) options="$read $key" ;;
     rekey) options="$read $write $key $sealing --new-key-file --new-data-key" ;;
     check) options="$read --names --optional" ;;
     esac
     case $current in
     -*) COMPREPLY=($(compgen -W "$options --help" -- "$current")) ;;
-    *) COMPREPLY=($(compgen -f -- "$current")) ;;
+    *) mapfile -t COMPREPLY < <(compgen -f -- "$current") ;; # names may hold blanks
     esac
 }
 complete -o filenames -F _vxattr vxattr
