@@ -53,7 +53,9 @@ Input::~Input() {
 
 bool Input::fill() {
     std::size_t const kept = m_rest.size();
-    std::memmove(m_buffer.get(), m_rest.data(), kept);
+    if (kept != 0) {
+        std::memmove(m_buffer.get(), m_rest.data(), kept);
+    }
     ssize_t count = 0;
     do {
         count = ::read(m_file, m_buffer.get() + kept, sm_bufferSize - kept);
