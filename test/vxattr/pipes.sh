@@ -13,6 +13,8 @@ fail() { echo "$1" >&2; exit 1; }
     fail "a package through a pipe"
 "$vxattr" show coded.bin --package - <settings.names >"$2/shown" || fail "a package on standard input"
 "$vxattr" package make - settings.json | cmp - settings.names
+"$vxattr" convert settings.txt "$2/coded.bin" --sorted --package <(cat settings.names)
+cmp "$2/coded.bin" coded.bin # the package both reads and writes
 
 # The form is guessed from the start of the text, however it arrives.
 (printf '\n'; sleep 0.1; printf '{"a":'; sleep 0.1; printf '1}') | "$vxattr" get - a | grep -qx 1 ||

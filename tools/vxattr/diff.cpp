@@ -41,10 +41,14 @@ int diff(Options const & options) {
             if (options.quiet) {
                 return;
             }
-            // What differs may lie behind what is shown of long values.
-            bool const isWhole = text_of(left, false) == text_of(right, false);
-            print('-', path, text_of(left, isWhole));
-            print('+', path, text_of(right, isWhole));
+            std::string leftText = text_of(left, false);
+            std::string rightText = text_of(right, false);
+            if (leftText == rightText) { // what differs lies behind what is shown
+                leftText = text_of(left, true);
+                rightText = text_of(right, true);
+            }
+            print('-', path, leftText);
+            print('+', path, rightText);
         });
     stream.finish();
     output.commit();

@@ -22,7 +22,7 @@ namespace {
 
 struct Options {
     std::string in;
-    std::vector<std::string> packages;
+    NamePackages packages;
     unsigned long long maxSize = 1ull << 30;
 };
 
@@ -68,7 +68,7 @@ unsigned int offset_of_break(std::vector<StreamElement> const & elements) {
 
 int inspect(Options const & options) {
     Input input(options.in, options.maxSize);
-    StreamWalk walk{vxserialize::MemoryReader(input.read_all()), read_packages(options.packages)};
+    StreamWalk walk{vxserialize::MemoryReader(input.read_all()), options.packages.set()};
     std::optional<std::string> failure;
     try {
         walk.walk();
@@ -97,7 +97,8 @@ void add_inspect(CLI::App & app, Run & run) {
         "inspect", "List the elements of a binary stream, up to where it breaks");
     command.add_option("FILE", options->in, "Binary file, - for standard input")->required();
     command
-        .add_option("--package", options->packages, "File of a name package; may be given again")
+        .add_option("--package", options->packages.files,
+                    "File of a name package; may be given again")
         ->take_all()
         ->expected(1);
     command.add_option("--max-size", options->maxSize, "Most bytes of an input")

@@ -37,15 +37,15 @@ AttributeNamePackage::Ptr read_package(std::string const & path) {
     });
 }
 
-AttributeNamePackageSet::Ptr read_packages(std::vector<std::string> const & paths) {
-    if (paths.empty()) {
-        return nullptr;
+AttributeNamePackageSet::Ptr const & NamePackages::set() const {
+    if (!m_set && !files.empty()) {
+        AttributeNamePackageSet::Composer packages;
+        for (std::string const & file : files) {
+            packages.add(read_package(file));
+        }
+        m_set = packages.compose();
     }
-    AttributeNamePackageSet::Composer packages;
-    for (std::string const & path : paths) {
-        packages.add(read_package(path));
-    }
-    return packages.compose();
+    return m_set;
 }
 
 } // namespace vxattr

@@ -24,6 +24,18 @@ void write_map(std::ostream & stream, AttributeMap const & map, TraceFormatter c
     }
 }
 
+TraceFormatter one_line_formatter(unsigned int elements, unsigned int textBytes,
+                                  unsigned int dumpBytes) {
+    return TraceFormatter::Composer()
+        .line_prefix({})
+        .indent({})
+        .multiline_string_newline({"\\n", true})
+        .max_multivalue_count(elements)
+        .max_string_len(textBytes)
+        .max_binary_value_dump_bytes(dumpBytes)
+        .compose();
+}
+
 } // namespace
 
 void write_sorted_trace(std::ostream & stream, AttributeValue const & value,
@@ -58,17 +70,11 @@ void write_sorted_trace(std::ostream & stream, AttributeValue const & value,
 
 std::string one_line_trace(AttributeValue const & value, bool isWhole) {
     constexpr unsigned int all = std::numeric_limits<unsigned int>::max();
-    TraceFormatter const formatter = TraceFormatter::Composer()
-                                         .line_prefix({})
-                                         .indent({})
-                                         .multiline_string_newline({"\\n", true})
-                                         .max_multivalue_count(isWhole ? all : 32)
-                                         .max_string_len(isWhole ? all : 256)
-                                         .max_binary_value_dump_bytes(isWhole ? all : 32)
-                                         .compose();
+    static TraceFormatter const brief = one_line_formatter(32, 256, 32);
+    static TraceFormatter const whole = one_line_formatter(all, all, all);
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
-    write_sorted_trace(stream, value, formatter, 0);
+    write_sorted_trace(stream, value, isWhole ? whole : brief, 0);
     return std::move(stream).str();
 }
 

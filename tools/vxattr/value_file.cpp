@@ -3,7 +3,6 @@
 #include "failure.h"
 #include "input.h"
 #include "json_file.h"
-#include "name_packages.h"
 #include "sorted_stream.h"
 #include "sorted_trace.h"
 
@@ -97,8 +96,8 @@ EForm form_for(std::string const & path, std::string const & name) {
 }
 
 void write_stream(vxserialize::Writer & writer, AttributeValue const & value,
-                  WriteOptions const & options, std::vector<std::string> const & packages) {
-    AttributeNameEncoder encoder(options.plainNames ? nullptr : read_packages(packages));
+                  WriteOptions const & options, NamePackages const & packages) {
+    AttributeNameEncoder encoder(options.plainNames ? nullptr : packages.set());
     if (options.sorted) {
         write_sorted(writer, encoder, value);
     } else {
@@ -113,7 +112,7 @@ void add_read_options(CLI::App & command, ReadOptions & options) {
         .add_option("--from", options.from, "Form of the input: json, binary or text; else guessed")
         ->check(CLI::IsMember({"json", "binary", "text"}));
     command
-        .add_option("--package", options.packages,
+        .add_option("--package", options.packages.files,
                     "File of a name package that the streams use; may be given again")
         ->take_all()
         ->expected(1);
@@ -141,7 +140,7 @@ void add_write_options(CLI::App & command, WriteOptions & options) {
 
 AttributeValue read_value(std::string const & path, ReadOptions const & options,
                           FileFacts * facts) {
-    PackageSetPtr const packages = read_packages(options.packages);
+    PackageSetPtr const & packages = options.packages.set();
     Input input(path, options.maxSize);
     return with_place(input.place(), [&] {
         EForm const form = options.from.empty() ? guess_form(input.head()) : form_of(options.from);
@@ -171,7 +170,7 @@ void check_output_form(std::string const & path, WriteOptions const & options) {
 }
 
 void write_value(Output & output, std::string const & path, AttributeValue const & value,
-                 WriteOptions const & options, std::vector<std::string> const & packages) {
+                 WriteOptions const & options, NamePackages const & packages) {
     EForm const form = form_for(path, options.to);
     if (form == EForm::eJson) {
         write_json(output, value, {options.indent, options.sorted, options.wrap});

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "form.h"
+#include "name_packages.h"
 #include "output.h"
 
 #include "vxattribute/attribute_map.h"
 
 #include <string>
-#include <vector>
 
 namespace CLI {
 class App;
@@ -17,7 +17,7 @@ namespace vxattr {
 /// How a value is read from a file.
 struct ReadOptions {
     std::string from; // name of the form; empty: guessed
-    std::vector<std::string> packages;
+    NamePackages packages;
     unsigned long long maxSize = 1ull << 30; // bytes
     bool strict = false;
 };
@@ -68,6 +68,6 @@ void check_output_form(std::string const & path, WriteOptions const & options);
 /// @param packages  Code the names of binary and text, unless `plainNames` is set.
 void write_value(Output & output, std::string const & path,
                  vxattribute::AttributeValue const & value, WriteOptions const & options,
-                 std::vector<std::string> const & packages);
+                 NamePackages const & packages);
 
 } // namespace vxattr
