@@ -14,7 +14,8 @@ namespace vxattribute {
 /// have so many elements.
 ///
 /// Set up once, with ready names, and run as often as you like. Every failure names the setting and
-/// shows the configuration that was searched, cut only by the limits of `defaultTraceFormatter`.
+/// shows the configuration that was searched, cut only by the limits of `defaultTraceFormatter` and
+/// at `max_trace_depth`.
 ///
 ///     static Query const port = Query("port").alternate("listen").required(true).scalar(true);
 ///     unsigned short number = 8080;

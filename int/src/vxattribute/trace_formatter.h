@@ -202,6 +202,11 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
     vxcore::RefCountPtr<Settings> m_settings;
 };
 
+/// The most maps inside each other that a rendering shows. A value of maps below those shows only
+/// how many it has, as left out. Each level takes stack, and each line is indented by its depth, so
+/// that the text would grow with the square of the depth.
+inline constexpr unsigned int max_trace_depth = 256;
+
 /// The formatter that the library itself uses.
 extern VXATTRIBUTE_API TraceFormatter const defaultTraceFormatter;
 

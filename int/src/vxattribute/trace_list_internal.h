@@ -3,6 +3,8 @@
 #include "vxattribute/element_types.h"
 #include "vxattribute/trace_sink_internal.h"
 
+#include <type_traits>
+
 /// What renders elements, values and maps into a sink. All of it works at the sink's level and
 /// leaves the flush to whoever made the sink.
 namespace vxattribute::impl {
@@ -46,6 +48,13 @@ void open_list(TraceSink & sink, ValueTypeId const & type, TraceFormatter::ListP
                bool isFramed);
 void close_list(TraceSink & sink, TraceFormatter::ListParams const & list, bool isFramed);
 
+/// The most elements of one value that are shown; of maps that lie too deep none.
+template <typename T>
+unsigned int max_shown(TraceSink const & sink) {
+    bool const isTooDeep = std::is_same_v<T, AttributeMap> && sink.depth() >= max_trace_depth;
+    return isTooDeep ? 0 : sink.settings().max_multivalue_count;
+}
+
 /// Renders the elements [begin, end) of one value as a list.
 ///
 /// @param writeElement  Called as `writeElement(sink, element)`.
@@ -54,7 +63,7 @@ void render_list(TraceSink & sink, TraceFormatter::ListParams const & list, T co
                  T const * end, Functor const & writeElement) {
     bool const isFramed = list.show_for_scalar() || end - begin != 1;
     open_list(sink, ValueTypeTraits<T>::type(), list, isFramed);
-    unsigned int budget = sink.settings().max_multivalue_count;
+    unsigned int budget = max_shown<T>(sink);
     for (T const * element = begin; element != end; ++element, --budget) {
         if (budget == 0) {
             sink.append_left_out(static_cast<std::size_t>(end - element));

@@ -36,7 +36,7 @@ class TraceSink {
   public:
     TraceSink(std::ostream & stream, TraceFormatter const & formatter, unsigned int level) noexcept
         : m_stream(stream), m_formatter(formatter), m_settings(TraceFormatterImpl::of(formatter)),
-          m_level(level) {}
+          m_outerLevel(level), m_level(level) {}
 
     TraceSink(TraceSink const &) = delete;
     TraceSink & operator=(TraceSink const &) = delete;
@@ -46,6 +46,9 @@ class TraceSink {
     TraceFormatterImpl const & settings() const noexcept { return m_settings; }
 
     unsigned int level() const noexcept { return m_level; }
+
+    /// Levels entered since the sink was made: the maps around what is rendered now.
+    unsigned int depth() const noexcept { return m_level - m_outerLevel; }
 
     void enter_level() noexcept { ++m_level; }
 
@@ -157,6 +160,7 @@ class TraceSink {
     std::ostream & m_stream;
     TraceFormatter const & m_formatter;
     TraceFormatterImpl const & m_settings;
+    unsigned int const m_outerLevel;
     unsigned int m_level;
     ENumbers m_numbers = eNumbers_Unknown;
     char * m_next = m_storage;
