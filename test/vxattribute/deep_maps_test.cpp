@@ -1,16 +1,21 @@
 // The rule under test: maps of any depth are handled without stack, by the rules of shallow ones.
 
+#include "support/allocation.h"
+
 #include "vxattribute/samples.h"
 #include "vxcore/hash.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
 
 using namespace vxattribute;
 
-/// @param shape  How many maps the values hold, from level to level inside out; the last one is
-///               nested further.
+/// How many maps the values hold, from level to level inside out; the last one is nested further.
+constexpr std::string_view shapes[] = {"1", "2", "122"};
+
 AttributeMap nested(int levels, std::string_view shape, AttributeMap map) {
     for (int i = 0; i < levels; ++i) {
         bool const isAlone = shape[static_cast<std::size_t>(i) % shape.size()] == '1';
@@ -18,6 +23,38 @@ AttributeMap nested(int levels, std::string_view shape, AttributeMap map) {
                                       : make_list<AttributeMap>({AttributeMap(), map})}});
     }
     return map;
+}
+
+TEST(DeepMaps, FollowTheRulesOfShallowOnes) {
+    std::vector<AttributeMap> maps(1);
+    for (vxtest::Sample const & sample : vxtest::samples()) {
+        maps.push_back(make_map({{"x", sample.value}}));
+    }
+    maps.push_back(make_map({{"x", std::nan("")}})); // equals itself alone
+    maps.push_back(make_map({{"x", std::nan("")}}));
+    for (std::string_view const shape : shapes) {
+        for (AttributeMap const & a : maps) {
+            unsigned int hash = a.hash();
+            for (int i = 0; i < 50; ++i) { // a list of {} and another map has the hash of the other
+                hash = vxcore::hash_mix(vxcore::hash_mix(0, AttributeName("n").hash()), hash);
+            }
+            EXPECT_EQ(nested(50, shape, a).hash(), hash) << to_text(a);
+            for (AttributeMap const & b : maps) {
+                AttributeMap const deepA = nested(50, shape, a), deepB = nested(50, shape, b);
+                EXPECT_EQ(deepA.compare(deepB), a.compare(b)) << to_text(a) << to_text(b);
+                EXPECT_EQ(deepA == deepB, a == b) << to_text(a) << to_text(b);
+            }
+        }
+    }
+}
+
+TEST(DeepMaps, TakeMemoryToCompareOnlyBeyondTheFirstLevels) {
+    for (int const levels : {50, 30}) { // the second time no level is still counted
+        AttributeMap const map = nested(levels, "2", {}), same = nested(levels, "2", {});
+        unsigned long const failures = vxtest::fail_each_allocation(
+            [&] { EXPECT_TRUE(map == same && !(map < same) && map.hash() == same.hash()); }, [] {});
+        EXPECT_EQ(failures == 0, levels == 30) << failures;
+    }
 }
 
 TEST(DeepMaps, AreShownTo256Levels) {

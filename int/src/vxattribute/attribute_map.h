@@ -23,6 +23,10 @@ class MapBuilder;
 /// process; see `sorted_by_name` for people. Looking up is a tree search with one pointer
 /// comparison per level and no clone.
 ///
+/// Depth. Maps may nest as deep as memory allows. Whatever walks through nested maps takes a
+/// bounded stack; to compare or to hash what lies more than 32 maps deep takes memory. Rendering
+/// stops at `max_trace_depth`, and the forms of streams at `vxserialize::max_open_containers`.
+///
 /// Threads. Separate map objects may be used from separate threads even when they share a holder.
 /// One object: many readers or one writer.
 ///
@@ -353,10 +357,11 @@ template <>
 struct VXATTRIBUTE_API ValueTypeTraits<AttributeMap> : ObjValueTypeTraits<AttributeMap> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeAttributeMap; }
 
-    /// Pair by pair in map order, names before values; the map that runs out first orders first.
-    static int compare(AttributeMap const & a, AttributeMap const & b) noexcept;
-    static bool equal(AttributeMap const & a, AttributeMap const & b) noexcept;
-    static unsigned int hash(AttributeMap const & a) noexcept;
+    /// As the map's own. What is nested more than 32 maps deep takes memory, so all three may raise
+    /// std::bad_alloc.
+    static int compare(AttributeMap const & a, AttributeMap const & b);
+    static bool equal(AttributeMap const & a, AttributeMap const & b);
+    static unsigned int hash(AttributeMap const & a);
     static void write_trace(std::ostream & stream, TraceFormatter const & formatter,
                             unsigned int indent, AttributeMap const * begin,
                             AttributeMap const * end);

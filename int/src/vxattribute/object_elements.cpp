@@ -42,19 +42,6 @@ unsigned int ValueTypeTraits<SecuredValue>::hash(SecuredValue const & a) noexcep
     return a.hash();
 }
 
-int ValueTypeTraits<AttributeMap>::compare(AttributeMap const & a,
-                                           AttributeMap const & b) noexcept {
-    return a.compare(b);
-}
-
-bool ValueTypeTraits<AttributeMap>::equal(AttributeMap const & a, AttributeMap const & b) noexcept {
-    return a == b;
-}
-
-unsigned int ValueTypeTraits<AttributeMap>::hash(AttributeMap const & a) noexcept {
-    return a.hash();
-}
-
 ValueBase * create_empty_value(ValueTypeId::EId id) {
     ValueBase * value = ValueFactory<NullValueType>::create_value();
     bool const isKnown =
@@ -71,4 +58,3 @@ ValueBase * create_empty_value(ValueTypeId::EId id) {
 VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::BinaryValue);
 VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::SerializedValue);
 VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::SecuredValue);
-VXATTRIBUTE_INSTANTIATE_SINGLE_ELEMENT(vxattribute::AttributeMap);
