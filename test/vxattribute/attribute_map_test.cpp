@@ -247,13 +247,4 @@ TEST(AttributeMapFailure, FailedChangesLeaveTheMapAsItWas) {
     }).join();
 }
 
-TEST(AttributeMapDepth, TwoHundredThousandLevelsDieWithoutRecursion) {
-    AttributeMap map;
-    for (int i = 0; i < 200000; ++i) {
-        map = make_map({{"a", map}});
-    }
-    map = AttributeMap();
-    EXPECT_TRUE(map.empty());
-}
-
 } // namespace

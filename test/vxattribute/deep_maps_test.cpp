@@ -1,6 +1,7 @@
 // The rule under test: maps of any depth are handled without stack, by the rules of shallow ones.
 
 #include "support/allocation.h"
+#include "support/threads.h"
 
 #include "vxattribute/samples.h"
 #include "vxcore/hash.h"
@@ -23,6 +24,35 @@ AttributeMap nested(int levels, std::string_view shape, AttributeMap map) {
                                       : make_list<AttributeMap>({AttributeMap(), map})}});
     }
     return map;
+}
+
+TEST(DeepMaps, NeedNoStack) {
+    vxtest::on_small_stack([] {
+        for (std::string_view const shape : shapes) {
+            auto const nest = [shape](std::initializer_list<Attribute> inner) {
+                return nested(200'000, shape, make_map(inner));
+            };
+            AttributeMap const map = nest({{"x", 1}}), same = nest({{"x", 1}});
+            AttributeMap const hidden = nest({{"x", "(redacted)"}}), other = nest({{"y", 2}});
+            EXPECT_TRUE(map == same && map.compare(same) == 0 && map.hash() == same.hash());
+            EXPECT_TRUE(map != hidden && map < hidden && map.hash() != hidden.hash());
+            AttributeName const names[] = {"x", "y"};
+            EXPECT_TRUE(redacted(map, names) == hidden);
+            EXPECT_EQ(&*redacted(map, {}).begin(), &*map.begin()) << "shared";
+            EXPECT_TRUE(merged_deep(map, other) ==
+                        (shape == "1" ? nest({{"x", 1}, {"y", 2}}) : map));
+            JsonTextOptions out;
+            vxjson::Document::Options in;
+            out.max_depth = in.tokenizer.max_depth = 400'001;
+            EXPECT_TRUE(value_from_json(value_to_json(map, out), in) == AttributeValue(map));
+            AttributeNamePackage::Composer composer;
+            collect_names(map, composer);
+            EXPECT_EQ(composer.compose()->size(), 2u);
+            vxcore::ErrorInfo::Ptr error;
+            Query("y").required(true).execute(map, &error);
+            EXPECT_LT(error->text().size(), 1'000'000u);
+        }
+    });
 }
 
 TEST(DeepMaps, FollowTheRulesOfShallowOnes) {

@@ -14,12 +14,14 @@ using vxtest::expect_error;
 TEST(DeepMerge, JoinsMapsAndLetsTheWinnerHaveTheRest) {
     AttributeMap const user =
         make_map({{"port", 1},
+                  {"in", make_map({{"a", 1}})},
                   {"log", make_map({{"level", "NOTE"}, {"file", AttributeValue()}})},
                   {"list", make_list<AttributeMap>({make_map({{"a", 1}})})},
                   {"mixed", 3}});
     AttributeMap const defaults =
         make_map({{"port", 2},
                   {"host", "localhost"},
+                  {"in", make_map({{"b", 2}})},
                   {"log", make_map({{"level", "NEVER"}, {"file", "out"}, {"rotate", true}})},
                   {"mixed", make_map({{"b", 1}})}});
     EXPECT_EQ(
@@ -27,6 +29,7 @@ TEST(DeepMerge, JoinsMapsAndLetsTheWinnerHaveTheRest) {
         make_map(
             {{"port", 1},
              {"host", "localhost"},
+             {"in", make_map({{"a", 1}, {"b", 2}})},
              {"log", make_map({{"level", "NOTE"}, {"file", AttributeValue()}, {"rotate", true}})},
              {"list", make_list<AttributeMap>({make_map({{"a", 1}})})},
              {"mixed", 3}}));

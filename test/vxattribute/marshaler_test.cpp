@@ -2,12 +2,11 @@
 // a value again, and a stream that fails changes nothing.
 
 #include "support/expect_error.h"
+#include "support/threads.h"
 
 #include "vxattribute/samples.h"
 #include "vxattribute/scripted_reader.h"
 #include "vxattribute/value_forms.h"
-
-#include <pthread.h>
 
 namespace {
 
@@ -144,26 +143,12 @@ AttributeValue nested(int levels) {
 }
 
 TEST(MarshalerDepth, DeepestNestingWorksOnASmallStack) {
-    static AttributeValue const deepest = nested(256);
-    static AttributeValue const same = nested(256);
-    auto const work = [](void *) -> void * {
+    AttributeValue const deepest = nested(256), same = nested(256);
+    vxtest::on_small_stack([&] {
         AttributeValue const binary = through_binary(deepest);
-        AttributeValue const text = through_text(deepest);
-        bool const good = binary == deepest && text == same && deepest.compare(same) == 0 &&
-                          binary.hash() == deepest.hash() && to_text(binary) == to_text(deepest);
-        return good ? const_cast<AttributeValue *>(&deepest) : nullptr;
-    };
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-#if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
-    pthread_attr_setstacksize(&attributes, 256 * 1024); // the promise is for release builds
-#endif
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, work, nullptr), 0);
-    void * result = nullptr;
-    pthread_join(thread, &result);
-    pthread_attr_destroy(&attributes);
-    EXPECT_NE(result, nullptr);
+        EXPECT_TRUE(binary == deepest && through_text(deepest) == same);
+        EXPECT_EQ(to_text(binary), to_text(deepest));
+    });
     EXPECT_THROW(through_binary(nested(257)), vxcore::ErrorException);
     EXPECT_THROW(through_text(nested(257)), vxcore::ErrorException);
 }

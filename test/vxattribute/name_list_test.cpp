@@ -41,12 +41,6 @@ TEST(NameList, ComesFromAllMapsOfAValue) {
               "package 410f2975-6053-9f4b-a64a-a35dfe40827b: 5 names\n"
               "  0 \"deep\"\n  1 \"host\"\n  2 \"in\"\n"
               "  3 \"list\"\n  4 \"port\"");
-    AttributeValue nested;
-    for (int i = 0; i < 100'000; ++i) {
-        nested = make_map({{"n", nested}});
-    }
-    collect_names(nested, composer);
-    EXPECT_EQ(composer.compose()->size(), 6u);
 }
 
 TEST_F(NameListFile, HoldsANameOnEachLine) {

@@ -12,7 +12,7 @@ namespace vxattribute {
 ///     defaults));
 ///
 /// @cost  Linear in the maps that stand on both sides; a nested map of one side only is shared.
-///        Stack for each level that both sides have; the forms that read maps limit their depth.
+///        Memory and no stack for each level that both sides have.
 VXATTRIBUTE_API AttributeMap merged_deep(AttributeMapBase const & winner,
                                          AttributeMapBase const & other);
 

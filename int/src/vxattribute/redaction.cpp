@@ -1,9 +1,8 @@
 #include "vxattribute/redaction.h"
 
-#include "vxattribute/elements.h"
 #include "vxattribute/make_value.h"
+#include "vxattribute/nested_maps_internal.h"
 
-#include <optional>
 #include <unordered_set>
 #include <vector>
 
@@ -11,52 +10,74 @@ namespace vxattribute {
 
 namespace {
 
-using Names = std::unordered_set<AttributeName>;
+using Element = impl::MapsCursor::Element;
 
-/// Null where there is nothing to hide, so that the original can be shared.
-std::optional<AttributeMap> redacted_map(AttributeMapBase const & map, Names const & names);
+/// Maps that are being searched.
+class OpenMaps {
+  public:
+    explicit OpenMaps(std::span<AttributeMap const> maps) noexcept
+        : m_originals(maps), m_cursor(maps) {}
 
-std::optional<AttributeValue> redacted_maps(AttributeValue const & value, Names const & names) {
-    std::span<AttributeMap const> const maps = elements<AttributeMap>(value);
-    std::vector<AttributeMap> copies(maps.begin(), maps.end());
-    bool isChanged = false;
-    for (AttributeMap & map : copies) {
-        if (std::optional<AttributeMap> copy = redacted_map(map, names)) {
-            map.swap(*copy);
-            isChanged = true;
+    /// The next element of all the maps; null at the end.
+    Element const * next_element() {
+        m_element = m_cursor.next_element();
+        while (m_element == nullptr && m_cursor.next_map()) {
+            ++m_opened;
+            m_element = m_cursor.next_element();
         }
+        return m_element;
     }
-    if (!isChanged) {
-        return std::nullopt;
-    }
-    return make_list(std::span<AttributeMap const>(copies));
-}
 
-std::optional<AttributeMap> redacted_map(AttributeMapBase const & map, Names const & names) {
-    MutableAttributeMap copy(map);
-    bool isChanged = false;
-    for (auto const & [name, value] : map) {
-        std::optional<AttributeValue> instead;
-        if (names.contains(name)) {
-            instead = "(redacted)";
-        } else if (value.type() == ValueTypeId::typeAttributeMap) {
-            instead = redacted_maps(value, names);
+    /// Replaces the value of that element in the copy of its map.
+    void replace(AttributeValue value) {
+        if (!is_changed()) {
+            m_copies.assign(m_originals.begin(), m_originals.end());
         }
-        if (instead) {
-            copy.add(name, std::move(*instead));
-            isChanged = true;
-        }
+        WritableAttributeMapRef(m_copies[m_opened - 1]).add(m_element->first, std::move(value));
     }
-    if (!isChanged) {
-        return std::nullopt;
-    }
-    return AttributeMap(std::move(copy));
-}
+
+    bool is_changed() const noexcept { return !m_copies.empty(); }
+
+    /// All the maps with what was replaced in them, once something was.
+    std::span<AttributeMap const> copies() const noexcept { return m_copies; }
+
+  private:
+    std::span<AttributeMap const> m_originals;
+    impl::MapsCursor m_cursor;
+    std::size_t m_opened = 0;
+    Element const * m_element = nullptr;
+    std::vector<AttributeMap> m_copies;
+};
 
 } // namespace
 
 AttributeMap redacted(AttributeMapBase const & map, std::span<AttributeName const> names) {
-    return redacted_map(map, Names(names.begin(), names.end())).value_or(AttributeMap(map));
+    std::unordered_set<AttributeName> const hidden(names.begin(), names.end());
+    AttributeMap const root(map);
+    std::vector<OpenMaps> open;
+    open.emplace_back(std::span(&root, 1));
+    while (true) {
+        if (Element const * const element = open.back().next_element()) {
+            if (hidden.contains(element->first)) {
+                open.back().replace("(redacted)");
+            } else if (impl::holds_maps(element->second)) {
+                open.emplace_back(impl::maps_of(element->second));
+            }
+            continue;
+        }
+        OpenMaps const & done = open.back();
+        if (open.size() == 1) {
+            return done.is_changed() ? done.copies().front() : root;
+        }
+        AttributeValue copy;
+        if (done.is_changed()) {
+            copy = make_list(done.copies());
+        }
+        open.pop_back();
+        if (!copy.is_null()) {
+            open.back().replace(std::move(copy));
+        }
+    }
 }
 
 } // namespace vxattribute
