@@ -23,9 +23,9 @@ class MapBuilder;
 /// process; see `sorted_by_name` for people. Looking up is a tree search with one pointer
 /// comparison per level and no clone.
 ///
-/// Depth. Maps may nest as deep as memory allows. Whatever walks through nested maps takes a
-/// bounded stack; to compare or to hash what lies more than 32 maps deep takes memory. Rendering
-/// stops at `max_trace_depth`, and the forms of streams at `vxserialize::max_open_containers`.
+/// Depth. Maps may nest as deep as memory allows, and walks through them take a bounded stack; to
+/// compare or to hash what lies more than 32 maps deep takes memory. Rendering stops at
+/// `max_trace_depth`, the writers of streams stop at `vxserialize::max_open_containers`.
 ///
 /// Threads. Separate map objects may be used from separate threads even when they share a holder.
 /// One object: many readers or one writer.
