@@ -2,11 +2,12 @@
 
 #include "support/expect_error.h"
 
-#include "vxattribute/vxattribute.h"
+#include "vxattribute/samples.h"
 #include "vxcore/error_composer.h"
 
 #include <cmath>
 #include <limits>
+#include <sstream>
 
 namespace {
 
@@ -50,6 +51,38 @@ TEST(ElementRules, DoublesFollowIeee) {
     EXPECT_EQ(ValueTypeTraits<long long>::hash(-1), 0u);
     EXPECT_EQ(ValueTypeTraits<long long>::hash(0x100000002), 3u);
     EXPECT_LT(ValueTypeTraits<long long>::compare(std::numeric_limits<long long>::min(), 1), 0);
+}
+
+/// Uses each rule of a type on two elements that differ.
+template <typename T>
+void use_rules(T const & a, T const & b) {
+    using Base = ValueTypeTraitsBase<T>;
+    using Traits = ValueTypeTraits<T>;
+    bool const byAddress = std::is_same_v<T, impl::ErrorInfoPtr>; // the generic forms
+    EXPECT_TRUE(byAddress || Base::compare(a, b) == (Traits::compare(a, b) < 0 ? -1 : 1));
+    EXPECT_TRUE(Base::compare(a, b) == -Base::compare(b, a) && Base::compare(a, a) == 0);
+    EXPECT_TRUE(Base::equal(a, a) && Traits::equal(a, a));
+    EXPECT_FALSE(Base::equal(a, b) || Traits::equal(a, b) || Base::compare(a, b) == 0);
+    EXPECT_EQ(Traits::hash(a), AttributeValue(a).hash());
+    alignas(T) std::byte storage[2 * sizeof(T)];
+    T * const p = reinterpret_cast<T *>(storage);
+    Traits::construct_value(p, a);
+    Traits::assign_value(p, b);
+    EXPECT_TRUE(Traits::move_construct_range(p, p + 1, p + 1) == p + 2 && Traits::equal(p[1], b));
+    EXPECT_EQ(Traits::erase_range(p + 1, p + 2, p + 2), p + 1);
+    std::ostringstream stream;
+    Traits::write_trace(stream, defaultTraceFormatter, 0, &a, &a + 1);
+    EXPECT_EQ(stream.str(), to_text(AttributeValue(a)));
+}
+
+TEST(ElementRules, AreThereForEveryType) {
+    for (vxtest::Sample const & sample : vxtest::samples()) {
+        if (sample.value.is_multivalue()) {
+            visit_elements(sample.value, []<typename T>(std::span<T const> elements) {
+                use_rules(elements[0], elements[1]);
+            });
+        }
+    }
 }
 
 TEST(ElementRules, BytesOfTextsAreSignedInHashesOnly) {

@@ -3,6 +3,7 @@
 #include "vxcore/ref_count_ptr.h"
 #include "vxuri/export.h"
 
+#include <compare>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -78,6 +79,12 @@ class VXURI_API UriReference {
 
     friend bool operator==(UriReference const & a, UriReference const & b) noexcept {
         return a.equal(b);
+    }
+
+    /// The sign of `compare`. Weak: equal references may differ in the case of their escapes, and
+    /// the undefined reference is equal to the empty one.
+    friend std::weak_ordering operator<=>(UriReference const & a, UriReference const & b) noexcept {
+        return a.compare(b) <=> 0;
     }
 
   private:
