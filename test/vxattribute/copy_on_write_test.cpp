@@ -60,6 +60,11 @@ class CopyOnWriteArguments : public CopyOnWrite {};
 TEST_P(CopyOnWriteArguments, FailedChangesLeaveBothAsTheyWere) {
     // A thread of its own starts without spent blocks, so that every allocation can fail.
     std::thread([] {
+        AttributeValue null;
+        visit_elements(GetParam().value, [&null]<typename T>(std::span<T const>) {
+            vxtest::fail_each_allocation([&null] { null.multivalue_writer<T>(); },
+                                         [&null] { ASSERT_TRUE(null.is_null()); });
+        });
         for (int way = 0; way < waysToWrite; ++way) {
             for (bool const isShared : {true, false}) {
                 AttributeValue value = deep_copy(GetParam().value);

@@ -24,13 +24,17 @@ class MultiValueWriter {
     using Arg = ElementArg<T>;
 
     explicit MultiValueWriter(AttributeValue & value) : m_holder(&value.m_holder) {
-        if (!(value.type() == ValueTypeTraits<T>::type())) {
-            if (!value.is_null()) {
-                value.raise_type_error(ValueTypeTraits<T>::type());
-            }
-            m_holder->attach(ValueFactory<T>::create_value());
+        if (value.type() == ValueTypeTraits<T>::type()) {
+            (*m_holder)->prepare_write(*m_holder);
+            return;
         }
-        (*m_holder)->prepare_write(*m_holder);
+        if (!value.is_null()) {
+            value.raise_type_error(ValueTypeTraits<T>::type());
+        }
+        // Both steps may need memory: aside, so that a failure leaves the value null.
+        ValueHolder empty(ValueFactory<T>::create_value());
+        empty->prepare_write(empty);
+        m_holder->swap(empty);
     }
 
     void push_back(Arg const & x) {
