@@ -43,6 +43,8 @@ TEST(Marshaler, FormOfEachType) {
         {vxcore::RelativeTime(-10'000'000), "-PT1S"},
         {BinaryValue(4), "#00000000"},
         {vxuri::UriReference::parse("u"), "6u <u>"},
+        {vxuri::UriReference(), "6u null"},
+        {vxtest::undefined_uri("u"), "6u (<u>)"},
         {vxcore::SimpleDateTime(0), "9u @1970-01-01T00:00:00Z"},
         {AttributeValue(ValueTypeId::typeString), "3u []"},
         {AttributeValue(ValueTypeId::typeAttributeMap), "12u []"},

@@ -2,6 +2,7 @@
 
 #include "vxcore/error_composer.h"
 #include "vxserialize/memory_list.h"
+#include "vxuri/uri_parse_data.h"
 
 namespace vxtest {
 
@@ -39,6 +40,12 @@ SecuredValue sealed(char const * annotation, AttributeValue const & value) {
 
 } // namespace
 
+vxuri::UriReference undefined_uri(std::string text) {
+    using vxuri::impl::UriParseData;
+    return vxuri::UriReference(
+        vxcore::make_ref_counted<UriParseData>(std::move(text), UriParseData::Parts{~0u}));
+}
+
 std::vector<Sample> samples() {
     std::vector<Sample> all;
     add<bool>(all, "Boolean", true, false);
@@ -49,7 +56,7 @@ std::vector<Sample> samples() {
     add<std::string>(all, "String", std::string(100, 'x'), std::string("a\0b", 3));
     add<vxcore::Uuid>(all, "Uuid", vxcore::Uuid({1, 0x80}), vxcore::Uuid());
     add<vxuri::UriReference>(all, "Uri", vxuri::UriReference::parse("http://a/b?c#d"),
-                             vxuri::UriReference::parse("e"));
+                             undefined_uri("e"));
     add<vxcore::AbsoluteTime>(all, "AbsoluteTime", vxcore::AbsoluteTime(123'456'789'012),
                               vxcore::AbsoluteTime(-1));
     add<vxcore::RelativeTime>(all, "RelativeTime", vxcore::RelativeTime(-77),

@@ -19,6 +19,9 @@ struct Sample {
 /// Scalars, lists and empty values of every type. No NaN: it equals nothing.
 std::vector<Sample> samples();
 
+/// A reference that has a text although it is undefined, as only parse data made by hand can be.
+vxuri::UriReference undefined_uri(std::string text);
+
 /// A copy that shares nothing with its source.
 vxattribute::AttributeValue deep_copy(vxattribute::AttributeValue const & value);
 

@@ -2,6 +2,7 @@
 
 #include "vxcore/error_codes.h"
 #include "vxcore/error_composer.h"
+#include "vxuri/uri_parse_data.h"
 
 #include <vector>
 
@@ -184,6 +185,8 @@ TEST(BothForms, GiveBackErrorsTimesAndReferences) {
         write_uri(w, vxuri::UriReference());
         write_uri(w, vxuri::UriReference::empty_reference());
         write_uri(w, vxuri::UriReference::parse("http://example.org/%C3%A4?q#<f>"));
+        write_uri(w, vxuri::UriReference(vxcore::make_ref_counted<vxuri::impl::UriParseData>(
+                         "s:p?q", vxuri::impl::UriParseData::Parts{~0u})));
     };
     expect_back(write, [](Reader & r) {
         EXPECT_EQ(r.next_type(), eElement_Null);
@@ -202,6 +205,10 @@ TEST(BothForms, GiveBackErrorsTimesAndReferences) {
         vxuri::UriReference const empty = read_uri(r);
         EXPECT_TRUE(empty.empty() && !empty.is_undefined());
         EXPECT_EQ(read_uri(r).text(), "http://example.org/%C3%A4?q#<f>");
+        EXPECT_EQ(r.next_type(), eElement_Record);
+        vxuri::UriReference const undefined = read_uri(r);
+        EXPECT_TRUE(undefined.is_undefined() && undefined.query() == "q");
+        EXPECT_EQ(undefined.text(), "s:p?q");
     });
 }
 

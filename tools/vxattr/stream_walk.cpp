@@ -115,8 +115,13 @@ void StreamWalk::walk_element(unsigned int tag, AttributeName const & name) {
     case ValueTypeId::eId_ErrorInfo:
         walk_error(name);
         break;
-    case ValueTypeId::eId_Uri: // null is the undefined reference
-        walk_scalar(m_reader.next_type() == eElement_Null ? eElement_Null : eElement_String, name);
+    case ValueTypeId::eId_Uri: // null or, with a text, a record is the undefined reference
+        if (m_reader.next_type() == eElement_Record) {
+            walk_record(name, [this] { walk_string(); });
+        } else {
+            walk_scalar(m_reader.next_type() == eElement_Null ? eElement_Null : eElement_String,
+                        name);
+        }
         break;
     default:
         walk_scalar(kinds[tag], name);

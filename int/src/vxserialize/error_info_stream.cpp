@@ -6,6 +6,7 @@
 #include "vxserialize/limits.h"
 #include "vxserialize/reader.h"
 #include "vxserialize/writer.h"
+#include "vxuri/uri_parse_data.h"
 
 #include <vector>
 
@@ -41,9 +42,14 @@ void write_link(Writer & writer, vxcore::ErrorInfo const & info) {
     writer.write_uint(info.location().line());
 }
 
-vxcore::SourceString read_text(Reader & reader) {
+std::string read_string(Reader & reader) {
     std::string text;
     reader >> text;
+    return text;
+}
+
+vxcore::SourceString read_text(Reader & reader) {
+    std::string const text = read_string(reader);
     return vxcore::SourceString(std::string_view(text));
 }
 
@@ -67,6 +73,15 @@ Link read_link(Reader & reader) {
     unsigned int const line = reader.read_uint();
     link.location = vxcore::SourceLocation(std::move(function), std::move(file), line);
     return link;
+}
+
+/// The undefined reference with that text.
+vxuri::UriReference undefined_uri(std::string text) {
+    using vxuri::impl::UriParseData;
+    auto const data = UriParseData::split(std::move(text));
+    UriParseData::Parts parts = data->parts;
+    parts[0] = ~0u;
+    return vxuri::UriReference(vxcore::make_ref_counted<UriParseData>(data->text, parts));
 }
 
 } // namespace
@@ -135,10 +150,14 @@ vxcore::SimpleDateTime read_simple_date_time(Reader & reader) {
 }
 
 void write_uri(Writer & writer, vxuri::UriReference const & value) {
-    if (value.is_undefined()) {
+    if (!value.is_undefined()) {
+        writer << value.text();
+    } else if (value.empty()) {
         writer.write_null();
     } else {
+        writer.begin_record();
         writer << value.text();
+        writer.end_record();
     }
 }
 
@@ -146,9 +165,13 @@ vxuri::UriReference read_uri(Reader & reader) {
     if (reader.read_if_null()) {
         return vxuri::UriReference();
     }
-    std::string text;
-    reader >> text;
-    return vxuri::UriReference::parse(std::move(text));
+    if (reader.next_type() != eElement_Record) {
+        return vxuri::UriReference::parse(read_string(reader));
+    }
+    reader.begin_record();
+    std::string text = read_string(reader);
+    reader.end_record();
+    return undefined_uri(std::move(text));
 }
 
 } // namespace vxserialize

@@ -27,7 +27,8 @@ VXSERIALIZE_API vxcore::ErrorInfo::Ptr read_error_info(Reader & reader);
 VXSERIALIZE_API void write_simple_date_time(Writer & writer, vxcore::SimpleDateTime value);
 VXSERIALIZE_API vxcore::SimpleDateTime read_simple_date_time(Reader & reader);
 
-/// A reference goes as its text, the undefined one as the null element.
+/// A reference goes as its text, the undefined one as the null element. An undefined reference that
+/// has a text goes as a record of the text; it comes back with its components split anew.
 VXSERIALIZE_API void write_uri(Writer & writer, vxuri::UriReference const & value);
 VXSERIALIZE_API vxuri::UriReference read_uri(Reader & reader);
 
