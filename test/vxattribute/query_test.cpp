@@ -88,6 +88,8 @@ TEST(Query, AsksTheMatcherOnlyAboutWhatIsThere) {
         return true;
     };
     EXPECT_EQ(query.execute(config, matcher, nullptr).name(), "b");
+    AttributeMap const unnamed = make_map({{"", 8080}});
+    EXPECT_EQ(Query("", 1).execute(unnamed, matcher, nullptr), Attribute("", 8080));
     EXPECT_EQ(Query("x").execute(config, matcher, nullptr), Attribute());
     EXPECT_EQ(calls, 1);
 }

@@ -76,7 +76,8 @@ class VXATTRIBUTE_API Query {
     /// The same, and then asks `matcher` about the value found. It is called with a
     /// `MatchContext const &` and gives true when the value is good; it may raise instead of giving
     /// false, and its exception then becomes the nested failure. It is not called for an absent
-    /// setting.
+    /// setting. Nor is it called for a setting under the empty name, which no failure could name:
+    /// its elements are counted, and the setting is returned as found.
     ///
     /// @raises error.vxattribute.query.badValue: the matcher did not accept the value, unless the
     ///         matcher's own failure already says which setting is to blame.
@@ -142,7 +143,7 @@ Attribute Query::execute(AttributeMapBase const & config, Matcher && matcher,
                          ErrorPtr * error) const {
     Attribute found = execute(config, error);
     if (found.name().empty()) {
-        return Attribute();
+        return found;
     }
     ErrorPtr failure;
     try {
