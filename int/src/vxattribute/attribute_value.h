@@ -176,6 +176,9 @@ class VXATTRIBUTE_API AttributeValue {
 
     void set(char const * data, unsigned int size) { set_string(impl::TextArg(data, size)); }
 
+    /// Shares the map's storage. A value inside a map must not be given that map, nor one that
+    /// contains it: see MutableAttributeMap::operator[]. The same holds for `=`, `swap` and
+    /// `multivalue_writer`.
     void set(AttributeMap const & map);
     void set(MutableAttributeMap const & map);
 
