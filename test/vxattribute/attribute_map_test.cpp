@@ -61,12 +61,23 @@ TEST(AttributeMap, OrderIsByPairsAndAPrefixIsLower) {
     EXPECT_EQ(one.compare(two), -two.compare(one));
     EXPECT_EQ(AttributeMap().compare(one), -1);
     EXPECT_EQ(AttributeMap().hash(), 0u);
-    EXPECT_EQ(two.hash(), make_map({{"b", 1}, {"a", 1}}).hash());
     double const nan = std::numeric_limits<double>::quiet_NaN();
     AttributeMap const odd = make_map({{"a", nan}});
     AttributeMap const copy = odd;
     EXPECT_EQ(odd, copy) << "one holder is equal without a look";
     EXPECT_NE(odd, make_map({{"a", nan}}));
+}
+
+TEST(AttributeMap, HashesNamesAndValuesInMapOrder) {
+    auto const mix = [](unsigned int seed, unsigned int part) {
+        return seed ^ (part + 0x9E3779B9u + (seed << 6) + (seed >> 2));
+    };
+    AttributeMap const map = make_map({{"a", 3}, {"b", true}}); // values that hash to 3 and 1
+    bool const isOrdered = a < b;
+    unsigned int const first = mix(mix(0, (isOrdered ? a : b).hash()), isOrdered ? 3 : 1);
+    unsigned int const hash = mix(mix(first, (isOrdered ? b : a).hash()), isOrdered ? 1 : 3);
+    EXPECT_EQ(map.hash(), hash);
+    EXPECT_EQ(make_list<AttributeMap>({map, AttributeMap(), map}).hash(), hash * 26);
 }
 
 TEST(AttributeMap, ArgumentsMayLiveInTheMapItself) {
@@ -121,9 +132,11 @@ TEST(AttributeMapAccess, TypedAccessorsNameTheAttribute) {
     EXPECT_EQ(get_list<long long>(map, "l").size(), 2u);
     EXPECT_TRUE(get_list<long long>(map, "x").empty());
     expect_error([&] { get<bool>(map, "x"); }, error::vxattribute_map_attributeNotFound,
-                 "Attribute 'x' not found in map");
+                 "Attribute 'x' not found in map",
+                 "vxattribute::AttributeMapBase::throw_attribute_not_found()");
     expect_error([&] { get<bool>(map, "l"); }, error::vxattribute_value_type_mismatch,
-                 "Attribute 'l': Expecting value of type 'Boolean'; actual type 'Integer'");
+                 "Attribute 'l': Expecting value of type 'Boolean'; actual type 'Integer'",
+                 "vxattribute::AttributeMapBase::check_attribute_of_type()");
     expect_error([&] { find<long long>(map, "l"); },
                  error::vxattribute_value_cardinality_expectSingle,
                  "Attribute 'l': Expecting scalar, found value with cardinality 2");
@@ -141,10 +154,12 @@ TEST(AttributeMapAccess, DefaultsAreCheckedToo) {
     expect_error([] { Checks::check_default_of_type("n", 1, ValueTypeId::typeDouble); },
                  error::vxattribute_value_type_mismatch,
                  "Expecting default value of type 'Double' for attribute 'n'; actual default value "
-                 "type: 'Integer'");
+                 "type: 'Integer'",
+                 "vxattribute::AttributeMapBase::check_default_of_type()");
     expect_error([] { Checks::check_scalar_of_type("n", AttributeValue(), ValueTypeId::typeNull); },
                  error::vxattribute_value_cardinality_expectSingle,
-                 "Attribute 'n': Expecting scalar, found value with cardinality 0");
+                 "Attribute 'n': Expecting scalar, found value with cardinality 0",
+                 "vxattribute::AttributeMapBase::check_scalar_of_type()");
 }
 
 TEST(AttributeMapAccess, SortedNamesGoByCharacters) {

@@ -22,7 +22,8 @@ TEST(AttributeValue, NullIsAStateOfItsOwn) {
     EXPECT_THROW(null.subrange(1), std::out_of_range);
     EXPECT_THROW(null.subrange(0, 1), std::out_of_range);
     expect_error([&] { null.get<std::string>(); }, error::vxattribute_value_type_mismatch,
-                 "Attribute value type mismatch.  Expected=String, ActualType=Null");
+                 "Attribute value type mismatch.  Expected=String, ActualType=Null",
+                 "vxattribute::raise_type_error()");
 }
 
 TEST(AttributeValue, TypedEmptyIsNeitherNullNorADefaultElement) {
@@ -59,7 +60,12 @@ TEST(AttributeValue, TypedReadsCheckTypeAndCardinality) {
     expect_error([&] { one.get<double>(); }, error::vxattribute_value_type_mismatch,
                  "Attribute value type mismatch.  Expected=Double, ActualType=Integer");
     expect_error([&] { three.get<long long>(); }, error::vxattribute_value_cardinality_expectSingle,
-                 "Attribute value 'get' invoked on multi-value attribute");
+                 "Attribute value 'get' invoked on multi-value attribute",
+                 "vxattribute::impl::throw_get_on_multi_value_attribute()");
+    impl::SingleValueImpl<double> const empty;
+    expect_error([&] { empty.front(); }, error::vxattribute_value_cardinality_expectNonzero,
+                 "Expecting non-empty attribute value",
+                 "vxattribute::impl::throw_array_empty_error()");
     EXPECT_EQ(three.at<long long>(2), 3);
     EXPECT_EQ(three.end<long long>() - three.begin<long long>(), 3);
     EXPECT_THROW(three.at<long long>(3), std::out_of_range);
@@ -104,8 +110,8 @@ TEST(AttributeValue, SubrangesNeverWrap) {
 
 TEST(AttributeValue, OrderIsByTypeNumberThenByElements) {
     AttributeValue const empty(ValueTypeId::typeBoolean), list = make_list<long long>({-1, 5});
-    AttributeValue const ordered[] = {{},  empty, false,   true,          -1, list, 0,
-                                      "a", "ab",  -1000.0, AttributeMap()};
+    AttributeValue const ordered[] = {{}, empty, false, true,   -1,      list,
+                                      0,  "a",   "ab",  "\x80", -1000.0, AttributeMap()};
     for (std::size_t i = 0; i < std::size(ordered); ++i) {
         for (std::size_t j = 0; j < std::size(ordered); ++j) {
             int const order = ordered[i].compare(ordered[j]);

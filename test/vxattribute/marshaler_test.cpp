@@ -106,7 +106,8 @@ TEST(Marshaler, FailuresLeaveTheTargetUnchanged) {
         ScriptedReader reader("uint " + tag + "; list 0; end");
         expect_error([&] { read_attribute_value(reader, value); },
                      error::vxattribute_value_type_unknown,
-                     "Unknown marshaled attribute type id.  Value=" + tag);
+                     "Unknown marshaled attribute type id.  Value=" + tag,
+                     "vxattribute::read_attribute_value_aux()");
     }
     ScriptedReader reader("key new; uint 99");
     Attribute attribute("old", 1);

@@ -78,7 +78,8 @@ TEST(NameCoder, WorkedExample) {
         expect_error([&] { read_names(failing, script); },
                      error::vxattribute_name_decoder_packageRef_unknown,
                      "Reference to unknown attribute name package.  PackageId: "
-                     "938398af-baf5-af4f-824d-0dfe89bcccb9");
+                     "938398af-baf5-af4f-824d-0dfe89bcccb9",
+                     "vxattribute::AttributeNameDecoder::read_package_ref()");
     }
 }
 
@@ -180,12 +181,14 @@ TEST(NameCoder, TokensNeedAReferenceThatCoversThem) {
     for (std::string const token : {"0", "1", "5", "4294967289"}) {
         expect_error([&] { read_names(decoder, "uint " + token); },
                      error::vxattribute_name_decoder_unknownIndex,
-                     "No attribute name package reference for attribute name token " + token);
+                     "No attribute name package reference for attribute name token " + token,
+                     "vxattribute::AttributeNameDecoder::read_attribute_name()");
     }
     expect_error([&] { read_names(decoder, unknown + "5; uint 4294967295; uint 1; uint 0"); },
                  error::vxattribute_name_decoder_packageRef_invalid,
                  "Invalid index range in package reference.  PackageId: "
-                 "00000000-0000-0000-0000-000000000005");
+                 "00000000-0000-0000-0000-000000000005",
+                 "vxattribute::AttributeNameDecoder::read_package_ref()");
 }
 
 TEST(NameCoder, BadReferencesAreRefusedAndTheTableKept) {

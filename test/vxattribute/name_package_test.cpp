@@ -121,8 +121,8 @@ TEST(NamePackage, StreamForm) {
 
 TEST(NamePackage, WhatIsNoPackageIsRefusedAndTheTargetKept) {
     std::string const id = "938398af-baf5-af4f-824d-0dfe89bcccb9"; // alphaBetaId
-    std::string const mismatch = "Mismatch of deserialized package identifier (" + id +
-                                 ") and computed ID (65b925db-2ed7-6d4e-b2fc-2b8f016e69e8)";
+    std::string const mismatch =
+        "Mismatch of deserialized package identifier (" + id + ") and computed ID (";
     std::string const unsorted = "Names in deserialized package (id: " + id + ") are not sorted";
     std::string const duplicate = "Attempt to add duplicate attribute name (a) to package.";
     auto const & serialization = error::vxattribute_name_package_serialization;
@@ -133,7 +133,10 @@ TEST(NamePackage, WhatIsNoPackageIsRefusedAndTheTargetKept) {
         vxcore::ErrorCode const & code;
         std::string text;
     } const rows[] = {
-        {form(alphaBetaId, "list 0; key abc; "), serialization, mismatch},
+        {form(alphaBetaId, "list 0; key abc; "), serialization,
+         mismatch + "65b925db-2ed7-6d4e-b2fc-2b8f016e69e8)"},
+        {form(alphaBetaId, "list 0; key abc; next; key abc; "), serialization, // and a name twice
+         mismatch + "8fb8cb4c-bbff-0b44-aa05-f29e2d695b81)"},
         {form(alphaBetaId, "list 0; key beta; next; key alpha; "), serialization, unsorted},
         {form(alphaBetaId, "list 0; key wrong; next; key id; "), serialization, unsorted},
         {form("bac65dd4a4daf5469b7b3693319d2fc4", "list 2; key a; next; key a; "), // its own id
@@ -141,12 +144,13 @@ TEST(NamePackage, WhatIsNoPackageIsRefusedAndTheTargetKept) {
     };
 
     Names const twins = {"a", "b", "a"};
-    expect_error([&] { Package::create(twins); }, twice, duplicate);
+    char const create[] = "vxattribute::AttributeNamePackage::create()";
+    expect_error([&] { Package::create(twins); }, twice, duplicate, create);
     auto const kept = Package::create(Names{"kept"});
     for (auto const & row : rows) {
         vxtest::ScriptedReader reader(row.script);
         auto target = kept;
-        expect_error([&] { reader >> target; }, row.code, row.text);
+        expect_error([&] { reader >> target; }, row.code, row.text, create);
         EXPECT_EQ(target, kept);
     }
 }

