@@ -15,6 +15,10 @@ target_compile_options(vx_flags INTERFACE
     # functions and objects stay one per process: this is not -Bsymbolic.
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 
+# Calls are bound at load and their table is read-only then. Binding at the first call would save the
+# vector registers on the stack, and with them what they hold of keys; nothing wipes it there.
+target_link_options(vx_flags INTERFACE LINKER:-z,relro,-z,now)
+
 if(VX_SANITIZE)
     target_compile_options(vx_flags INTERFACE -fsanitize=${VX_SANITIZE} -fno-omit-frame-pointer)
     target_link_options(vx_flags INTERFACE -fsanitize=${VX_SANITIZE})
