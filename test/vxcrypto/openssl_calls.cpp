@@ -1,6 +1,10 @@
 #include "openssl_calls.h"
 
+#include <openssl/err.h>
+
+#include <cstdlib>
 #include <dlfcn.h>
+#include <utility>
 
 vxtest::OpensslCalls & vxtest::openssl_calls() noexcept {
     thread_local OpensslCalls calls;
@@ -25,6 +29,14 @@ void AES_encrypt(unsigned char const * in, unsigned char * out, void const * key
     next(in, out, key);
 }
 
+int AES_set_encrypt_key(unsigned char const * key, int bits, void * schedule) {
+    static auto * const next = original(&AES_set_encrypt_key, "AES_set_encrypt_key");
+    static bool fails = std::getenv("VX_FIRST_SCHEDULE_FAILS") != nullptr;
+    bool const isFailure = std::exchange(fails, false);
+    int const result = next(key, bits, schedule);
+    return isFailure ? -1 : result;
+}
+
 void OPENSSL_cleanse(void * data, std::size_t size) {
     static auto * const next = original(&OPENSSL_cleanse, "OPENSSL_cleanse");
     vxtest::OpensslCalls & calls = vxtest::openssl_calls();
@@ -44,6 +56,10 @@ void RAND_add(void const * data, int size, double credit) {
 int RAND_bytes(unsigned char * data, int size) {
     static auto * const next = original(&RAND_bytes, "RAND_bytes");
     ++vxtest::openssl_calls().requested;
-    return vxtest::openssl_calls().refuse ? 0 : next(data, size);
+    if (vxtest::openssl_calls().refuse) {
+        ERR_raise(ERR_LIB_RAND, ERR_R_INTERNAL_ERROR);
+        return 0;
+    }
+    return next(data, size);
 }
 }

@@ -16,7 +16,7 @@ struct OpensslCalls {
     unsigned long encrypted = 0; ///< calls of AES_encrypt
     unsigned long added = 0;     ///< calls of RAND_add with 8 bytes and no credit claimed
     unsigned long requested = 0; ///< calls of RAND_bytes
-    bool refuse = false;         ///< lets RAND_bytes fail
+    bool refuse = false;         ///< lets RAND_bytes fail, and note why
     unsigned int wipes = 0;      ///< calls of OPENSSL_cleanse
     Wiped wiped[16] = {};        ///< the first of them
 };

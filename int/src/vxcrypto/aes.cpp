@@ -71,24 +71,38 @@ constexpr Road bulkRoad = {
                                   counter, data, blocks);
     }};
 
-/// OpenSSL promises nothing about the layout of a schedule: builds of it without assembler keep the
-/// bytes of each word the other way round. So one block goes both ways, under keys of each size.
+/// What a road makes of public bytes.
+struct Trial {
+    static constexpr unsigned int blocks = 9; // a full turn of the eight-block loop, and a rest
+
+    unsigned char state[blockSize];
+    unsigned char counter[blockSize];
+    unsigned char data[blocks * blockSize];
+};
+
+Trial run_trial(Road const & tried, AES_KEY const * schedule) noexcept {
+    Trial trial = {};
+    // The counter carries through all its bytes within the full turn.
+    std::memset(trial.counter, 0xFF, blockSize);
+    trial.counter[blockSize - 1] = 0xFC;
+    tried.xor_key_stream(schedule, trial.counter, trial.data, Trial::blocks);
+    tried.chain(schedule, trial.state, trial.data, Trial::blocks);
+    return trial;
+}
+
+/// OpenSSL promises nothing about the layout of a schedule: its builds without assembler keep the
+/// bytes of each word in the opposite order. So both roads do the same work, under a key of each
+/// size. Costs 54 calls of `AES_encrypt`, about 7 microseconds.
 bool bulk_road_agrees() noexcept {
     unsigned char const key[32] = {1, 2, 3, 4};
     for (int const bits : {128, 192, 256}) {
         AES_KEY schedule;
-        AES_set_encrypt_key(key, bits, &schedule);
-        unsigned char const data[blockSize] = {5, 6, 7, 8};
-        unsigned char plain[2][blockSize] = {{9}, {10}};
-        unsigned char bulk[2][blockSize] = {{9}, {10}};
-        if (schedule.rounds != bits / 32 + 6) {
+        if (AES_set_encrypt_key(key, bits, &schedule) != 0 || schedule.rounds != bits / 32 + 6) {
             return false;
         }
-        plain_chain(&schedule, plain[0], data, 1);
-        bulkRoad.chain(&schedule, bulk[0], data, 1);
-        plain_xor_key_stream(&schedule, plain[0], plain[1], 1);
-        bulkRoad.xor_key_stream(&schedule, bulk[0], bulk[1], 1);
-        if (std::memcmp(plain, bulk, sizeof plain) != 0) {
+        Trial const plain = run_trial(plainRoad, &schedule);
+        Trial const bulk = run_trial(bulkRoad, &schedule);
+        if (std::memcmp(&plain, &bulk, sizeof plain) != 0) {
             return false;
         }
     }
