@@ -28,6 +28,8 @@ TEST(Key, WipesItsWholeBufferAsSoonAsItIsReplaced) {
         EXPECT_EQ(openssl_calls().wiped[0].size, buffer.size);
     }
     EXPECT_THROW(Key(0xFFFFFFF9u), std::length_error); // the capacity would be 0
+    EXPECT_THROW(Key(nullptr, 1), std::invalid_argument);
+    EXPECT_TRUE(Key(nullptr, 0).empty());
 }
 
 TEST(Key, MovesItsBufferClonesWhenAskedAndComparesAllBytes) {

@@ -123,7 +123,7 @@ bool bulk_road_agrees() noexcept {
 } // namespace
 
 void AesEncryptContext::rekey(unsigned char const * key, unsigned int size) {
-    if (size != 16 && size != 24 && size != 32) {
+    if (key == nullptr || (size != 16 && size != 24 && size != 32)) {
         vxcore::throw_error(
             error::vxcrypto_key_size,
             vxcore::SourceString("Key for AES must be 128, 192, or 256 bits (16, 24, or 32 bytes)",

@@ -24,7 +24,7 @@ class VXCRYPTO_API AesEncryptContext {
     /// Makes the key schedule, in the place of an earlier one.
     ///
     /// @param size  Bytes: 16, 24 or 32.
-    /// @raises error.vxcrypto.key.size: another size. The context is as it was.
+    /// @raises error.vxcrypto.key.size: another size, or a null key. The context is as it was.
     /// @cost   One allocation, the first time.
     void rekey(unsigned char const * key, unsigned int size);
 

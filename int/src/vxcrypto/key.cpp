@@ -28,6 +28,9 @@ Key::Key(unsigned int size) : m_capacity(capacity_for(size)), m_size(size) {
 }
 
 Key::Key(void const * bytes, unsigned int size) : Key(size) {
+    if (bytes == nullptr && size != 0) {
+        throw std::invalid_argument("vxcrypto::Key::Key()");
+    }
     std::copy_n(static_cast<unsigned char const *>(bytes), size, m_data);
 }
 

@@ -30,6 +30,7 @@ class VXCRYPTO_API Key {
     ///
     /// @param bytes  May be null when `size` is 0.
     /// @raises std::length_error: as above.
+    /// @raises std::invalid_argument: `bytes` is null and `size` is not 0.
     Key(void const * bytes, unsigned int size);
 
     /// Takes the buffer over; the source is empty then.
@@ -67,7 +68,7 @@ class VXCRYPTO_API Key {
     unsigned char * mutable_data() noexcept { return m_data; }
 
     /// True when both have the same bytes. The time it takes depends on the sizes only.
-    bool equal(Key const & other) const noexcept;
+    [[nodiscard]] bool equal(Key const & other) const noexcept;
 
     void swap(Key & other) noexcept;
 
