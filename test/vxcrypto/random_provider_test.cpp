@@ -3,6 +3,8 @@
 
 #include "vxcrypto/random_provider.h"
 
+#include <openssl/err.h>
+
 #include <cstring>
 
 namespace {
@@ -37,8 +39,11 @@ TEST(RandomProvider, MixesTheTimeInBeforeItLooksAtTheArguments) {
     EXPECT_NE(std::memcmp(buffer, buffer + 16, 16), 0);
     EXPECT_EQ(std::memcmp(buffer + 32, untouched, 16), 0);
     openssl_calls().refuse = true;
+    ERR_raise(ERR_LIB_USER, 7); // of the caller's own: it stays in the queue, and nothing else does
     expect_failure(buffer, 16, "error.vxcrypto.randomProvider.failed",
                    "Random provider failed to generate requested number of bytes");
+    EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 7);
+    EXPECT_EQ(ERR_get_error(), 0u);
     EXPECT_EQ(openssl_calls().added, 8u);
     openssl_calls() = {};
 }

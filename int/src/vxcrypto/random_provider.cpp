@@ -4,6 +4,7 @@
 #include "vxcore/error_exception.h"
 #include "vxcrypto/error_codes_internal.h"
 
+#include <openssl/err.h>
 #include <openssl/rand.h>
 
 namespace vxcrypto {
@@ -32,7 +33,12 @@ void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size
     if (count < 0) {
         fail(error::vxcrypto_randomProvider_arguments, "Invalid 'size' argument");
     }
-    if (RAND_bytes(static_cast<unsigned char *>(buffer), count) != 1) {
+    // What OpenSSL notes about a failure goes: the exception reports it, and an entry left in the
+    // thread's queue would be taken for the failure of a later call. Older entries stay.
+    ERR_set_mark();
+    int const result = RAND_bytes(static_cast<unsigned char *>(buffer), count);
+    ERR_pop_to_mark();
+    if (result != 1) {
         fail(error::vxcrypto_randomProvider_failed,
              "Random provider failed to generate requested number of bytes");
     }
