@@ -4,10 +4,10 @@
 
 namespace vxattribute::impl {
 
-/// Overwrites what stands in the list with zeros, in its place.
+/// Overwrites the bytes of the list with zeros, in their place.
 ///
-/// Segments whose memory somebody else uses too are left alone: they are his, and a write would
-/// wipe a copy. Let go of readers, sublists and other lists over the same bytes first.
+/// Memory that somebody else uses too is left alone: a write would wipe a copy. Drop readers,
+/// sublists and other lists over the same bytes first.
 void wipe(vxserialize::MemoryList & list) noexcept;
 
 /// Calls `action(data, size)` for each run of bytes behind `offset`, in order, for changing them in

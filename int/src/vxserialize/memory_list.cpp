@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <stdexcept>
 
@@ -174,6 +175,27 @@ void MemoryListBase::append_defragmented(MemoryListBase const & list, unsigned i
     list.read_at(position, block->data(), size);
     unsigned char * const start = block->data();
     add_reserved_segment(MemorySegment(std::move(block), start, size));
+}
+
+void MemoryListBase::overwrite_own_bytes(void (*overwrite)(void *, std::size_t) noexcept) noexcept {
+    std::sort(m_segments.begin(), m_segments.end(), [](auto const & a, auto const & b) {
+        return std::less<>()(a.m_block.get(), b.m_block.get());
+    });
+    for (auto first = m_segments.begin(); first != m_segments.end();) {
+        auto const second = first + 1;
+        auto const last = std::find_if(second, m_segments.end(), [&first](auto const & segment) {
+            return segment.m_block != first->m_block;
+        });
+        // One reference stands for all of this list: is it the only one?
+        std::for_each(second, last, [](auto & segment) { segment.m_block.reset(); });
+        bool const isOwn = first->m_block->has_unique_ref();
+        std::for_each(second, last, [&first](auto & segment) { segment.m_block = first->m_block; });
+        for (; first != last; ++first) {
+            if (isOwn) {
+                overwrite(first->m_data, first->m_size);
+            }
+        }
+    }
 }
 
 void MemoryListBase::reserve_segments(std::size_t count) {

@@ -125,6 +125,14 @@ class VXSERIALIZE_API MemoryListBase {
     void append_defragmented(MemoryListBase const & list, unsigned int position = 0,
                              unsigned int size = all);
 
+    /// Calls `overwrite(data, size)` for each run of bytes in memory that only this list uses, for
+    /// wiping a secret in its place. That includes a block that several segments of this list
+    /// share, for which `MemorySegment::is_shared()` is true. Other bytes keep their values, but
+    /// the segments may be in another order afterwards.
+    ///
+    /// @cost  O(n log n) for n segments; no allocation.
+    void overwrite_own_bytes(void (*overwrite)(void *, std::size_t) noexcept) noexcept;
+
     /// A cursor at `position`, or at the end.
     MemoryListCursor reader(unsigned int position = 0) const noexcept VXCORE_LIFETIMEBOUND;
 
@@ -168,8 +176,7 @@ class VXSERIALIZE_API MemoryListBase {
 /// Sublists and clones share the memory; only the row of segments is a list's own. Lists that share
 /// memory are independent all the same: a write through one of them is never seen in another.
 /// `MemorySegment` tells which writes copy. To overwrite secrets in their place, drop the other
-/// lists, and the readers' sublists of them, first; `MemorySegment::is_shared()` tells whether that
-/// was done.
+/// lists, and the readers' sublists of them, first; then call `overwrite_own_bytes()`.
 ///
 /// Threads. A list held as `MemoryList const` may be read anywhere. Different lists may be used in
 /// different threads even when they share memory.
