@@ -21,16 +21,18 @@ using vxtest::bytes_of;
 using vxtest::expect_error;
 using vxtest::list_of;
 
-/// Gives out bytes that are known before.
+/// Writes bytes that are known before, 16 at most.
 struct FixedRandom final : vxcrypto::IRandomProvider {
     explicit FixedRandom(std::string const & text) : bytes(text) {}
 
     void generate_random(void * buffer, unsigned int size) override {
-        ASSERT_EQ(size, bytes.size());
+        ++calls;
+        ASSERT_EQ(size, 16u);
         bytes.copy(static_cast<char *>(buffer), size);
     }
 
     std::string bytes;
+    unsigned int calls = 0;
 };
 
 TEST(SecuredValueCipher, GivesThePublishedResults) {
@@ -49,6 +51,30 @@ TEST(SecuredValueCipher, GivesThePublishedResults) {
             EXPECT_EQ(bytes_of(eax.decrypt(key_of(v[0]), v[2], sealed)), v[3]);
             EXPECT_EQ(bytes_of(sealed), expected);
         }
+    }
+}
+
+TEST(SecuredValueCipher, AsksForANonceWhenTheKeyFitsAndTakesNoneOfZeros) {
+    FixedRandom silent(""); // writes nothing
+    auto const seal_with = [&](char const * id, unsigned int keySize) {
+        SecuredValue(AttributeValue(7), "", keyId, key_of_size(keySize), cipher(id), silent);
+    };
+    auto const & keysize = error::vxattribute_value_secured_keysize;
+    std::string const text = "Size of key provided does not match cipher.  Cipher=";
+    auto const passes = expect_error([&] { seal_with("NULL", 15); }, keysize,
+                                     text + "NULL, Expexted=0, Provided=15");
+    EXPECT_EQ(passes->location().function().view(),
+              "vxattribute::impl::SecuredValueCipherNull::check_keysize()");
+    seal_with("NULL", 0);
+    auto const misfit = expect_error([&] { seal_with("EAX_AES128", 15); }, keysize,
+                                     text + "EAX_AES128, Expexted=16, Provided=15");
+    EXPECT_EQ(silent.calls, 0u);
+    auto const zeros = expect_error([&] { seal_with("EAX_AES256", 32); },
+                                    vxcore::ErrorCode("error.vxcrypto.randomProvider.failed", true),
+                                    "Random provider failed to generate requested number of bytes");
+    for (auto const & info : {misfit, zeros}) {
+        EXPECT_EQ(info->location().function().view(),
+                  "vxattribute::impl::SecuredValueCipherEaxAesBase::encrypt()");
     }
 }
 

@@ -2,11 +2,13 @@
 #include "vxattribute/memory_wipe_internal.h"
 #include "vxattribute/secured_value_ciphers_internal.h"
 #include "vxcore/error_composer.h"
+#include "vxcore/error_exception.h"
 #include "vxcore/text_conversion.h"
 #include "vxcrypto/eax_aes_context.h"
 #include "vxcrypto/random_provider.h"
 
 #include <algorithm>
+#include <cstring>
 #include <initializer_list>
 
 namespace vxattribute {
@@ -34,6 +36,8 @@ void check_key(SecuredValue::ICipher const & cipher, vxcrypto::Key const & key,
         .throw_error(error::vxattribute_value_secured_keysize, VXCORE_LOCATION(function));
 }
 
+constexpr char const encryptFunction[] =
+    "vxattribute::impl::SecuredValueCipherEaxAesBase::encrypt()";
 constexpr char const authenticateDecrypt[] =
     "vxattribute::impl::SecuredValueCipherEaxAesBase::authenticate_decrypt()";
 
@@ -42,6 +46,21 @@ constexpr char const authenticateDecrypt[] =
     vxcore::ErrorComposer(message)
         .param("cipherId", cipherId)
         .throw_error(code, VXCORE_LOCATION(authenticateDecrypt));
+}
+
+/// A nonce from `random`. All zeros say that it wrote nothing, and two messages under one nonce
+/// betray each other: that is a failure. A working source gives them once in 2^128 times.
+void make_nonce(vxcrypto::IRandomProvider & random, unsigned char (&nonce)[nonceSize]) {
+    static constexpr vxcore::ErrorCode failed("error.vxcrypto.randomProvider.failed", true);
+    std::memset(nonce, 0, nonceSize);
+    random.generate_random(nonce, nonceSize);
+    if (std::all_of(nonce, nonce + nonceSize, [](unsigned char byte) { return byte == 0; })) {
+        vxcore::throw_error(
+            failed,
+            vxcore::SourceString("Random provider failed to generate requested number of bytes",
+                                 true),
+            VXCORE_LOCATION(encryptFunction));
+    }
 }
 
 /// Feeds `size` bytes at the cursor to the MAC, from where they stand.
@@ -79,9 +98,9 @@ SecuredValue::Ciphertext
 SecuredValueCipherEaxAesBase::encrypt(SecuredValue::Ciphertext const & plaintext,
                                       std::string const & annotation, vxcrypto::Key const & key,
                                       vxcrypto::IRandomProvider & random) const {
-    check_key(*this, key, "vxattribute::impl::SecuredValueCipherEaxAesBase::encrypt()");
+    check_key(*this, key, encryptFunction);
     unsigned char nonce[nonceSize];
-    random.generate_random(nonce, nonceSize);
+    make_nonce(random, nonce);
     EaxAesContext eax(key, nonce, annotation);
     vxcore::RefCountPtr<MemoryList> sealed = MemoryList::create();
     sealed->append(nonce, nonceSize);

@@ -11,7 +11,7 @@ namespace vxcrypto {
 class IRandomProvider {
   public:
     /// Fills `size` bytes at `buffer`. Failure is raised; the buffer's content must not be used
-    /// then.
+    /// then. Sealing takes a nonce of nothing but zeros for a failure too.
     virtual void generate_random(void * buffer, unsigned int size) = 0;
 
   protected:
