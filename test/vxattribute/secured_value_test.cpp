@@ -61,7 +61,7 @@ TEST(SecuredValue, OnlyOneBinaryIsAKey) {
         SecuredValue const sealed = seal(value, key);
         SecuredValue::ErrorPtr error;
         auto const raised =
-            expect_error([&] { sealed.extract_binary_as_key(key, &error); },
+            expect_error([&] { (void)sealed.extract_binary_as_key(key, &error); },
                          isBinary ? error::vxattribute_value_cardinality_expectSingle
                                   : error::vxattribute_value_type_mismatch,
                          text, "vxattribute::impl::read_key_as_binary()");
@@ -99,7 +99,8 @@ TEST(SecuredValue, SaysWhyItDoesNotOpen) {
         {value_of("Note", "EAX_AES128", bytes), key, vxattribute_value_secured_authentication,
          "Ciphertext fails authentication with provided key.  Cipher=EAX_AES128",
          "cipherId=EAX_AES128 ", deciphers, nullptr},
-        {sealed, shorter, vxattribute_value_secured_keysize,
+        {value_of("note", "EAX_AES128", "too short"), shorter, // the key is looked at first
+         vxattribute_value_secured_keysize,
          "Size of key provided does not match cipher.  Cipher=EAX_AES128, Expexted=16, "
          "Provided=15",
          "cipherId=EAX_AES128 expectedKeysize=16 keysize=15 ", deciphers, deciphers},
@@ -145,10 +146,10 @@ TEST(SecuredValue, SaysWhyItDoesNotOpen) {
         if (row.checkingFunction == nullptr) {
             EXPECT_FALSE(row.value.authenticate(row.key));
         } else {
-            checkRaised([&] { row.value.authenticate(row.key); }, row.checkingFunction);
+            checkRaised([&] { (void)row.value.authenticate(row.key); }, row.checkingFunction);
         }
-        checkRaised([&] { row.value.extract(row.key, nullptr); }, row.function);
-        checkRaised([&] { row.value.extract_binary_as_key(row.key, nullptr); }, row.function);
+        checkRaised([&] { (void)row.value.extract(row.key, nullptr); }, row.function);
+        checkRaised([&] { (void)row.value.extract_binary_as_key(row.key, nullptr); }, row.function);
         SecuredValue::ErrorPtr error;
         EXPECT_TRUE(row.value.extract(row.key, &error).is_null());
         check(error, row.function);
@@ -172,7 +173,7 @@ TEST(SecuredValue, TheKeyIdIsNotAuthenticated) {
     EXPECT_FALSE(other == sealed);
     EXPECT_TRUE(other.authenticate(key));
     SecuredValue::ErrorPtr stale, error;
-    sealed.extract(Key(), &stale);
+    (void)sealed.extract(Key(), &stale);
     error = stale;
     EXPECT_TRUE(other.extract_binary_as_key(key, &error).equal(wrapped));
     EXPECT_FALSE(other.extract(key, &error).is_null());
@@ -254,27 +255,43 @@ TEST(SecuredValue, NoKeyStaysInMemory) {
 }
 
 TEST(SecuredValue, ComparesByAllItsParts) {
-    SecuredValue const parts[] = {value_of("a", "c", "1"), value_of("b", "c", "1"),
-                                  value_of("a", "d", "1"), value_of("a", "c", "2")};
+    vxcore::Uuid const low({1}), high({2});
+    // In order. What a row is decided by comes before parts that say the opposite.
+    SecuredValue const parts[] = {
+        value_of("z", "z", "1", {"z", high}), value_of("a", "z", "2", {"z", high}),
+        value_of("b", "a", "2", {"z", high}), value_of("b", "b", "2", {"z", low}),
+        value_of("b", "b", "2", {"a", high}), value_of("b", "b", "2", {"b", high})};
     for (SecuredValue const & a : parts) {
         for (SecuredValue const & b : parts) {
+            EXPECT_EQ(a.compare(b), int{&a > &b} - int{&a < &b});
             EXPECT_EQ(a == b, &a == &b);
-            EXPECT_EQ(a.compare(b) == 0, &a == &b);
+            EXPECT_TRUE((a < b) == (&a < &b) && (a <= b) == (&a <= &b));
+            EXPECT_TRUE((a > b) == (&a > &b) && (a >= b) == (&a >= &b));
             EXPECT_EQ(a.hash() == b.hash(), &a == &b);
         }
     }
-    EXPECT_LT(parts[2], parts[3]); // the sealed bytes come first
-    EXPECT_LT(parts[0], parts[1]);
     // No sealed bytes at all and none of them are alike.
     vxserialize::MemoryWriter writer;
     SecuredValue().write(writer);
     vxserialize::MemoryReader reader = writer.reader();
     EXPECT_EQ(SecuredValue(reader), SecuredValue());
-    using KeyId = SecuredValue::KeyId;
-    vxcore::Uuid const uuid({1});
-    EXPECT_LT(KeyId("z", vxcore::Uuid()), KeyId("a", uuid));
-    EXPECT_LT(KeyId("a", uuid), KeyId("b", uuid));
     EXPECT_EQ(value_of("\x80", "\x01", "\xff").hash(), 0xE0E1B4D6u);
+    EXPECT_EQ(value_of("a", "c", "aaabacadecdced").hash(), 14u); // the sum is 0: the size stands in
+}
+
+TEST(SecuredValue, NeverKeepsTheHashOfOtherContent) {
+    auto const fresh = [] { return value_of("b", "c", "2"); };
+    SecuredValue hashed = value_of("a", "c", "1"), source = fresh();
+    (void)hashed.hash();
+    SecuredValue copied = hashed, moved = hashed, swapped = hashed;
+    copied = source;
+    moved = fresh();
+    swapped.swap(source);
+    for (SecuredValue const & value : {copied, moved, swapped}) {
+        EXPECT_EQ(value.hash(), fresh().hash());
+    }
+    SecuredValue const taken = std::move(hashed);
+    EXPECT_EQ(hashed.hash(), SecuredValue().hash());
 }
 
 TEST(SecuredValue, ShowsItsFrameOnly) {

@@ -63,7 +63,9 @@ TEST(SerializedValue, ValuesWithoutPayloadCompareAlike) {
 }
 
 TEST(SerializedValue, HashMixesPayloadAndTypeNameAndFollowsMoves) {
-    // This name makes it 0, which stands for "not computed": the size takes its place.
+    // 'x' is 120 and 'a' is 97: 120 ^ (97 + (120 << 6) + (120 >> 2) + 0x9E3779B9)
+    EXPECT_EQ(SerializedValue("a", list_of("x")).hash(), 0x9e379840u);
+    // This name makes it 0, which means "not computed": the size takes its place.
     EXPECT_EQ(SerializedValue("10343103133324", list_of("xyz")).hash(), 3u);
     SerializedValue value("type", list_of("payload"));
     unsigned int const hash = value.hash();
