@@ -197,8 +197,25 @@ TEST(SecuredValue, NoOtherCipherIdIsAWayIn) {
             }
         }
     }
-    value_of("", "NULL", "x").extract(Key(), SecuredValue::strict_cipher_provider(), &error);
+    (void)value_of("", "NULL", "x").extract(Key(), SecuredValue::strict_cipher_provider(), &error);
     EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
+}
+
+/// docs/guide/security.md tells of this road, under "Wrapped keys".
+TEST(SecuredValue, AnUnknownCipherOfAWrappedKeyLeadsToForgedValuesUnlessOpenedStrictly) {
+    auto const & strict = SecuredValue::strict_cipher_provider();
+    Key const master = key_of_size(16);
+    SecuredValue const wrapped = seal(key_of_size(32), master);
+    SecuredValue const renamed = value_of("note", "no such", bytes_of(wrapped.ciphertext()));
+    SecuredValue const forged = seal("forged", Key(), "NULL");
+    SecuredValue::ErrorPtr keyError, error;
+    Key const careless = renamed.extract_binary_as_key(master, &keyError);
+    EXPECT_EQ(forged.extract(careless, &error), AttributeValue("forged"));
+    EXPECT_TRUE(keyError && careless.empty()) << "what a careful caller looks at";
+    EXPECT_TRUE(forged.extract(careless, strict, &error).is_null());
+    EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
+    EXPECT_THROW((void)renamed.extract_binary_as_key(master, strict, nullptr),
+                 vxcore::ErrorException);
 }
 
 TEST(SecuredValue, AFailedSetLeavesTheOldValue) {
