@@ -39,5 +39,7 @@ void cases(AttributeMap map, vxserialize::MemoryWriter writer) {
     auto * const copy = new AttributeNamePackage(*package);
 #elif defined(VX_CASE_WRITE_THROUGH_PACKAGE)
     *package->begin() = "y";
+#elif defined(VX_CASE_DROPPED_AUTHENTICATION)
+    SecuredValue().authenticate(vxcrypto::Key());
 #endif
 }

@@ -144,10 +144,10 @@ TEST(ForeignCipher, NullIsAnEmptyList) {
     }
     auto const & code = vxserialize::error::vxserialize_data_truncated;
     char const text[] = "Serialized data ends at byte 0 in the middle";
-    expect_error([&] { full.extract(Key(), foreign, nullptr); }, code, text);
+    expect_error([&] { (void)full.extract(Key(), foreign, nullptr); }, code, text);
     SecuredValue::ErrorPtr error;
     SecuredValue::ErrorPtr const raised =
-        expect_error([&] { full.extract_binary_as_key(Key(), foreign, &error); }, code, text);
+        expect_error([&] { (void)full.extract_binary_as_key(Key(), foreign, &error); }, code, text);
     EXPECT_EQ(error, raised);
 
     // The other way round: a cipher of ours under the id of an empty value gets null.
@@ -159,9 +159,9 @@ TEST(ForeignCipher, NullIsAnEmptyList) {
 
     Key const key = key_of_size(16);
     for (auto const & open : std::initializer_list<std::function<void()>>{
-             [&] { SecuredValue().authenticate(key, provider); },
-             [&] { SecuredValue().extract(key, provider, nullptr); },
-             [&] { SecuredValue().extract_binary_as_key(key, provider, &error); }}) {
+             [&] { (void)SecuredValue().authenticate(key, provider); },
+             [&] { (void)SecuredValue().extract(key, provider, nullptr); },
+             [&] { (void)SecuredValue().extract_binary_as_key(key, provider, &error); }}) {
         expect_error(open, error::vxattribute_value_secured_ciphertext,
                      "Ciphertext size not valid for cipher.  Cipher=EAX_AES128");
     }
@@ -174,7 +174,8 @@ TEST(ForeignCipher, MayHandBackTheStoredList) {
     SecuredValue const number(AttributeValue(7), "note", keyId, Key(), foreign), copy = number;
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(key.extract_binary_as_key(Key(), foreign, nullptr).equal(wrapped));
-        EXPECT_THROW(number.extract_binary_as_key(Key(), foreign, nullptr), vxcore::ErrorException);
+        EXPECT_THROW((void)number.extract_binary_as_key(Key(), foreign, nullptr),
+                     vxcore::ErrorException);
         EXPECT_EQ(copy.extract(Key(), foreign, nullptr), AttributeValue(7));
     }
 }
@@ -184,8 +185,8 @@ TEST(ForeignCipher, WhatItRaisesPassesThrough) {
     SecuredValue const sealed(key_of("secret"), "note", keyId, Key(), foreign);
     SecuredValue::ErrorPtr error;
     foreign.turn = [](auto const &) -> ForeignCipher::List { throw 7; };
-    EXPECT_THROW(sealed.extract(Key(), foreign, &error), int);
-    EXPECT_THROW(sealed.extract_binary_as_key(Key(), foreign, &error), int);
+    EXPECT_THROW((void)sealed.extract(Key(), foreign, &error), int);
+    EXPECT_THROW((void)sealed.extract_binary_as_key(Key(), foreign, &error), int);
     EXPECT_FALSE(error) << "only a std::exception is reported";
     foreign.turn = [](auto const &) -> ForeignCipher::List { throw std::runtime_error("broken"); };
     auto const check = [&error] {
@@ -197,10 +198,10 @@ TEST(ForeignCipher, WhatItRaisesPassesThrough) {
     EXPECT_TRUE(sealed.extract(Key(), foreign, &error).is_null());
     check();
     error = nullptr;
-    EXPECT_THROW(sealed.extract_binary_as_key(Key(), foreign, &error), std::runtime_error);
+    EXPECT_THROW((void)sealed.extract_binary_as_key(Key(), foreign, &error), std::runtime_error);
     check();
-    expect_error([&] { sealed.extract(Key(), foreign, nullptr); }, vxcore::error::vxcore_exception,
-                 "broken");
+    expect_error([&] { (void)sealed.extract(Key(), foreign, nullptr); },
+                 vxcore::error::vxcore_exception, "broken");
 }
 
 TEST(ForeignCipher, NoFailureLeavesAKeyBehind) {

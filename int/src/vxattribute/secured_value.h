@@ -69,21 +69,27 @@ class VXATTRIBUTE_API SecuredValue {
         void read(vxserialize::Reader & reader);
         void write(vxserialize::Writer & writer) const;
 
-        friend bool operator==(KeyId const & a, KeyId const & b) noexcept {
+        [[nodiscard]] friend bool operator==(KeyId const & a, KeyId const & b) noexcept {
             return a.m_instanceId == b.m_instanceId && a.m_category == b.m_category;
         }
 
         /// By instance id, then by the bytes of the category.
-        friend bool operator<(KeyId const & a, KeyId const & b) noexcept {
+        [[nodiscard]] friend bool operator<(KeyId const & a, KeyId const & b) noexcept {
             return a.m_instanceId == b.m_instanceId ? a.m_category < b.m_category
                                                     : a.m_instanceId < b.m_instanceId;
         }
 
-        friend bool operator>(KeyId const & a, KeyId const & b) noexcept { return b < a; }
+        [[nodiscard]] friend bool operator>(KeyId const & a, KeyId const & b) noexcept {
+            return b < a;
+        }
 
-        friend bool operator<=(KeyId const & a, KeyId const & b) noexcept { return !(b < a); }
+        [[nodiscard]] friend bool operator<=(KeyId const & a, KeyId const & b) noexcept {
+            return !(b < a);
+        }
 
-        friend bool operator>=(KeyId const & a, KeyId const & b) noexcept { return !(a < b); }
+        [[nodiscard]] friend bool operator>=(KeyId const & a, KeyId const & b) noexcept {
+            return !(a < b);
+        }
 
       private:
         std::string m_category;
@@ -108,6 +114,7 @@ class VXATTRIBUTE_API SecuredValue {
     /// `random`.
     ///
     /// @raises error.vxattribute.value.secured.keysize: `key` is not of the cipher's size.
+    /// @raises error.vxcrypto.randomProvider.failed: the provider left the nonce all zeros.
     /// @raises What the random provider raises. So do all that seal.
     SecuredValue(AttributeValue const & value, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher);
@@ -158,25 +165,37 @@ class VXATTRIBUTE_API SecuredValue {
     /// @raises error.vxattribute.value.secured.cipher.unknown: the provider has no such cipher.
     /// @raises error.vxattribute.value.secured.keysize, .ciphertext: sizes that no sealed value of
     ///         that cipher has.
-    bool authenticate(vxcrypto::Key const & key) const;
-    bool authenticate(vxcrypto::Key const & key, ICipherProvider const & provider) const;
+    [[nodiscard]] bool authenticate(vxcrypto::Key const & key) const;
+    [[nodiscard]] bool authenticate(vxcrypto::Key const & key,
+                                    ICipherProvider const & provider) const;
 
     /// The value that was sealed.
     ///
     /// @param error  Takes the failure, and null is the result; a null `error` raises it.
     /// @raises As `authenticate`, error.vxattribute.value.secured.authentication for a wrong key or
     ///         bytes that were tampered with, and what reading the opened bytes raises.
-    AttributeValue extract(vxcrypto::Key const & key, ErrorPtr * error) const;
-    AttributeValue extract(vxcrypto::Key const & key, ICipherProvider const & provider,
-                           ErrorPtr * error) const;
+    [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key, ErrorPtr * error) const;
+    [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key,
+                                         ICipherProvider const & provider, ErrorPtr * error) const;
 
     /// The key that was sealed, or the bytes of a value that is one Binary. No other copy of them
     /// stays in memory.
     ///
-    /// @param error  Takes the failure; it is raised as well, unless the cipher is unknown.
-    vxcrypto::Key extract_binary_as_key(vxcrypto::Key const & key, ErrorPtr * error) const;
-    vxcrypto::Key extract_binary_as_key(vxcrypto::Key const & key, ICipherProvider const & provider,
-                                        ErrorPtr * error) const;
+    /// Beware of an unknown cipher: with an `error` place it is only reported, and the result is an
+    /// empty key. An empty key is what "NULL" asks for. A stranger who renames the cipher of a
+    /// wrapped key thus has the default provider accept any value of his own that is opened with
+    /// the result. Pass `strict_cipher_provider()` here and where the result is used, and look at
+    /// `error` and at the size of the key; or pass a null `error`, with which every failure raises.
+    ///
+    /// @param error  Takes the failure; it is raised as well, unless the cipher is unknown. Null
+    ///               raises it in any case.
+    /// @raises As `extract`, error.vxattribute.value.type.mismatch, .type.unknown and
+    ///         .cardinality.expectSingle: what was sealed is not one Binary.
+    [[nodiscard]] vxcrypto::Key extract_binary_as_key(vxcrypto::Key const & key,
+                                                      ErrorPtr * error) const;
+    [[nodiscard]] vxcrypto::Key extract_binary_as_key(vxcrypto::Key const & key,
+                                                      ICipherProvider const & provider,
+                                                      ErrorPtr * error) const;
 
     /// A record of annotation, cipher id, key id and sealed bytes. When reading raises, the value
     /// is as it was. What is read is not checked: that takes the key.
@@ -187,25 +206,25 @@ class VXATTRIBUTE_API SecuredValue {
     unsigned int hash() const noexcept;
 
     /// By the sealed bytes, then annotation, cipher id and key id.
-    int compare(SecuredValue const & other) const noexcept;
+    [[nodiscard]] int compare(SecuredValue const & other) const noexcept;
 
-    friend bool operator==(SecuredValue const & a, SecuredValue const & b) noexcept {
+    [[nodiscard]] friend bool operator==(SecuredValue const & a, SecuredValue const & b) noexcept {
         return a.compare(b) == 0;
     }
 
-    friend bool operator<(SecuredValue const & a, SecuredValue const & b) noexcept {
+    [[nodiscard]] friend bool operator<(SecuredValue const & a, SecuredValue const & b) noexcept {
         return a.compare(b) < 0;
     }
 
-    friend bool operator<=(SecuredValue const & a, SecuredValue const & b) noexcept {
+    [[nodiscard]] friend bool operator<=(SecuredValue const & a, SecuredValue const & b) noexcept {
         return a.compare(b) <= 0;
     }
 
-    friend bool operator>(SecuredValue const & a, SecuredValue const & b) noexcept {
+    [[nodiscard]] friend bool operator>(SecuredValue const & a, SecuredValue const & b) noexcept {
         return a.compare(b) > 0;
     }
 
-    friend bool operator>=(SecuredValue const & a, SecuredValue const & b) noexcept {
+    [[nodiscard]] friend bool operator>=(SecuredValue const & a, SecuredValue const & b) noexcept {
         return a.compare(b) >= 0;
     }
 
@@ -238,12 +257,14 @@ class SecuredValue::ICipher {
                                vxcrypto::IRandomProvider & random) const = 0;
 
     /// The plaintext; raises when the check fails.
-    virtual Ciphertext decrypt(vxcrypto::Key const & key, std::string const & annotation,
-                               Ciphertext const & ciphertext) const = 0;
+    [[nodiscard]] virtual Ciphertext decrypt(vxcrypto::Key const & key,
+                                             std::string const & annotation,
+                                             Ciphertext const & ciphertext) const = 0;
 
     /// Checks only.
-    virtual bool authenticate(vxcrypto::Key const & key, std::string const & annotation,
-                              Ciphertext const & ciphertext) const = 0;
+    [[nodiscard]] virtual bool authenticate(vxcrypto::Key const & key,
+                                            std::string const & annotation,
+                                            Ciphertext const & ciphertext) const = 0;
 
   protected:
     ICipher() = default;

@@ -11,6 +11,7 @@ namespace vxcrypto {
 /// ordinary comparison would let somebody guess them byte by byte.
 ///
 /// @param a, b  May be null when `size` is 0.
-VXCRYPTO_API bool constant_time_equal(void const * a, void const * b, std::size_t size) noexcept;
+[[nodiscard]] VXCRYPTO_API bool constant_time_equal(void const * a, void const * b,
+                                                    std::size_t size) noexcept;
 
 } // namespace vxcrypto

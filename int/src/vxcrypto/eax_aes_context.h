@@ -64,7 +64,7 @@ class VXCRYPTO_API EaxAesContext {
 
     /// True when `expected` (`tag_size` bytes) is the message's tag. The time it takes does not
     /// tell where they differ. Good after `finish()`.
-    bool tag_matches(unsigned char const * expected) const noexcept;
+    [[nodiscard]] bool tag_matches(unsigned char const * expected) const noexcept;
 
   private:
     void begin_mac(unsigned char number) noexcept;
