@@ -80,6 +80,17 @@ TEST(MemoryList, WritesInPlaceExactlyWhenNobodyElseUsesTheBlock) {
     EXPECT_FALSE(clone->segment_read_iterator()->is_shared());
     EXPECT_EQ(clone->segment_write_iterator()->get_inplace_write_ptr(6), stored);
     EXPECT_THROW(clone->segment_write_iterator()->get_inplace_write_ptr(7), std::out_of_range);
+
+    OwnListPtr const other = MemoryList::create("kept", 4);
+    clone->append(*other);
+    clone->append(*clone, 0, 3);
+    clone->overwrite_own_bytes(
+        [](void * data, std::size_t size) noexcept { std::memset(data, '-', size); });
+    std::string left = bytes_of(clone);
+    EXPECT_TRUE(left == "---------kept" || left == "kept---------") << left;
+    write_all(*clone, 1); // two segments still share a block: none is written twice
+    left = bytes_of(clone);
+    EXPECT_EQ(std::count(left.begin(), left.end(), '-' + 1), 9) << left;
 }
 
 TEST(MemoryList, CursorReadsAcrossSegments) {
