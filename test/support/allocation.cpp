@@ -4,18 +4,23 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <string_view>
+#include <utility>
 
 namespace {
 
 thread_local unsigned long count = 0;
 thread_local unsigned long countdown = 0;
 thread_local bool failsWithInt = false;
+thread_local void (*nextHook)() = nullptr;
 std::atomic<long> live{0};
 thread_local std::string_view watched;
 thread_local unsigned long found = 0;
 
 [[maybe_unused]] void * allocate(std::size_t size) {
     ++count;
+    if (auto * const hook = std::exchange(nextHook, nullptr)) {
+        hook();
+    }
     if (countdown != 0 && --countdown == 0) {
         if (failsWithInt) {
             throw 0;
@@ -52,6 +57,10 @@ unsigned long allocation_count() noexcept {
 void fail_allocation(unsigned long n, bool raiseInt) noexcept {
     countdown = n;
     failsWithInt = raiseInt;
+}
+
+void call_at_allocation(void (*hook)()) noexcept {
+    nextHook = hook;
 }
 
 void watch_freed_memory(void const * bytes, std::size_t size) noexcept {

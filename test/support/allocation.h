@@ -14,6 +14,9 @@ unsigned long allocation_count() noexcept;
 /// no std::exception; 0 lets all pass.
 void fail_allocation(unsigned long n, bool raiseInt = false) noexcept;
 
+/// Calls `hook` at the next allocation of this thread, once. It may wait there.
+void call_at_allocation(void (*hook)()) noexcept;
+
 /// Blocks of all threads that are allocated and not yet freed.
 long live_blocks() noexcept;
 

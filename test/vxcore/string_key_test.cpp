@@ -1,6 +1,7 @@
 // The rule under test: equal strings share one token for as long as a key on it lives, tokens of
 // untrusted names are given back, and none of this breaks when threads meet.
 
+#include "support/allocation.h"
 #include "support/threads.h"
 
 #include "vxcore/siphash_internal.h"
@@ -8,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <latch>
+#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -67,6 +70,24 @@ TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
     });
     StringKey found;
     EXPECT_FALSE(StringKey::find_interned("name 1", found));
+}
+
+/// Else a waiter keeps a holder of lower priority off its processor for ever.
+TEST(StringKey, ALongWaitIsSlept) {
+    static std::latch isHeld(1);
+    std::jthread const holder([] {
+        vxtest::call_at_allocation([] { // the token is made under the lock
+            isHeld.count_down();
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        });
+        StringKey const key("made slowly");
+    });
+    isHeld.wait();
+    rusage before, after; // of which yielding is no voluntary switch
+    getrusage(RUSAGE_THREAD, &before);
+    StringKey const key("made slowly");
+    getrusage(RUSAGE_THREAD, &after);
+    EXPECT_GT(after.ru_nvcsw, before.ru_nvcsw);
 }
 
 TEST(SipHash, AgreesWithThePublishedResult) {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <new>
 #include <ostream>
@@ -45,21 +46,30 @@ unsigned int hash_text(std::string_view text) {
     return static_cast<unsigned int>(impl::SipHash<1, 3>::hash(secret, text.data(), text.size()));
 }
 
-/// A lock for a few instructions: taking it is one atomic exchange, giving it back a plain store. A
-/// mutex would cost as much again as everything that happens under it.
-class SpinLock {
+/// A lock for a few instructions: taking it is one atomic exchange, giving it back a plain store.
+///
+/// A thread that waits for long sleeps, or it could keep the holder off the processor for ever by a
+/// higher priority. It looks again by itself: to be woken would cost every holder a second
+/// exchange, and a mutex costs as much again as everything that happens under it.
+class SleepLock {
   public:
     void lock() noexcept {
         while (m_isTaken.exchange(true, std::memory_order_acquire)) {
-            while (m_isTaken.load(std::memory_order_relaxed)) {
-                std::this_thread::yield(); // its holder may have lost the processor
-            }
+            wait();
         }
     }
 
     void unlock() noexcept { m_isTaken.store(false, std::memory_order_release); }
 
   private:
+    [[gnu::cold]] void wait() const noexcept {
+        for (int tries = 0; m_isTaken.load(std::memory_order_relaxed); ++tries) {
+            if (tries >= 1000) { // its holder has lost the processor
+                std::this_thread::sleep_for(std::chrono::microseconds(50));
+            }
+        }
+    }
+
     std::atomic<bool> m_isTaken = false;
 };
 
@@ -155,7 +165,7 @@ class alignas(64) Shard {
 
     static constexpr unsigned int ownCount = 16;
 
-    SpinLock m_lock;
+    SleepLock m_lock;
     StringToken ** m_buckets = m_ownBuckets;
     unsigned int m_mask = ownCount - 1;
     unsigned int m_size = 0;
