@@ -1,6 +1,10 @@
 // The rules under test: the table keeps the first entry of a name, and a second copy of the library
 // in one process says so and stops the process, unless the environment asks to go on; the copy that
-// goes takes the entry with it.
+// goes takes the entry with it. A library that was used is gone after its unload, whatever else of
+// the family stays.
+
+#include "copy_use.h"
+#include "support/allocation.h"
 
 #include "vxmoduleregistry/module_registry.h"
 
@@ -8,15 +12,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <dlfcn.h>
+#include <latch>
+#include <thread>
 
 namespace {
 
 using namespace vxmoduleregistry;
-
-void * load(char const * path) {
-    return dlopen(path, RTLD_NOW | RTLD_LOCAL);
-}
 
 class ModuleCopies : public testing::Test {
   protected:
@@ -29,6 +30,11 @@ class ModuleCopies : public testing::Test {
     }
 
     void TearDown() override { dlclose(first); }
+
+    bool is_gone() {
+        return dlopen(VX_LIBRARY, RTLD_NOW | RTLD_NOLOAD) == nullptr &&
+               !query_module_info("vxattribute", &info);
+    }
 
     /// Both copies were built at once and say the same.
     std::string report() const {
@@ -68,12 +74,26 @@ TEST_F(ModuleCopies, TheInformationIsXmlInTheAgreedOrder) {
                     "</ModuleInfo>\n"));
 }
 
-TEST_F(ModuleCopies, AnUnloadedModuleMayComeAgain) {
+/// Each thread keeps spent blocks, which the unload frees.
+TEST_F(ModuleCopies, AUsedModuleGoesAndMayComeAgain) {
+    std::latch used(2), unloaded(1);
     dlclose(first);
-    ModuleInfo none;
-    EXPECT_FALSE(query_module_info("vxattribute", &none));
+    long const before = vxtest::live_blocks();
     first = load(VX_LIBRARY);
-    EXPECT_TRUE(query_module_info("vxattribute", &none));
+    std::thread other([&] {
+        EXPECT_TRUE(use(first));
+        used.arrive_and_wait();
+        unloaded.wait();
+    });
+    EXPECT_TRUE(use(first));
+    used.arrive_and_wait();
+    dlclose(first);
+    EXPECT_TRUE(is_gone());
+    unloaded.count_down();
+    other.join();
+    EXPECT_EQ(vxtest::live_blocks(), before);
+    first = load(VX_COPY); // stops the process when the first copy is still there
+    EXPECT_TRUE(use(first));
 }
 
 TEST_F(ModuleCopiesDeathTest, TheFirstIsSilent) {

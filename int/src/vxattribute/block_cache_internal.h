@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <new>
 
@@ -31,9 +30,10 @@ class BlockCache {
     static void * allocate(std::size_t size);
     static void free(void * block, std::size_t size) noexcept;
 
-    /// Threads that have kept no block yet will not begin to. For the unload: a thread would note a
-    /// destructor of the library that is about to go.
-    static void stop() noexcept;
+    /// Frees what the caches hold, of all threads, and ends the caching: nothing of the library is
+    /// called at the end of a thread from then on. At the end of the process only the cache of this
+    /// thread is emptied, since others may still be in use.
+    static void unload() noexcept;
 
   private:
     static constexpr std::size_t granularity = 16;
@@ -52,26 +52,26 @@ class BlockCache {
     /// Plain data: an access to it is a load relative to the thread pointer, with no guard.
     struct ThreadState {
         SizeClass classes[max_size / granularity];
+        ThreadState * next; // in the list of open caches
+        ThreadState * previous;
         bool isOpen;   // blocks are taken
-        bool isClosed; // the thread ends: blocks are no longer taken
+        bool isClosed; // the thread or the library ends: blocks are no longer taken
     };
+
+    struct OpenCaches;
 
     static std::size_t class_of(std::size_t size) noexcept { return (size - 1) / granularity; }
 
     /// The rare half of `free`: the class is full, or the thread frees its first or last blocks.
     static void free_slow(void * block, std::size_t size) noexcept;
-    static void close() noexcept;
+
+    static bool make_key() noexcept;
+    static bool open() noexcept;
+    static void close(ThreadState & state) noexcept;
+    static void end_thread(void * state) noexcept;
 
     static thread_local constinit ThreadState sm_state __attribute__((tls_model("initial-exec")));
-
-    static constinit std::atomic<bool> sm_isStopped;
-
-    friend struct BlockCacheCloser;
-};
-
-/// Stops the cache at unload. Made last of all statics, so that it goes first.
-struct BlockCacheStopper {
-    ~BlockCacheStopper() { BlockCache::stop(); }
+    static OpenCaches sm_caches;
 };
 
 #if VX_BLOCK_CACHE
@@ -110,8 +110,6 @@ inline void * BlockCache::allocate(std::size_t size) {
 inline void BlockCache::free(void * block, std::size_t) noexcept {
     ::operator delete(block);
 }
-
-inline void BlockCache::stop() noexcept {}
 
 #endif
 

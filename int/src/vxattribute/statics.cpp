@@ -9,9 +9,8 @@
 // 6. Ciphers and their providers.
 // 7. Trace settings, then `defaultTraceFormatter`.
 // 8. Names of the JSON form.
-// 9. The registrar: once it has run, all of the library is there. And what goes first at unload.
+// 9. The registrar: once it has run, all of the library is there.
 
-#include "vxattribute/block_cache_internal.h"
 #include "vxattribute/element_types.h"
 #include "vxattribute/json_keys_internal.h"
 #include "vxattribute/module_registrar_internal.h"
@@ -181,7 +180,6 @@ vxcore::StaticInstance<vxcore::StringKey const> const impl::jsonEmptyKey;
 namespace {
 
 impl::ModuleRegistrar const registrar;
-impl::BlockCacheStopper const blockCacheStopper;
 
 } // namespace
 
