@@ -9,10 +9,9 @@ target_compile_options(vx_flags INTERFACE
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
     # Source paths in error locations and debug information are relative to the project.
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
-    # Without it a second copy of a library shares the first copy's function-local statics.
+    # Unique symbols are one per process, and a library that has any is never unloaded.
     $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>
-    # A library may inline its own exported functions, as clang does by itself. Addresses of
-    # functions and objects stay one per process: this is not -Bsymbolic.
+    # A library may inline its own exported functions, as clang does by itself.
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 
 # Calls are bound at load and their table is read-only then. Binding at the first call would save the

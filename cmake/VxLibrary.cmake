@@ -1,9 +1,12 @@
-# vx_library(NAME SOURCES ... HEADERS ... [DEPENDS ...] [PRIVATE_DEPENDS ...])
+# vx_library(NAME SOURCES ... HEADERS ... [DEPENDS ...] [PRIVATE_DEPENDS ...] [IDENTITIES FILE])
 #
 # One shared library of the family: hidden by default, own SOVERSION, headers in a file set that is
-# installed and whose every member is compiled alone (all_verify_interface_header_sets).
+# installed and whose every member is compiled alone (all_verify_interface_header_sets). It exports
+# names of its own namespace only and uses its own definitions of them, whatever else the process
+# holds: docs/decisions/0007-libraries-keep-to-themselves.md. IDENTITIES lists the exceptions, objects
+# that have one address in the process.
 function(vx_library name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;HEADERS;DEPENDS;PRIVATE_DEPENDS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "IDENTITIES" "SOURCES;HEADERS;DEPENDS;PRIVATE_DEPENDS")
     add_library(${name} SHARED ${arg_SOURCES})
     add_library(vxattribute::${name} ALIAS ${name})
     target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}/int/src FILES ${arg_HEADERS})
@@ -18,5 +21,16 @@ function(vx_library name)
         VERSION ${PROJECT_VERSION}
         SOVERSION ${VX_ABI_VERSION}
         INSTALL_RPATH $ORIGIN)
+
+    string(LENGTH ${name} length)
+    set(VX_MANGLED ${length}${name})
+    set(map ${CMAKE_CURRENT_BINARY_DIR}/${name}.map)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/library.map.in ${map} @ONLY)
+    set(binding LINKER:-Bsymbolic)
+    if(arg_IDENTITIES)
+        set(binding LINKER:--dynamic-list=${arg_IDENTITIES}) # binds all others within the library
+    endif()
+    target_link_options(${name} PRIVATE LINKER:--version-script=${map} ${binding})
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${map} ${arg_IDENTITIES})
     set_property(GLOBAL APPEND PROPERTY VX_LIBRARIES ${name})
 endfunction()

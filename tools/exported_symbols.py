@@ -1,26 +1,27 @@
 #!/usr/bin/env python3
-"""exported_symbols.py LIBRARY...: fails when a library exports a symbol that is not of the family.
+"""exported_symbols.py LIBRARY...: fails when a library exports a symbol that is not of its namespace.
 
-A stray export ties users to what was never meant for them and lets two libraries of one process
-resolve to one another's code.
+A stray export ties users to what was never meant for them, and lets another library of the process
+resolve to it and so hold this one in memory.
 """
+import pathlib
 import re
 import subprocess
 import sys
-
-# Names of the family anywhere in a symbol, and instantiations of the standard library's templates,
-# which that library exports by its own attributes.
-KNOWN = re.compile(r"(^|[ *&<(])(vx[a-z]+|std)::")
 
 
 def main():
     failed = False
     for library in sys.argv[1:]:
-        listing = subprocess.run(["nm", "-DC", "--defined-only", library], capture_output=True,
+        namespace = re.match("lib([a-z]+)[.]so", pathlib.Path(library).name).group(1)
+        # Functions and objects; tables and type information; thunks.
+        own = re.compile(rf"_Z(T[VTIS]|T[hv][n0-9_]+)?N[KRO]*{len(namespace)}{namespace}")
+        listing = subprocess.run(["nm", "-D", "--defined-only", library], capture_output=True,
                                  text=True, check=True).stdout
-        for line in listing.splitlines():
-            name = line.split(maxsplit=2)[2]
-            if not KNOWN.search(name):
+        names = [line.split(maxsplit=2)[2] for line in listing.splitlines()]
+        failed |= not names
+        for name in names:
+            if not own.match(name):
                 print(f"{library}: {name}")
                 failed = True
     return 1 if failed else 0

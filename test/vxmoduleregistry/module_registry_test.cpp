@@ -74,9 +74,10 @@ TEST_F(ModuleCopies, TheInformationIsXmlInTheAgreedOrder) {
                     "</ModuleInfo>\n"));
 }
 
-/// Each thread keeps spent blocks, which the unload frees.
+/// Each thread keeps spent blocks, which the unload frees. A sibling that stays keeps nothing.
 TEST_F(ModuleCopies, AUsedModuleGoesAndMayComeAgain) {
     std::latch used(2), unloaded(1);
+    void * const sibling = load(VX_SIBLING);
     dlclose(first);
     long const before = vxtest::live_blocks();
     first = load(VX_LIBRARY);
@@ -94,6 +95,26 @@ TEST_F(ModuleCopies, AUsedModuleGoesAndMayComeAgain) {
     EXPECT_EQ(vxtest::live_blocks(), before);
     first = load(VX_COPY); // stops the process when the first copy is still there
     EXPECT_TRUE(use(first));
+    dlclose(sibling);
+    EXPECT_TRUE(use(first));
+}
+
+/// In both orders; the symbols of one are open to later libraries, or not.
+TEST_F(ModuleCopies, EachLeavesTheOtherAtWork) {
+    setenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES", "", 1);
+    dlclose(first);
+    for (int const mode : {RTLD_LOCAL, RTLD_GLOBAL}) {
+        for (bool const inOrder : {true, false}) {
+            void * const a = load(VX_LIBRARY, mode);
+            void * const b = load(VX_COPY);
+            EXPECT_TRUE(use(a) && use(b));
+            dlclose(inOrder ? a : b);
+            EXPECT_TRUE(use(inOrder ? b : a));
+            dlclose(inOrder ? b : a);
+            EXPECT_TRUE(is_gone());
+        }
+    }
+    first = load(VX_LIBRARY);
 }
 
 TEST_F(ModuleCopiesDeathTest, TheFirstIsSilent) {

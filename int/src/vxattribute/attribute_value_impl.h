@@ -325,8 +325,8 @@ template <>
 struct VXATTRIBUTE_API ValueFactoryStatics<std::string> {
     /// The empty value, and the value of one empty string. Their own reference keeps both shared
     /// for ever, so nobody writes to them in place.
-    static ValueHolder const sm_defaultConstructed;
-    static ValueHolder const sm_emptyString;
+    static ValueHolder const & sm_defaultConstructed;
+    static ValueHolder const & sm_emptyString;
 };
 
 /// Makes values of one type, in the class that suits the elements. The caller owns the result.
@@ -366,7 +366,7 @@ struct VXATTRIBUTE_API ValueFactory<NullValueType> {
 /// must be complete.
 // clang-format off
 #define VXATTRIBUTE_EXTERN_ELEMENT(T)                                                              \
-    template <> VXATTRIBUTE_API vxattribute::impl::ValueTypeTraitsBase<T>::DefaultHolder const     \
+    template <> VXATTRIBUTE_API vxattribute::impl::ValueTypeTraitsBase<T>::DefaultHolder const &   \
         vxattribute::impl::ValueTypeTraitsBase<T>::sm_default;                                     \
     extern template class vxattribute::impl::TypedValue<T>;                                        \
     extern template class vxattribute::impl::RefCountedValueImpl<T>;                               \

@@ -1,5 +1,8 @@
 // Everything of the library that lives as long as the library does, in the order in which it is
-// built. It stands in one source because the order between sources is nobody's to choose:
+// built. It is in one source because the order between sources is nobody's to choose. What
+// load-time code builds for programs to read is exported as a reference, which is a constant: a
+// program may hold copies of exported objects, made before load-time code runs.
+//
 //
 // 1. Constants, without load-time code: type ids, null, the singletons of booleans and integers.
 // 2. Type names.
@@ -118,19 +121,36 @@ namespace impl {
 
 // 3. Shared strings
 
-ValueHolder const
-    ValueFactoryStatics<std::string>::sm_defaultConstructed(new RefCountedValueImpl<std::string>);
-ValueHolder const ValueFactoryStatics<std::string>::sm_emptyString(
-    new RefCountedValueImpl<std::string>(ElementArg<std::string>("", 0)));
+namespace {
+
+ValueHolder const defaultConstructedString(new RefCountedValueImpl<std::string>);
+ValueHolder const emptyString(new RefCountedValueImpl<std::string>(ElementArg<std::string>("", 0)));
+
+} // namespace
+
+constinit ValueHolder const & ValueFactoryStatics<std::string>::sm_defaultConstructed =
+    defaultConstructedString;
+constinit ValueHolder const & ValueFactoryStatics<std::string>::sm_emptyString = emptyString;
 
 } // namespace impl
 
 // 4. and 5. Defaults and the empty map
+
+namespace {
+
+template <typename T>
+typename impl::ValueTypeTraitsBase<T>::DefaultHolder const defaultHolder;
+
+} // namespace
+
 // clang-format off
 
 #define VXATTRIBUTE_DEFAULT(T)                                                                     \
-    template <> impl::ValueTypeTraitsBase<T>::DefaultHolder const                                  \
-        impl::ValueTypeTraitsBase<T>::sm_default{}
+    namespace {                                                                                    \
+    template <> impl::ValueTypeTraitsBase<T>::DefaultHolder const defaultHolder<T>{};              \
+    }                                                                                              \
+    template <> constinit impl::ValueTypeTraitsBase<T>::DefaultHolder const &                      \
+        impl::ValueTypeTraitsBase<T>::sm_default = defaultHolder<T>
 
 VXATTRIBUTE_DEFAULT(bool);
 VXATTRIBUTE_DEFAULT(long long);
@@ -167,7 +187,8 @@ impl::StrictCipherProvider const impl::strictCipherProvider;
 vxcore::RefCountPtr<impl::TraceFormatterImpl const> const impl::defaultTraceSettings =
     vxcore::make_ref_counted<impl::TraceFormatterImpl>();
 
-TraceFormatter const defaultTraceFormatter;
+static TraceFormatter const defaultFormatter;
+constinit TraceFormatter const & defaultTraceFormatter = defaultFormatter;
 
 // 8. Names of the JSON form
 

@@ -208,6 +208,6 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
 inline constexpr unsigned int max_trace_depth = 256;
 
 /// The formatter that the library itself uses.
-extern VXATTRIBUTE_API TraceFormatter const defaultTraceFormatter;
+extern VXATTRIBUTE_API TraceFormatter const & defaultTraceFormatter;
 
 } // namespace vxattribute

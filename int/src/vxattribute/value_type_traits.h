@@ -33,7 +33,9 @@ struct ValueTypeTraitsBase {
         T m_value;
     };
 
-    static DefaultHolder const sm_default;
+    /// A reference, since a program may hold its own copy of an exported object, made before
+    /// load-time code has filled it. A copy of a reference is as good as the original.
+    static DefaultHolder const & sm_default;
 
     static T const & default_value() noexcept { return sm_default.value(); }
 
