@@ -1,59 +1,7 @@
-// vxattr: values in files, converted, shown, compared and sealed. Each command stands in a source
-// of its own.
+// The program vxattr: values in files, converted, shown, compared and sealed.
 
-#include "commands.h"
-#include "failure.h"
-
-#include <CLI/CLI.hpp>
-#include <cstdio>
-#include <exception>
-#include <string>
-#include <vector>
-
-namespace {
-
-using namespace vxattr;
-
-int complain(EExit exit, std::string const & text) {
-    std::fputs(("vxattr: " + text + '\n').c_str(), stderr);
-    return exit;
-}
-
-int parse_and_run(CLI::App & app, Run const & run, int argc, char ** argv) {
-    try {
-        app.parse(argc, argv);
-    } catch (CLI::ParseError const & e) {
-        if (e.get_exit_code() == 0) {
-            return app.exit(e); // prints what was asked for
-        }
-        std::vector<std::string> const rest = app.remaining();
-        if (app.get_subcommands().empty() && !rest.empty() && rest.front()[0] != '-') {
-            return complain(eExit_Usage, "there is no command \"" + rest.front() + '"');
-        }
-        return complain(eExit_Usage, message_of(e));
-    }
-    try {
-        return run();
-    } catch (UsageFailure const & e) {
-        return complain(eExit_Usage, message_of(e));
-    } catch (std::exception const & e) {
-        return complain(eExit_Data, message_of(e));
-    }
-}
-
-} // namespace
+#include "run.h"
 
 int main(int argc, char ** argv) {
-    CLI::App app("Values in files: converts, shows, queries, compares and seals them.", "vxattr");
-    app.set_version_flag("--version", "vxattr " VXATTR_VERSION);
-    app.require_subcommand(1);
-    app.footer(
-        "'vxattr COMMAND --help' tells more. Exit codes: 0 good, 1 bad data, a difference or "
-        "a failed check,\n2 a command line that makes no sense.");
-    Run run;
-    for (auto const add : {add_convert, add_show, add_inspect, add_get, add_diff, add_stat,
-                           add_package, add_seal, add_open, add_verify, add_rekey, add_check}) {
-        add(app, run);
-    }
-    return parse_and_run(app, run, argc, argv);
+    return vxattr::run(argc, argv);
 }
