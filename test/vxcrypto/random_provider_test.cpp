@@ -3,8 +3,10 @@
 
 #include "vxcrypto/random_provider.h"
 
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -46,6 +48,29 @@ TEST(RandomProvider, MixesTheTimeInBeforeItLooksAtTheArguments) {
     EXPECT_EQ(ERR_get_error(), 0u);
     EXPECT_EQ(openssl_calls().added, 8u);
     openssl_calls() = {};
+}
+
+// OpenSSL does not start without memory, and ends before the last destructors run.
+TEST(RandomProvider, RaisesWhereOpenSslIsNotRunning) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // each in a process that has not used it
+    auto const fail_after = [](auto stop) {
+        stop();
+        vxcrypto::default_random_provider()->generate_random(nullptr, 16);
+        char buffer[16];
+        expect_failure(buffer, 16, "error.vxcrypto.randomProvider.failed",
+                       "Random provider failed to generate requested number of bytes");
+        std::_Exit(HasFailure() ? 1 : 0);
+    };
+    auto const withhold_memory = [] {
+        CRYPTO_set_mem_functions([](std::size_t, char const *, int) -> void * { return nullptr; },
+                                 nullptr, nullptr);
+    };
+    auto const end = [] {
+        vxcrypto::default_random_provider()->generate_random(nullptr, 0);
+        OPENSSL_cleanup();
+    };
+    EXPECT_EXIT(fail_after(withhold_memory), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(fail_after(end), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

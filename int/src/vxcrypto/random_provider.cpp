@@ -4,6 +4,7 @@
 #include "vxcore/error_exception.h"
 #include "vxcrypto/error_codes_internal.h"
 
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/rand.h>
 
@@ -23,9 +24,30 @@ class DefaultRandomProviderImpl final : public IRandomProvider {
     }
 };
 
+namespace {
+
+/// Its generator crashes where it had no memory to start, or ended before the last destructors run.
+bool is_openssl_running() noexcept {
+    return OPENSSL_init_crypto(0, nullptr) == 1 && OSSL_LIB_CTX_get0_global_default() != nullptr;
+}
+
+/// Removes what OpenSSL notes about a failure: the exception reports it, and an entry left in the
+/// thread's queue would be taken for the failure of a later call. Older entries stay.
+bool fill(unsigned char * buffer, int count) noexcept {
+    ERR_set_mark();
+    int const result = RAND_bytes(buffer, count);
+    ERR_pop_to_mark();
+    return result == 1;
+}
+
+} // namespace
+
 void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size) {
     unsigned long long const timestamp = vxcore::hardware::Cpu::read_timestamp();
-    RAND_add(&timestamp, sizeof timestamp, 0.0);
+    bool const isRunning = is_openssl_running();
+    if (isRunning) {
+        RAND_add(&timestamp, sizeof timestamp, 0.0);
+    }
     if (buffer == nullptr) {
         return;
     }
@@ -33,12 +55,7 @@ void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size
     if (count < 0) {
         fail(error::vxcrypto_randomProvider_arguments, "Invalid 'size' argument");
     }
-    // What OpenSSL notes about a failure goes: the exception reports it, and an entry left in the
-    // thread's queue would be taken for the failure of a later call. Older entries stay.
-    ERR_set_mark();
-    int const result = RAND_bytes(static_cast<unsigned char *>(buffer), count);
-    ERR_pop_to_mark();
-    if (result != 1) {
+    if (!isRunning || !fill(static_cast<unsigned char *>(buffer), count)) {
         fail(error::vxcrypto_randomProvider_failed,
              "Random provider failed to generate requested number of bytes");
     }
