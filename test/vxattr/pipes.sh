@@ -24,6 +24,12 @@ cmp "$2/coded.bin" coded.bin # the package both reads and writes
 install -m 640 settings.names "$2/names"
 "$vxattr" package make "$2/names" settings.json
 [ "$(stat -c %a "$2/names")" = 640 ] || fail "package make changed the rights"
+if printf '{"two\\nlines":1}' | "$vxattr" package make "$2/names" - 2>"$2/err"; then
+    fail "a name of two lines"
+fi
+grep -qx "vxattr: $2/names: a name of the package cannot stand on a line" "$2/err"
+cmp "$2/names" settings.names
+[ "$(ls -d "$2"/names*)" = "$2/names" ] || fail "files left over: $(ls "$2")"
 mkfifo "$2/fifo"
 cat "$2/fifo" >"$2/copy" &
 "$vxattr" package make "$2/fifo" settings.json

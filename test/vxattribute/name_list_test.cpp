@@ -1,34 +1,14 @@
-// The rule under test: packages come from values and from files as people keep them, and a file
+// The rule under test: packages come from values and from lists as people keep them, and a text
 // that is no list is refused with its line.
 
 #include "support/expect_error.h"
 
 #include "vxattribute/vxattribute.h"
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <unistd.h>
-
 namespace {
 
 using namespace vxattribute;
 using vxtest::expect_error;
-
-/// Each case has a folder of its own, for cases run side by side.
-class NameListFile : public testing::Test {
-  protected:
-    NameListFile() { std::filesystem::create_directory(folder); }
-
-    ~NameListFile() override { std::filesystem::remove_all(folder); }
-
-    std::string save(std::string const & text) const {
-        std::ofstream(folder + "names", std::ios::binary) << text;
-        return folder + "names";
-    }
-
-    std::string const folder = testing::TempDir() + "names." + std::to_string(getpid()) + "/";
-};
 
 TEST(NameList, ComesFromAllMapsOfAValue) {
     AttributeMap const inner = make_map({{"in", make_map({{"deep", AttributeValue()}})}});
@@ -43,18 +23,13 @@ TEST(NameList, ComesFromAllMapsOfAValue) {
               "  3 \"list\"\n  4 \"port\"");
 }
 
-TEST_F(NameListFile, HoldsANameOnEachLine) {
-    std::string const path = save("port\nhost\n two words \n");
-    auto const package = read_name_list_file(path);
-    write_name_list_file(path, *package);
-    std::ostringstream written;
-    written << std::ifstream(path).rdbuf();
-    EXPECT_EQ(written.str(), " two words \nhost\nport\n");
-    EXPECT_EQ(read_name_list_file(path)->id(), package->id());
-    EXPECT_TRUE(read_name_list_file(save(""))->empty());
+TEST(NameList, HoldsANameOnEachLine) {
+    auto const package = name_list_from_text("port\nhost\n two words \n", "f");
+    EXPECT_EQ(name_list_to_text(*package, "f"), " two words \nhost\nport\n");
+    EXPECT_TRUE(name_list_from_text("", "f")->empty());
 }
 
-TEST_F(NameListFile, IsRefusedWithTheBadLine) {
+TEST(NameList, IsRefusedWithTheBadLine) {
     using namespace error;
 
     struct {
@@ -62,44 +37,28 @@ TEST_F(NameListFile, IsRefusedWithTheBadLine) {
         char const * message;
         vxcore::ErrorCode const & code;
     } const rows[] = {
-        {"a\n\nb\n", ":2: an empty line is no name", vxattribute_name_package_serialization},
+        {"a\n\nb\n", "f:2: an empty line is no name", vxattribute_name_package_serialization},
         {"\xEF\xBB\xBF"
          "a\n",
-         ":1: a byte order mark, which would be part of the name",
+         "f:1: a byte order mark, which would be part of the name",
          vxattribute_name_package_serialization},
-        {"a\r\n", ":1: a carriage return at the end of the line",
+        {"a\r\n", "f:1: a carriage return at the end of the line",
          vxattribute_name_package_serialization},
-        {"a\nb", ":2: the file ends in the middle of this line",
+        {"a\nb", "f:2: the file ends in the middle of this line",
          vxattribute_name_package_serialization},
-        {"a\nb\na\n", ":3: this name stands in the list already",
+        {"a\nb\na\n", "f:3: this name stands in the list already",
          vxattribute_name_package_duplicateName},
     };
 
     for (auto const & [text, message, code] : rows) {
-        std::string const path = save(text);
-        expect_error([&] { read_name_list_file(path); }, code, path + message);
+        expect_error([&, text = text] { name_list_from_text(text, "f"); }, code, message);
     }
-    for (std::string const & path : {folder + "no such file", folder}) {
-        expect_error([&] { read_name_list_file(path); },
-                     error::vxattribute_name_package_serialization,
-                     path + ": the file cannot be read");
-    }
-}
-
-TEST_F(NameListFile, StaysWhenAWriteFails) {
-    std::string const path = save("kept\n");
     for (char const * name : {"", "two\nlines", "return\r"}) {
         expect_error(
-            [&] { write_name_list_file(path, *AttributeNamePackage::Composer(name).compose()); },
-            error::vxattribute_name_package_serialization,
-            path + ": a name of the package cannot stand on a line");
+            [&] { name_list_to_text(*AttributeNamePackage::Composer(name).compose(), "f"); },
+            vxattribute_name_package_serialization,
+            "f: a name of the package cannot stand on a line");
     }
-    std::filesystem::create_directory(path + ".new");
-    expect_error(
-        [&] { write_name_list_file(path, *AttributeNamePackage::Composer("new").compose()); },
-        error::vxattribute_name_package_serialization, path + ": the file cannot be written");
-    EXPECT_EQ(read_name_list_file(path)->count("kept"), 1u);
-    EXPECT_TRUE(std::filesystem::is_directory(path + ".new"));
 }
 
 } // namespace

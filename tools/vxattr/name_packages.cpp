@@ -3,7 +3,7 @@
 #include "failure.h"
 #include "input.h"
 
-#include "vxattribute/name_list_file.h"
+#include "vxattribute/name_list.h"
 #include "vxserialize/memory_reader.h"
 
 namespace vxattr {

@@ -4,7 +4,7 @@
 #include "value_file.h"
 
 #include "vxattribute/collect_names.h"
-#include "vxattribute/name_list_file.h"
+#include "vxattribute/name_list.h"
 #include "vxattribute/to_text.h"
 #include "vxserialize/memory_writer.h"
 

@@ -27,7 +27,7 @@
 #include "vxattribute/make_value.h"
 #include "vxattribute/map_path.h"
 #include "vxattribute/multi_value_writer.h"
-#include "vxattribute/name_list_file.h"
+#include "vxattribute/name_list.h"
 #include "vxattribute/query.h"
 #include "vxattribute/redaction.h"
 #include "vxattribute/secured_value.h"

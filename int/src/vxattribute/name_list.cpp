@@ -1,12 +1,8 @@
-#include "vxattribute/name_list_file.h"
+#include "vxattribute/name_list.h"
 
 #include "vxattribute/error_codes.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
-
-#include <cstdio>
-#include <fstream>
-#include <memory>
 
 namespace vxattribute {
 
@@ -22,21 +18,6 @@ vxcore::ErrorCode const & duplicateName = error::vxattribute_name_package_duplic
         composer.param("line", vxcore::to_string(line));
     }
     composer.param("file", path).param("what", what).throw_error(code, std::move(location));
-}
-
-/// Writes a file that must not be there yet.
-bool write_new_file(std::string const & path, std::string const & text) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(path.c_str(), "wbx"),
-                                                          std::fclose);
-    if (!file) {
-        return false;
-    }
-    bool const isWritten = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-    if (std::fclose(file.release()) != 0 || !isWritten) {
-        std::remove(path.c_str());
-        return false;
-    }
-    return true;
 }
 
 /// What keeps a text from being a line; null when nothing does.
@@ -86,33 +67,6 @@ std::string name_list_to_text(AttributeNamePackage const & package, std::string 
         text.append(name.value()).push_back('\n');
     }
     return text;
-}
-
-AttributeNamePackage::Ptr read_name_list_file(std::string const & path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string text;
-    char buffer[4096];
-    while (file.read(buffer, sizeof(buffer)), file.gcount() > 0) {
-        text.append(buffer, static_cast<std::size_t>(file.gcount()));
-    }
-    if (!file.is_open() || file.bad()) {
-        fail(badList, path, "the file cannot be read",
-             VXCORE_LOCATION("vxattribute::read_name_list_file()"));
-    }
-    return name_list_from_text(text, path);
-}
-
-void write_name_list_file(std::string const & path, AttributeNamePackage const & package) {
-    std::string const text = name_list_to_text(package, path);
-    std::string const newPath = path + ".new";
-    bool const isNew = write_new_file(newPath, text);
-    if (!isNew || std::rename(newPath.c_str(), path.c_str()) != 0) {
-        if (isNew) {
-            std::remove(newPath.c_str());
-        }
-        fail(badList, path, "the file cannot be written",
-             VXCORE_LOCATION("vxattribute::write_name_list_file()"));
-    }
 }
 
 } // namespace vxattribute
