@@ -32,7 +32,7 @@ int diff(Options const & options) {
     OutputStream stream(output, true); // a line is a line, whatever names and strings hold
     auto const print = [&](char mark, std::string const & path, std::string const & text) {
         if (!text.empty()) {
-            stream << mark << ' ' << visible(path) << (path.empty() ? "" : ": ") << text << '\n';
+            stream << mark << ' ' << shown_path(path) << (path.empty() ? "" : ": ") << text << '\n';
         }
     };
     bool const areSame = find_differences(

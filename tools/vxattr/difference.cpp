@@ -1,5 +1,7 @@
 #include "difference.h"
 
+#include "path_step_scope.h"
+
 #include "vxattribute/elements.h"
 #include "vxattribute/map_path.h"
 #include "vxattribute/sorted_by_name.h"
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <optional>
 
 namespace vxattr {
 
@@ -27,31 +30,30 @@ class Comparison {
   public:
     explicit Comparison(TakeDifference const & take) : m_take(take) {}
 
-    void compare(std::string const & path, AttributeValue const & a, AttributeValue const & b) {
+    void compare(AttributeValue const & a, AttributeValue const & b) {
         bool const areMaps = a.type() == ValueTypeId::typeAttributeMap && a.type() == b.type();
         if (!areMaps || a.size() != b.size()) {
             if (!is_same_scalar(a, b)) {
-                report(path, &a, &b);
+                report(&a, &b);
             }
             return;
         }
         AttributeMap const * other = b.begin<AttributeMap>();
         for (unsigned int i = 0; i != a.size(); ++i) {
-            std::string const prefix = a.size() == 1 ? path : joined(path, vxcore::to_string(i));
-            compare_maps(prefix, a.at<AttributeMap>(i), other[i]);
+            std::optional<PathStepScope> index;
+            if (a.size() != 1) {
+                index.emplace(m_path, vxcore::to_string(i));
+            }
+            compare_maps(a.at<AttributeMap>(i), other[i]);
         }
     }
 
     bool is_same() const noexcept { return m_isSame; }
 
   private:
-    static std::string joined(std::string const & path, std::string const & step) {
-        return path.empty() ? step : path + '/' + step;
-    }
-
     /// Two sorted lists of names, merged. Maps that came out of files nest no deeper than readers
     /// let them, so the recursion has an end.
-    void compare_maps(std::string const & path, AttributeMap const & a, AttributeMap const & b) {
+    void compare_maps(AttributeMap const & a, AttributeMap const & b) {
         auto const left = sorted_by_name(a);
         auto const right = sorted_by_name(b);
         auto l = left.begin();
@@ -60,25 +62,25 @@ class Comparison {
             int const order = l == left.end()    ? 1
                               : r == right.end() ? -1
                                                  : (*l)->first.value().compare((*r)->first.value());
-            std::string const step =
-                joined(path, path_step(order <= 0 ? (*l)->first.value() : (*r)->first.value()));
+            PathStepScope const step(
+                m_path, path_step(order <= 0 ? (*l)->first.value() : (*r)->first.value()));
             if (order == 0) {
-                compare(step, (*l)->second, (*r)->second);
+                compare((*l)->second, (*r)->second);
             } else {
-                report(step, order < 0 ? &(*l)->second : nullptr,
-                       order < 0 ? nullptr : &(*r)->second);
+                report(order < 0 ? &(*l)->second : nullptr, order < 0 ? nullptr : &(*r)->second);
             }
             l += order <= 0;
             r += order >= 0;
         }
     }
 
-    void report(std::string const & path, AttributeValue const * a, AttributeValue const * b) {
+    void report(AttributeValue const * a, AttributeValue const * b) {
         m_isSame = false;
-        m_take(path, a, b);
+        m_take(m_path, a, b);
     }
 
     TakeDifference const & m_take;
+    std::string m_path; // of the values at hand
     bool m_isSame = true;
 };
 
@@ -87,7 +89,7 @@ class Comparison {
 bool find_differences(AttributeValue const & a, AttributeValue const & b,
                       TakeDifference const & take) {
     Comparison comparison(take);
-    comparison.compare("", a, b);
+    comparison.compare(a, b);
     return comparison.is_same();
 }
 

@@ -34,8 +34,8 @@ Input::Input(std::string path, unsigned long long maxSize)
         }
         throw Failure(m_place, std::string("cannot be opened: ") + std::strerror(reason));
     }
-    if (S_ISREG(info.st_mode) && m_file != STDIN_FILENO) {
-        m_fileSize = info.st_size;
+    if (S_ISREG(info.st_mode)) {
+        m_fileSize = std::max<long long>(0, info.st_size - ::lseek(m_file, 0, SEEK_CUR));
     }
     if (::isatty(STDERR_FILENO) != 0) {
         m_nextShown = shownFrom;
@@ -64,7 +64,8 @@ bool Input::fill() {
         throw Failure(m_place, std::string("cannot be read: ") + std::strerror(errno));
     }
     m_received += static_cast<unsigned long long>(count);
-    if (m_received > m_maxSize) {
+    // The size of a plain file is known: one that is too large is not read up to the limit.
+    if (m_received > m_maxSize || m_fileSize > static_cast<long long>(m_maxSize)) {
         throw Failure(m_place, "has more than " + vxcore::to_string(m_maxSize) +
                                    " bytes, which --max-size allows");
     }

@@ -49,7 +49,7 @@ std::string line_of(StreamElement const & element) {
                 ValueTypeId::from_id(static_cast<ValueTypeId::EId>(element.tag)).name();
     }
     if (!element.name.empty()) {
-        line += "  '" + visible(element.name.value()) + '\'';
+        line += "  " + quoted_name(element.name.value());
     }
     return line + '\n';
 }

@@ -1,5 +1,7 @@
 #include "json_losses.h"
 
+#include "visible_text.h"
+
 #include "vxcore/text_conversion.h"
 
 #include <algorithm>
@@ -106,12 +108,14 @@ void JsonLosses::take_name() {
     }
     if (object.isSerialized) {
         object.isDropped = true;
-        note("'" + m_name + "' and what follows it is dropped: it stands behind \"vxserialize\"");
+        note(quoted_name(m_name) +
+             " and what follows it is dropped: it stands behind \"vxserialize\"");
         return;
     }
     object.isSerialized = object.names.empty() && !object.isElement && m_name == serializedName;
     if (!object.names.insert(m_name).second) {
-        note("the name '" + m_name + "' comes again: only the last of its values is kept");
+        note("the name " + quoted_name(m_name) +
+             " comes again: only the last of its values is kept");
     }
 }
 

@@ -68,7 +68,7 @@ int rekey(Options const & options) {
     Place const place(options.in, value, options.name);
     unsigned long long count = 0;
     auto const replace = [&](std::string const & path, SecuredValue const & sealed) {
-        return with_place(path.empty() ? options.in : options.in + ": " + path,
+        return with_place(path.empty() ? options.in : options.in + ": " + shown_path(path),
                           [&] { return rekeyed(sealed, options, oldKey, newKey, cipher); });
     };
     AttributeValue const replaced = replace_sealed(place.get(), options.name, replace, count);

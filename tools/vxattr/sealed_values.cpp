@@ -1,10 +1,14 @@
 #include "sealed_values.h"
 
+#include "path_step_scope.h"
+
 #include "vxattribute/elements.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map_path.h"
 #include "vxattribute/sorted_by_name.h"
 #include "vxcore/text_conversion.h"
+
+#include <optional>
 
 namespace vxattr {
 
@@ -12,61 +16,72 @@ using namespace vxattribute;
 
 namespace {
 
-std::string joined(std::string const & path, std::string const & step) {
-    return path.empty() ? step : path + '/' + step;
-}
+class Replacement {
+  public:
+    /// @param path  Of the value that is walked through first.
+    Replacement(ReplaceSealed const & replace, std::string path)
+        : m_replace(replace), m_path(std::move(path)) {}
 
-/// The path of one of several elements.
-std::string element_path(AttributeValue const & value, std::string const & path,
-                         std::size_t index) {
-    return value.size() == 1
-               ? path
-               : joined(path, vxcore::to_string(static_cast<unsigned long long>(index)));
-}
+    unsigned long long count() const noexcept { return m_count; }
 
-AttributeMap replace_in_map(AttributeMap const & map, std::string const & path,
-                            ReplaceSealed const & replace, unsigned long long & count) {
-    MutableAttributeMap result(map);
-    unsigned long long const before = count;
-    for (auto const & element : sorted_by_name(map)) {
-        unsigned long long const beforeElement = count;
-        AttributeValue value = replace_sealed(
-            element->second, joined(path, path_step(element->first.value())), replace, count);
-        if (count != beforeElement) {
-            result.add(element->first, std::move(value));
+    /// Maps out of files nest no deeper than readers let them, so the recursion has an end.
+    AttributeValue in_value(AttributeValue const & value) {
+        if (value.type() == ValueTypeId::typeSecured) {
+            m_count += value.size();
+            return in_elements<SecuredValue>(
+                value, [this](SecuredValue const & sealed) { return m_replace(m_path, sealed); });
         }
+        if (value.type() != ValueTypeId::typeAttributeMap) {
+            return value;
+        }
+        unsigned long long const before = m_count;
+        AttributeValue result = in_elements<AttributeMap>(
+            value, [this](AttributeMap const & map) { return in_map(map); });
+        return m_count == before ? value : result;
     }
-    return count == before ? map : AttributeMap(std::move(result));
-}
 
-template <typename T, typename Replace>
-AttributeValue replace_elements(AttributeValue const & value, std::string const & path,
-                                Replace const & replace) {
-    std::vector<T> replaced;
-    for (T const & element : elements<T>(value)) {
-        replaced.push_back(replace(element_path(value, path, replaced.size()), element));
+  private:
+    AttributeMap in_map(AttributeMap const & map) {
+        MutableAttributeMap result(map);
+        unsigned long long const before = m_count;
+        for (auto const & element : sorted_by_name(map)) {
+            unsigned long long const beforeElement = m_count;
+            PathStepScope const step(m_path, path_step(element->first.value()));
+            AttributeValue value = in_value(element->second);
+            if (m_count != beforeElement) {
+                result.add(element->first, std::move(value));
+            }
+        }
+        return m_count == before ? map : AttributeMap(std::move(result));
     }
-    return make_list(std::span<T const>(replaced));
-}
+
+    template <typename T, typename Replace>
+    AttributeValue in_elements(AttributeValue const & value, Replace const & replace) {
+        std::vector<T> replaced;
+        for (T const & element : elements<T>(value)) {
+            std::optional<PathStepScope> index; // only several elements need it
+            if (value.size() != 1) {
+                index.emplace(m_path,
+                              vxcore::to_string(static_cast<unsigned long long>(replaced.size())));
+            }
+            replaced.push_back(replace(element));
+        }
+        return make_list(std::span<T const>(replaced));
+    }
+
+    ReplaceSealed const & m_replace;
+    std::string m_path; // of the value at hand
+    unsigned long long m_count = 0;
+};
 
 } // namespace
 
-/// Maps out of files nest no deeper than readers let them, so the recursion has an end.
 AttributeValue replace_sealed(AttributeValue const & value, std::string const & path,
                               ReplaceSealed const & replace, unsigned long long & count) {
-    if (value.type() == ValueTypeId::typeSecured) {
-        count += value.size();
-        return replace_elements<SecuredValue>(value, path, replace);
-    }
-    if (value.type() != ValueTypeId::typeAttributeMap) {
-        return value;
-    }
-    unsigned long long const before = count;
-    AttributeValue result = replace_elements<AttributeMap>(
-        value, path, [&](std::string const & elementPath, AttributeMap const & map) {
-            return replace_in_map(map, elementPath, replace, count);
-        });
-    return count == before ? value : result;
+    Replacement replacement(replace, path);
+    AttributeValue result = replacement.in_value(value);
+    count += replacement.count();
+    return result;
 }
 
 } // namespace vxattr

@@ -42,7 +42,7 @@ int verify(Options const & options) {
     auto const check = [&](std::string const & path, SecuredValue const & sealed) {
         std::string const fault = fault_of(sealed, key);
         areGood = areGood && fault.empty();
-        output.write((path.empty() ? "the value" : visible(path)) + ": " +
+        output.write((path.empty() ? "the value" : shown_path(path)) + ": " +
                      (fault.empty() ? "good" : "BAD: " + fault) + '\n');
         return sealed;
     };

@@ -1,8 +1,17 @@
 #include "visible_text.h"
 
+#include "vxcore/streamers.h"
+#include "vxcore/text_conversion.h"
+
 namespace vxattr {
 
 namespace {
+
+constexpr unsigned int maxShown = 256; // bytes of a name or path
+
+std::string left_out(std::size_t size) {
+    return "...(+" + vxcore::to_string(static_cast<unsigned long long>(size)) + ')';
+}
 
 void append_escape(unsigned char byte, std::string & out) {
     constexpr char digits[] = "0123456789abcdef";
@@ -40,6 +49,24 @@ void VisibleText::finish(std::string & out) {
         m_isHeld = false;
         out += '\xC2';
     }
+}
+
+std::string quoted_name(std::string_view name) {
+    unsigned int const size = vxcore::utf8_cut(name, maxShown);
+    std::string const mark = size < name.size() ? left_out(name.size() - size) : "";
+    return '\'' + visible(name.substr(0, size)) + '\'' + mark;
+}
+
+std::string shown_path(std::string_view path) {
+    if (path.size() <= maxShown) {
+        return visible(path);
+    }
+    std::string_view const start = path.substr(0, vxcore::utf8_cut(path, maxShown / 2));
+    std::string_view end = path.substr(path.size() - maxShown / 2);
+    while (!end.empty() && (static_cast<unsigned char>(end[0]) & 0xC0) == 0x80) {
+        end.remove_prefix(1); // the rest of a sequence
+    }
+    return visible(start) + left_out(path.size() - start.size() - end.size()) + visible(end);
 }
 
 std::string visible(std::string_view text) {

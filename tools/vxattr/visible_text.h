@@ -26,4 +26,11 @@ class VisibleText {
 /// `text` as one line without control bytes.
 std::string visible(std::string_view text);
 
+/// The name in single quotes, visible. A long one is cut as in traces, with "...(+n)" for the n
+/// bytes left out: a name that is shown once for each of many values would fill disks.
+std::string quoted_name(std::string_view name);
+
+/// The path, visible. Of a long one both ends are shown, with "...(+n)" between them.
+std::string shown_path(std::string_view path);
+
 } // namespace vxattr
