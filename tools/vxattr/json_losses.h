@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vxattribute/attribute_name.h"
 #include "vxjson/itokenizer.h"
 
 #include <string>
@@ -37,7 +38,7 @@ class JsonLosses final : public vxjson::ITokenizer {
         bool isNameDue = true;  // in an object
         bool isDropped = false; // what follows is not looked at
         bool isSerialized = false;
-        std::unordered_set<std::string> names = {};
+        std::unordered_set<vxattribute::AttributeName> names = {}; // their hash has a secret
     };
 
     void open(bool isObject);
