@@ -38,15 +38,24 @@ is_same open.json "$data/settings.json"
 # A data key under a master key; the data key moves to another master and still opens.
 "$vxattr" seal "$data/coded.bin" sealed.bin --package "$data/settings.names" \
     --key-file "$data/key.hex" --new-data-key data.key
-refuses 'a data key is not replaced' seal "$data/settings.bin" other.bin \
-    --key-file "$data/key.hex" --new-data-key data.key
+ln -s nowhere.key link.key
+for key in data.key link.key; do
+    refuses "$key: is there already, and is not replaced" seal "$data/settings.bin" other.bin \
+        --key-file "$data/key.hex" --new-data-key "$key"
+done
+[ ! -e nowhere.key ] || fail "a data key behind a link"
 code=0
 "$vxattr" seal "$data/settings.json" both.bin --key-file "$data/key.hex" \
     --new-data-key ./both.bin 2>err || code=$?
 [ "$code" -eq 2 ] && [ ! -e both.bin ] || fail "a data key was written over: $(cat err)"
+refuses 'No such file or directory' seal "$data/settings.json" missing/out.bin \
+    --key-file "$data/key.hex" --new-data-key no.key
+[ ! -e no.key ] || fail "a data key of nothing"
+# Bytes may have been taken before a device fails, so the key that opens them stays.
 refuses 'No space left on device' seal "$data/settings.json" /dev/full --to binary \
-    --key-file "$data/key.hex" --new-data-key both.bin
-[ ! -e both.bin ] || fail "a data key of nothing"
+    --key-file "$data/key.hex" --new-data-key full.key
+grep -q '^vxattr: full.key: the new key stays' err || fail "says $(cat err)"
+"$vxattr" open full.key full.raw --as-key --key-file "$data/key.hex"
 "$vxattr" rekey data.key data.bin --key-file "$data/key.hex" --new-key-file "$data/key32.raw"
 "$vxattr" open sealed.bin open.bin --key-file "$data/key32.raw" --data-key data.bin
 is_same open.bin "$data/settings.json"

@@ -14,8 +14,48 @@
 #include <locale>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace vxattr {
+
+namespace {
+
+constexpr char refusal[] = "is there already, and is not replaced";
+
+/// Some file systems have nothing to do here and say so.
+bool sync_file(int file) noexcept {
+    return ::fsync(file) == 0 || errno == EINVAL;
+}
+
+/// Waits until the names in the folder of `path` are on the disk.
+bool sync_folder_of(std::string const & path) {
+    std::string const folder = std::filesystem::path(path).parent_path().string();
+    int const file =
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) {
+        return true; // a folder may take files and not be readable
+    }
+    bool const isDone = sync_file(file);
+    int const reason = errno;
+    ::close(file);
+    errno = reason;
+    return isDone;
+}
+
+/// Renames a file in one step that fails where there is a file of the new name: to ask before would
+/// leave a moment for another process.
+bool rename_to_free_name(char const * from, char const * to) noexcept {
+    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    if ((errno != EINVAL && errno != ENOSYS) || ::link(from, to) != 0) {
+        return false;
+    }
+    ::unlink(from);
+    return true;
+}
+
+} // namespace
 
 Output::Output(std::string path, EAccess access)
     : m_path(std::move(path)), m_access(access), m_buffer(new char[sm_bufferSize]) {
@@ -27,6 +67,9 @@ Output::Output(std::string path, EAccess access)
     struct stat info {};
 
     bool const isThere = ::stat(m_path.c_str(), &info) == 0;
+    if (isThere && m_access == EAccess::eNewOwnerOnly) {
+        throw Failure(m_path, refusal);
+    }
     if (isThere && !S_ISREG(info.st_mode)) {
         m_file = ::open(m_path.c_str(), O_WRONLY | O_CLOEXEC);
         if (m_file < 0) {
@@ -64,7 +107,7 @@ void Output::open_new() {
 }
 
 Output::~Output() {
-    if (m_access == EAccess::eOwnerOnly) {
+    if (m_access != EAccess::eAsUsual) {
         vxcrypto::cleanse(m_buffer.get(), sm_bufferSize);
     }
     if (m_file > STDERR_FILENO) {
@@ -119,17 +162,37 @@ void Output::send(std::string_view text) {
     }
 }
 
-void Output::commit() {
+void Output::finish() {
     flush();
+    if (m_newPath.empty() || m_file < 0) {
+        return;
+    }
+    bool const isOnDisk = sync_file(m_file);
+    int const reason = errno;
+    if (::close(std::exchange(m_file, -1)) != 0 || !isOnDisk) {
+        errno = isOnDisk ? errno : reason;
+        fail("cannot be written: ");
+    }
+}
+
+void Output::commit() {
+    finish();
     if (m_newPath.empty()) {
         return;
     }
-    int const file = m_file;
-    m_file = -1;
-    if (::close(file) != 0 || std::rename(m_newPath.c_str(), m_path.c_str()) != 0) {
+    bool const isNew = m_access == EAccess::eNewOwnerOnly;
+    bool const isRenamed = isNew ? rename_to_free_name(m_newPath.c_str(), m_path.c_str())
+                                 : std::rename(m_newPath.c_str(), m_path.c_str()) == 0;
+    if (!isRenamed && isNew && errno == EEXIST) {
+        throw Failure(m_path, refusal);
+    }
+    if (!isRenamed) {
         fail("cannot be written: ");
     }
     m_newPath.clear();
+    if (!sync_folder_of(m_path)) {
+        fail("cannot be written: ");
+    }
 }
 
 OutputStream::OutputStream(Output & output, bool isVisible)

@@ -20,11 +20,17 @@ namespace vxattr {
 /// leaves the old file as it was and no other behind. What is no regular file, such as a device, is
 /// written directly.
 ///
+/// A file and its name are on the disk when `commit()` returns.
+///
 /// Errors. Raises Failure: the file cannot be written.
 class Output final : public vxserialize::TextWriter::ITextTarget,
                      public vxjson::TextWriter::ITextTarget {
   public:
-    enum class EAccess { eAsUsual, eOwnerOnly };
+    enum class EAccess {
+        eAsUsual,
+        eOwnerOnly,
+        eNewOwnerOnly, ///< as eOwnerOnly, and a file of that name is never replaced
+    };
 
     explicit Output(std::string path, EAccess access = EAccess::eAsUsual);
     Output(Output const &) = delete;
@@ -32,6 +38,9 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     ~Output();
 
     bool is_terminal() const;
+
+    /// Bytes are out of hand as soon as they are written, not only with `commit()`.
+    bool is_direct() const noexcept { return m_newPath.empty(); }
 
     /// Bytes handed to the file so far.
     unsigned long long written() const noexcept { return m_written; }
@@ -43,8 +52,8 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     void write(std::string_view text);
     void write(vxserialize::MemoryListBase const & list);
 
-    /// Hands all bytes to the file, so that `commit()` has next to nothing left to fail at.
-    void flush();
+    /// Ends the writing: `commit()` has only the name left to fail at.
+    void finish();
 
     void commit();
 
@@ -52,6 +61,7 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     static constexpr std::size_t sm_bufferSize = 1 << 16;
 
     void open_new();
+    void flush();
     void send(std::string_view text);
     [[noreturn]] void fail(char const * what) const;
 

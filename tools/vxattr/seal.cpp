@@ -11,7 +11,6 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <optional>
-#include <unistd.h>
 
 namespace vxattr {
 
@@ -61,6 +60,36 @@ AttributeValue seal_with(Options const & options, Key const & key,
     return place.replaced(sealed(place.get(), options, key, cipher));
 }
 
+/// Writes the value, and the key before anybody gets at the value: a sealed value whose key is lost
+/// is lost too. What may fail comes before both. A key that has its name is never removed again:
+/// another process may have sealed with it.
+void write_with_key(Options const & options, AttributeValue const & value, Output & output,
+                    Output & key) {
+    bool const isDirect = output.is_direct();
+    bool isKeyThere = false;
+    auto const commit_key = [&] {
+        key.commit();
+        isKeyThere = true;
+    };
+    try {
+        if (isDirect) {
+            commit_key();
+        }
+        write_value(output, options.out, value, options.write, options.read.packages);
+        output.finish();
+        if (!isDirect) {
+            commit_key();
+        }
+        output.commit();
+    } catch (std::exception const & e) {
+        if (!isKeyThere) {
+            throw;
+        }
+        throw Failure(options.newDataKey,
+                      "the new key stays, though the output failed: " + message_of(e));
+    }
+}
+
 int seal(Options const & options) {
     if (options.isKey && (!options.name.empty() || !options.newDataKey.empty())) {
         throw UsageFailure("--as-key goes with neither --name nor --new-data-key");
@@ -75,25 +104,19 @@ int seal(Options const & options) {
     SecuredValue::ICipher const & cipher = find_cipher(options.sealing.cipher, key, options.key);
     std::optional<Output> keyOutput;
     if (!options.newDataKey.empty()) {
-        // What a lost data key has sealed is lost too.
-        if (::access(options.newDataKey.c_str(), F_OK) == 0) {
-            throw Failure(options.newDataKey, "is there already, and a data key is not replaced");
-        }
-        keyOutput.emplace(options.newDataKey, Output::EAccess::eOwnerOnly);
+        keyOutput.emplace(options.newDataKey, Output::EAccess::eNewOwnerOnly);
         key = with_place(options.key.keyFile,
                          [&] { return make_data_key(options, key, cipher, *keyOutput); });
     }
     AttributeValue const value =
         with_place(options.in, [&] { return seal_with(options, key, cipher); });
     Output output(options.out);
-    write_value(output, options.out, value, options.write, options.read.packages);
     if (keyOutput) {
-        // First, since a sealed value without its key would be worth nothing; but not before
-        // everything else that may fail.
-        output.flush();
-        keyOutput->commit();
+        write_with_key(options, value, output, *keyOutput);
+    } else {
+        write_value(output, options.out, value, options.write, options.read.packages);
+        output.commit();
     }
-    output.commit();
     return eExit_Good;
 }
 
