@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -30,7 +31,8 @@ class UsageFailure : public std::runtime_error {
 /// The text of a failure and of all that led to it, in one line.
 std::string message_of(std::exception const & e);
 
-/// Runs `action` and puts the file in front of the message of whatever it raises.
+/// Runs `action` and puts the file in front of the message of whatever it raises, unless that is a
+/// lack of memory.
 template <typename Action>
 decltype(auto) with_place(std::string_view place, Action && action) {
     try {
@@ -38,6 +40,8 @@ decltype(auto) with_place(std::string_view place, Action && action) {
     } catch (Failure const &) {
         throw;
     } catch (UsageFailure const &) {
+        throw;
+    } catch (std::bad_alloc const &) {
         throw;
     } catch (std::exception const & e) {
         throw Failure(place, message_of(e));

@@ -72,6 +72,8 @@ int inspect(Options const & options) {
     std::optional<std::string> failure;
     try {
         walk.walk();
+    } catch (std::bad_alloc const &) {
+        throw; // says nothing about the stream
     } catch (std::exception const & e) {
         failure = message_of(e);
     }

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,8 @@ int parse_and_run(CLI::App & app, Run const & run, int argc, char const * const 
     }
     try {
         return run();
+    } catch (std::bad_alloc const &) {
+        throw;
     } catch (UsageFailure const & e) {
         return complain(eExit_Usage, message_of(e));
     } catch (std::exception const & e) {
@@ -58,7 +61,12 @@ int set_up_and_run(int argc, char const * const * argv) {
 } // namespace
 
 int run(int argc, char const * const * argv) {
-    return set_up_and_run(argc, argv);
+    try {
+        return set_up_and_run(argc, argv);
+    } catch (std::bad_alloc const &) { // also from telling another failure
+        std::fputs("vxattr: out of memory\n", stderr);
+        return eExit_Data;
+    }
 }
 
 } // namespace vxattr

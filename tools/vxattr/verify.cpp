@@ -27,6 +27,8 @@ std::string fault_of(SecuredValue const & sealed, vxcrypto::Key const & key) {
         return sealed.authenticate(key, SecuredValue::strict_cipher_provider())
                    ? ""
                    : "wrong key, or it was tampered with";
+    } catch (std::bad_alloc const &) {
+        throw; // says nothing about the value
     } catch (std::exception const & e) {
         return message_of(e);
     }
