@@ -11,6 +11,8 @@ namespace {
 vxcore::ErrorCode const & badList = error::vxattribute_name_package_serialization;
 vxcore::ErrorCode const & duplicateName = error::vxattribute_name_package_duplicateName;
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 [[noreturn]] void fail(vxcore::ErrorCode const & code, std::string const & path, char const * what,
                        vxcore::SourceLocation location, unsigned int line = 0) {
     vxcore::ErrorComposer composer(line == 0 ? "{@file}: {@what}" : "{@file}:{@line}: {@what}");
@@ -41,7 +43,7 @@ AttributeNamePackage::Ptr name_list_from_text(std::string_view text, std::string
             fail(badList, file, "the file ends in the middle of this line",
                  VXCORE_LOCATION(function), number);
         }
-        if (number == 1 && line.starts_with("\xEF\xBB\xBF")) {
+        if (number == 1 && line.starts_with(byteOrderMark)) {
             fail(badList, file, "a byte order mark, which would be part of the name",
                  VXCORE_LOCATION(function), number);
         }
@@ -60,7 +62,9 @@ AttributeNamePackage::Ptr name_list_from_text(std::string_view text, std::string
 std::string name_list_to_text(AttributeNamePackage const & package, std::string const & file) {
     std::string text;
     for (AttributeName const & name : package) {
-        if (fault_of(name.value()) != nullptr || name.value().find('\n') != std::string::npos) {
+        bool const isMarked = text.empty() && name.value().starts_with(byteOrderMark);
+        if (isMarked || fault_of(name.value()) != nullptr ||
+            name.value().find('\n') != std::string::npos) {
             fail(badList, file, "a name of the package cannot stand on a line",
                  VXCORE_LOCATION("vxattribute::name_list_to_text()"));
         }

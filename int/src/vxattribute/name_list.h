@@ -22,7 +22,7 @@ VXATTRIBUTE_API AttributeNamePackage::Ptr name_list_from_text(std::string_view t
 ///
 /// @param file  What messages call the target.
 /// @raises error.vxattribute.name.package.serialization: a name is empty, has a line feed in it or
-///         a carriage return at its end.
+///         a carriage return at its end, or the first one starts with a byte order mark.
 VXATTRIBUTE_API std::string name_list_to_text(AttributeNamePackage const & package,
                                               std::string const & file);
 
