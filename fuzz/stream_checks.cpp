@@ -64,16 +64,16 @@ bool ReaderInput::parse(unsigned char const * data, std::size_t size) {
     return true;
 }
 
-std::string write_binary(AttributeValue const & value) {
+std::string binary_of(std::function<void(vxserialize::Writer &)> const & write) {
     vxserialize::MemoryWriter writer;
-    write_attribute_value(writer, value);
+    write(writer);
     auto const list = writer.close_and_detach_memory_list();
     std::string bytes(list->size(), '\0');
     list->read_at(0, bytes.data(), list->size());
     return bytes;
 }
 
-std::string write_text(AttributeValue const & value) {
+std::string text_of(std::function<void(vxserialize::Writer &)> const & write) {
     struct Target final : vxserialize::TextWriter::ITextTarget {
         void write_char(char c) override { text += c; }
 
@@ -83,9 +83,17 @@ std::string write_text(AttributeValue const & value) {
     } target;
 
     vxserialize::TextWriter writer(target, vxserialize::TextWriter::Options());
-    write_attribute_value(writer, value);
+    write(writer);
     writer.close();
     return target.text;
+}
+
+std::string write_binary(AttributeValue const & value) {
+    return binary_of([&value](auto & writer) { write_attribute_value(writer, value); });
+}
+
+std::string write_text(AttributeValue const & value) {
+    return text_of([&value](auto & writer) { write_attribute_value(writer, value); });
 }
 
 namespace {

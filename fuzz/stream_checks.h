@@ -4,7 +4,9 @@
 #include "vxcore/read_stream.h"
 #include "vxserialize/memory_list.h"
 #include "vxserialize/reader.h"
+#include "vxserialize/writer.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +30,10 @@ class ViewStream final : public vxcore::IReadStream {
 /// The bytes in segments of `first` and `second` bytes in turn.
 vxcore::RefCountPtr<vxserialize::MemoryList const> cut(std::string_view bytes, unsigned int first,
                                                        unsigned int second);
+
+/// What `write` leaves in a writer of either form.
+std::string binary_of(std::function<void(vxserialize::Writer &)> const & write);
+std::string text_of(std::function<void(vxserialize::Writer &)> const & write);
 
 std::string write_binary(vxattribute::AttributeValue const & value);
 std::string write_text(vxattribute::AttributeValue const & value);

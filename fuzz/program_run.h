@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vxfuzz {
+
+/// A file in memory, which has a path in this process.
+class MemoryFile {
+  public:
+    explicit MemoryFile(char const * name);
+    MemoryFile(MemoryFile const &) = delete;
+    MemoryFile & operator=(MemoryFile const &) = delete;
+    ~MemoryFile();
+
+    std::string const & path() const noexcept { return m_path; }
+
+    int descriptor() const noexcept { return m_file; }
+
+    /// Puts the bytes in place of all that was there, and the end behind them.
+    void assign(std::string_view bytes);
+
+    std::string content() const;
+
+  private:
+    int const m_file;
+    std::string const m_path;
+};
+
+struct ProgramResult {
+    int exit;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs the program vxattr in this process, its streams in memory.
+///
+/// @param arguments  Without the name of the program.
+ProgramResult run_program(std::vector<std::string> const & arguments);
+
+} // namespace vxfuzz
