@@ -20,14 +20,11 @@ using vxfuzz::save;
 
 namespace {
 
-/// Behind the byte for the pieces: no repetition, and everything read as values; see ReaderInput.
-char const valuesOnly[] = "\x01\xAA\xAA\xAA";
-
 std::filesystem::path folder;
 
 void save_stream(std::string const & name, std::vector<AttributeValue> const & values) {
-    std::string binary = std::string("\x35") + valuesOnly;
-    std::string text = std::string("\x20") + valuesOnly;
+    std::string binary = std::string("\x35") + vxfuzz::values_only;
+    std::string text = std::string("\x20") + vxfuzz::values_only;
     for (AttributeValue const & value : values) {
         binary += vxfuzz::write_binary(value);
         text += vxfuzz::write_text(value) + " ";
@@ -119,7 +116,7 @@ void save_name_packages() {
     save_names("sets", 1, vxfuzz::binary_of(write_sets));
     save_names("packages_text", 2, vxfuzz::text_of(write_packages));
     save_names("sets_text", 3, vxfuzz::text_of(write_sets));
-    save_names("bad_id", 2, "{00000000-0000-4000-8000-000000000000} [\"a\", \"b\"]");
+    save_names("bad_id", 2, "({00000000-0000-4000-8000-000000000000} [2: <a>, <b>])");
     save_names("list", 4, "port\nhost\n name with blanks \nport number\n");
     save_names("list_empty", 4, "");
     save_names("list_empty_line", 4, "host\n\nport\n");
@@ -231,6 +228,7 @@ int main(int argc, char ** argv) {
     save_name_packages();
     save_texts();
     save_sealed();
+    vxfuzz::save_forms();
     vxfuzz::save_program_files();
     save_decisions("round_trip", 12, 400);
     save_decisions("text_values", 8, 100, "\x0A");
