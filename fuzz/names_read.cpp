@@ -6,7 +6,7 @@
 #include "stream_checks.h"
 
 #include "vxattribute/error_codes.h"
-#include "vxattribute/name_list_file.h"
+#include "vxattribute/name_list.h"
 #include "vxcrypto/md5_context.h"
 #include "vxserialize/memory_reader.h"
 #include "vxserialize/text_reader.h"
