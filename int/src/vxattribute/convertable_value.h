@@ -55,7 +55,9 @@ class VXATTRIBUTE_API ConvertableValue {
     /// @return `target`
     template <impl::Convertible T>
     T & assign_to(T & target) const {
-        return target = convert_to<T>();
+        // Aside first: g++ 12 stores into a local target even when the call raises.
+        T value = convert_to<T>();
+        return target = static_cast<T &&>(value);
     }
 
     /// For conversions that have no way from the type of `value` to `type`.
