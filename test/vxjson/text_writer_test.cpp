@@ -109,6 +109,19 @@ TEST(TextWriter, RefusesEachCallThatIsOutOfPlaceAndWritesNothingOfIt) {
     }
 }
 
+TEST(TextWriter, TakesNothingAfterItsTargetFailed) {
+    struct Target final : TextWriter::ITextTarget {
+        void write_data(char const *, unsigned int) override { throw std::bad_alloc(); }
+    } target;
+
+    std::string const text(5000, 'x');
+    for (auto const & [name, call] : calls) {
+        TextWriter writer(target);
+        EXPECT_THROW(writer.write_string(text.data(), 5000), std::bad_alloc);
+        EXPECT_THROW(call.make(writer, "1"), vxcore::ErrorException) << name;
+    }
+}
+
 TEST(TextWriter, HandsTextOnInLargePieces) {
     struct Target final : TextWriter::ITextTarget {
         void write_data(char const * data, unsigned int size) override {

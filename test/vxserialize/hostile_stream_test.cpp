@@ -1,4 +1,7 @@
 #include "forms.h"
+#include "support/allocation.h"
+
+#include <stdexcept>
 
 namespace {
 
@@ -55,6 +58,39 @@ TEST(HostileStream, WritersStopAtTheLimitAsTheyWere) {
     text.close();
     EXPECT_EQ(memory.size(), 512u);
     EXPECT_EQ(target.text, std::string(512, '[') + std::string(512, ']'));
+}
+
+TEST(HostileStream, ShortMemoryLeavesWritersAsTheyWere) {
+    static std::string const bytes(1000, 'x');
+    static ListPtr const list = list_of(bytes, 300);
+    void (*const writes[])(Writer &) = {
+        [](Writer & w) { w << bytes; }, [](Writer & w) { w.write_binary(bytes.data(), 1000); },
+        [](Writer & w) { w.write_memory_list(*list); },
+        [](Writer & w) { w << vxcore::AbsoluteTime(0); }, [](Writer & w) { w << vxcore::Uuid(); }};
+    unsigned long failures = 0;
+    for (auto const & write : writes) {
+        for (std::size_t const before : {240u, 250u}) { // a block ends after the head, or before it
+            auto const start = [before](Writer & w) { w << std::string(before, 's'); };
+            auto const both = [&](Writer & w) { start(w), write(w); };
+            MemoryWriter memory;
+            StringTarget target;
+            TextWriter text(target, {});
+            start(memory), start(text);
+            target.text.reserve(3000);
+            unsigned int const size = memory.size();
+            failures += vxtest::fail_each_allocation([&] { write(memory); },
+                                                     [&] { EXPECT_EQ(memory.size(), size); });
+            failures += vxtest::fail_each_allocation([&] { write(text); }, [] {});
+            text.close();
+            EXPECT_EQ(bytes_of(memory.close_and_detach_memory_list()), write_binary_form(both));
+            EXPECT_EQ(target.text, write_text_form(both));
+        }
+    }
+    EXPECT_GT(failures, 10u);
+    MemoryWriter memory;
+    memory << 1;
+    EXPECT_THROW(memory.write_string(bytes.data(), 0xFFFFFFFF), std::length_error);
+    EXPECT_EQ(memory.size(), 1u);
 }
 
 TEST(HostileStream, NoCountIsBelievedBeyondTheDataThatIsLeftForIt) {

@@ -80,4 +80,23 @@ TEST(TextWriter, WantsToBeClosedAndThenTakesNothing) {
     EXPECT_EQ(code_of([&] { writer << 1; }), "error.vxserialize.usage");
 }
 
+TEST(TextWriter, TakesNothingAfterItsTargetFailed) {
+    struct Target final : TextWriter::ITextTarget {
+        void write_char(char) override {}
+
+        void write_data(char const *, unsigned int) override { throw std::bad_alloc(); }
+    } target;
+
+    for (auto const call : std::initializer_list<void (*)(TextWriter &)>{
+             [](TextWriter & w) { w << "more"; }, [](TextWriter & w) { w.begin_list(0); },
+             [](TextWriter & w) { w.begin_record(); }, [](TextWriter & w) { w.next_list_item(); },
+             [](TextWriter & w) { w.end_list(); }, [](TextWriter & w) { w.close(); }}) {
+        TextWriter writer(target, {});
+        writer.begin_list(2);
+        EXPECT_THROW(writer << std::string(300, 'x'), std::bad_alloc);
+        EXPECT_EQ(code_of([&] { call(writer); }), "error.vxserialize.usage");
+        EXPECT_EQ(code_of([&] { writer.close(); }), "error.vxserialize.usage");
+    }
+}
+
 } // namespace

@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 namespace vxjson {
 
@@ -59,7 +60,8 @@ void TextWriter::check_place(bool isRight, vxcore::ErrorCode const & code,
                                                "a name or the end of the object is due",
                                                "the value of a name is due",
                                                "an element or the end of the array is due",
-                                               "a string is open"};
+                                               "a string is open",
+                                               "the target of the text has failed"};
     vxcore::ErrorComposer("A call of the JSON writer is out of place: {@reason}")
         .param("reason", reasons[m_place])
         .throw_error(code, VXCORE_LOCATION(function));
@@ -290,11 +292,13 @@ void TextWriter::flush() {
 }
 
 void TextWriter::send(std::string_view text) {
+    EPlace const place = std::exchange(m_place, ePlace_Failed); // and stays so when this raises
     if (m_string != nullptr) {
         m_string->append(text);
     } else {
         m_target->write_data(text.data(), static_cast<unsigned int>(text.size()));
     }
+    m_place = place;
 }
 
 } // namespace vxjson

@@ -35,7 +35,8 @@ namespace vxjson {
 /// - error.vxjson.writer.unsupported.value.nan, .inf: JSON has no such numbers.
 /// - error.vxjson.writer.config.invalidExponent: see Options; raised on construction.
 ///
-/// What the target raises passes through; drop the writer then.
+/// What the target raises passes through, as does `std::bad_alloc` from the string. Drop the writer
+/// then: every later call raises as one that is out of place, since half a value may be out.
 class VXJSON_API TextWriter final : public Writer {
   public:
     /// Where the text goes, in pieces cut anywhere.
@@ -110,6 +111,7 @@ class VXJSON_API TextWriter final : public Writer {
         ePlace_NameValue, // of the name that was written
         ePlace_Element,   // or the end of the array
         ePlace_String,    // data, or the end of the string
+        ePlace_Failed,    // nothing
     };
 
     TextWriter(ITextTarget * target, std::string * text, Options const & options);

@@ -74,14 +74,19 @@ void MemoryWriter::check_open() const {
     }
 }
 
-void MemoryWriter::start_block(unsigned int needed) {
+/// Makes a block for `needed` bytes after those that the present block has room for. A failure
+/// changes nothing; entering the block cannot fail.
+MemoryWriter::BlockPtr MemoryWriter::create_block(unsigned int needed) {
     check_open();
-    if (needed > std::numeric_limits<unsigned int>::max() - size()) {
+    unsigned int const full = m_list->size() + static_cast<unsigned int>(m_limit - m_begin);
+    if (needed > std::numeric_limits<unsigned int>::max() - full) {
         throw std::length_error("vxserialize: a memory list may have at most 4294967295 bytes");
     }
-    // Place for the present block and for the new one: handing over what was written cannot fail.
-    m_list->reserve_segments(2);
-    vxcore::RefCountPtr<impl::MemoryBlock> block = m_list->create_block(needed);
+    m_list->reserve_segments(2); // for the present block and for the new one
+    return m_list->create_block(needed);
+}
+
+void MemoryWriter::enter_block(BlockPtr block) noexcept {
     if (m_cursor != m_begin) {
         m_list->add_reserved_segment(MemorySegment(std::move(m_block), m_begin,
                                                    static_cast<unsigned int>(m_cursor - m_begin)));
@@ -91,6 +96,10 @@ void MemoryWriter::start_block(unsigned int needed) {
     // The last block of a list of nearly 4 GiB may be larger than what is left to count with.
     m_limit = m_begin + std::min(m_block->capacity(),
                                  std::numeric_limits<unsigned int>::max() - m_list->size());
+}
+
+void MemoryWriter::start_block(unsigned int needed) {
+    enter_block(create_block(needed));
 }
 
 inline void MemoryWriter::put_tag(unsigned int tag) {
@@ -119,19 +128,34 @@ inline void MemoryWriter::put_small_or_wide(unsigned int value, unsigned int sma
     m_cursor = out + 1 + width;
 }
 
-void MemoryWriter::put_bytes(void const * data, unsigned int size) {
-    auto const * in = static_cast<unsigned char const *>(data);
-    while (size != 0) {
-        unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor);
-        if (left == 0) {
-            start_block(size);
-            continue;
-        }
-        unsigned int const run = std::min(size, left);
-        std::memcpy(m_cursor, in, run);
+/// Puts the head of an element of `size` bytes. Gives the block that `put_bytes` needs for those of
+/// them that the present block has no room for, or null. A failure writes nothing, so that half an
+/// element never stays, nor bytes of a secret where nobody wipes them.
+MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned int smallTag,
+                                              unsigned int smallMax, unsigned int wideTag) {
+    constexpr unsigned int headRoom = 9;
+    room(headRoom);
+    unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor) - headRoom;
+    BlockPtr next;
+    if (size > left) {
+        next = create_block(size - left);
+    }
+    put_small_or_wide(size, smallTag, smallMax, wideTag);
+    return next;
+}
+
+/// Puts bytes of an element, the last of which may go to the block that `put_head` gave.
+void MemoryWriter::put_bytes(void const * data, unsigned int size, BlockPtr & next) noexcept {
+    auto const * const bytes = static_cast<unsigned char const *>(data);
+    unsigned int const run = std::min(size, static_cast<unsigned int>(m_limit - m_cursor));
+    if (run != 0) {
+        std::memcpy(m_cursor, bytes, run);
         m_cursor += run;
-        in += run;
-        size -= run;
+    }
+    if (run != size) {
+        enter_block(std::move(next));
+        std::memcpy(m_cursor, bytes + run, size - run);
+        m_cursor += size - run;
     }
 }
 
@@ -177,8 +201,8 @@ void MemoryWriter::write_string(char const * data, unsigned int size) {
         copy_small(out + 1, data, size);
         m_cursor = out + 1 + size;
     } else {
-        put_small_or_wide(size, string_small, string_small_max, string_wide);
-        put_bytes(data, size);
+        BlockPtr next = put_head(size, string_small, string_small_max, string_wide);
+        put_bytes(data, size, next);
     }
     m_containers.mark_element();
 }
@@ -207,15 +231,15 @@ void MemoryWriter::write_uuid(vxcore::Uuid const & value) {
 }
 
 void MemoryWriter::write_binary(void const * data, unsigned int size) {
-    put_small_or_wide(size, block_small, block_small_max, block_wide);
-    put_bytes(data, size);
+    BlockPtr next = put_head(size, block_small, block_small_max, block_wide);
+    put_bytes(data, size, next);
     m_containers.mark_element();
 }
 
 void MemoryWriter::write_memory_list(MemoryListBase const & list) {
-    put_small_or_wide(list.size(), block_small, block_small_max, block_wide);
+    BlockPtr next = put_head(list.size(), block_small, block_small_max, block_wide);
     for (auto segment = list.segment_read_iterator(); !segment.at_end(); ++segment) {
-        put_bytes(segment->data(), segment->size());
+        put_bytes(segment->data(), segment->size(), next);
     }
     m_containers.mark_element();
 }

@@ -13,9 +13,11 @@ namespace vxserialize {
 ///     auto list = writer.close_and_detach_memory_list();
 ///
 /// Cost. Small elements are a few stores behind one check of the room left. Memory grows in
-/// segments of 256 bytes, then twice as much each time up to 64 KiB; bytes once written never move.
+/// segments of 256 bytes, then twice as much each time up to 64 KiB, or what the rest of one
+/// element needs; bytes once written never move.
 ///
-/// Errors. Beside those of Writer: `std::length_error` beyond 2^32 - 1 bytes in all.
+/// Errors. Beside those of Writer: `std::length_error` beyond 2^32 - 1 bytes in all. Each call
+/// makes its room first: when memory runs out, the writer is as before the call.
 class VXSERIALIZE_API MemoryWriter final : public Writer {
   public:
     MemoryWriter();
@@ -66,16 +68,22 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
         return m_cursor;
     }
 
+    using BlockPtr = vxcore::RefCountPtr<impl::MemoryBlock>;
+
+    BlockPtr create_block(unsigned int needed);
+    void enter_block(BlockPtr block) noexcept;
     void start_block(unsigned int needed);
     void check_open() const;
     void put_tag(unsigned int tag);
     void put_tag_and_bits(unsigned int tag, unsigned long long bits);
     void put_small_or_wide(unsigned int value, unsigned int smallTag, unsigned int smallMax,
                            unsigned int wideTag);
-    void put_bytes(void const * data, unsigned int size);
+    BlockPtr put_head(unsigned int size, unsigned int smallTag, unsigned int smallMax,
+                      unsigned int wideTag);
+    void put_bytes(void const * data, unsigned int size, BlockPtr & next) noexcept;
 
     vxcore::RefCountPtr<MemoryList> m_list; // null when closed; without the present block
-    vxcore::RefCountPtr<impl::MemoryBlock> m_block;
+    BlockPtr m_block;
     unsigned char * m_begin = nullptr; // of what was written to the present block
     unsigned char * m_cursor = nullptr;
     unsigned char * m_limit = nullptr;

@@ -31,23 +31,26 @@ TextWriter::TextWriter(ITextTarget & target, Options const & options)
 TextWriter::~TextWriter() = default;
 
 void TextWriter::close() {
-    if (m_closed) {
+    if (m_state == eState_Closed) {
         return;
     }
+    check_open();
     if (m_containers.depth() != 0) {
         impl::throw_usage("vxserialize::TextWriter::close()", "a list or record is open");
     }
     flush();
-    m_closed = true;
+    m_state = eState_Closed;
 }
 
 void TextWriter::flush() {
+    m_state = eState_Failed; // and stays when the target raises: half an element is out
     if (m_size == 1) {
         m_target.write_char(m_buffer[0]);
     } else if (m_size != 0) {
         m_target.write_data(m_buffer, m_size);
     }
     m_size = 0;
+    m_state = eState_Open;
 }
 
 void TextWriter::put(char c) {
@@ -90,8 +93,10 @@ void TextWriter::put_line() {
 }
 
 void TextWriter::check_open() const {
-    if (m_closed) {
-        impl::throw_usage("vxserialize::TextWriter", "a write to a closed writer");
+    if (m_state != eState_Open) {
+        impl::throw_usage("vxserialize::TextWriter", m_state == eState_Closed
+                                                         ? "a write to a closed writer"
+                                                         : "a call after the target has failed");
     }
 }
 
@@ -173,8 +178,9 @@ void TextWriter::write_string_key(vxcore::StringKey const & key) {
 }
 
 void TextWriter::write_absolute_time(vxcore::AbsoluteTime value) {
+    std::string const text = value.as_string(); // first: it takes memory
     put_word("@");
-    put(value.as_string());
+    put(text);
 }
 
 void TextWriter::write_relative_time(vxcore::RelativeTime value) {
@@ -182,8 +188,9 @@ void TextWriter::write_relative_time(vxcore::RelativeTime value) {
 }
 
 void TextWriter::write_uuid(vxcore::Uuid const & value) {
+    std::string const text = value.as_string(0);
     put_word("{");
-    put(value.as_string(0));
+    put(text);
     put('}');
 }
 
@@ -214,12 +221,14 @@ void TextWriter::begin_list(unsigned int count) {
 }
 
 void TextWriter::next_list_item() {
+    check_open();
     m_containers.next_list_item("vxserialize::TextWriter::next_list_item()");
     put(m_options.indent != 0 ? "," : ", ");
     put_line();
 }
 
 void TextWriter::end_list() {
+    check_open();
     bool const empty = m_containers.end_list("vxserialize::TextWriter::end_list()") == 0;
     --m_lists;
     if (!empty) {
@@ -234,6 +243,7 @@ void TextWriter::begin_record() {
 }
 
 void TextWriter::end_record() {
+    check_open();
     m_containers.end_record("vxserialize::TextWriter::end_record()");
     put(')');
 }

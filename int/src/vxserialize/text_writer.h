@@ -15,7 +15,9 @@ namespace vxserialize {
 /// Text goes through a small buffer inside the writer, so a value never stands in memory as a
 /// whole.
 ///
-/// Errors. Beside those of Writer, what the target raises passes through; drop the writer then.
+/// Errors. Beside those of Writer, what the target raises passes through. Drop the writer then:
+/// every later call raises `error.vxserialize.usage`, since the target may have got half an
+/// element.
 class VXSERIALIZE_API TextWriter final : public Writer {
   public:
     /// Where the text goes, in pieces cut anywhere.
@@ -72,6 +74,8 @@ class VXSERIALIZE_API TextWriter final : public Writer {
   private:
     static constexpr unsigned int sm_bufferSize = 256;
 
+    enum EState : unsigned char { eState_Open, eState_Closed, eState_Failed };
+
     void check_open() const;
     void begin_element();
     void put(char c);
@@ -87,7 +91,7 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     impl::WriteContainers m_containers;
     unsigned int m_lists = 0; // open ones, which set the indent
     unsigned int m_size = 0;
-    bool m_closed = false;
+    EState m_state = eState_Open;
     char m_buffer[sm_bufferSize];
 };
 
