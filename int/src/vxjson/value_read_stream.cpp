@@ -12,6 +12,7 @@ using Value = Reader::Value;
 namespace {
 
 constexpr char const * in_check_state = "Reader::Value::ValueReadStreamImpl::check_state()";
+constexpr char const * in_read = "Reader::Value::ValueReadStreamImpl::read()";
 
 } // namespace
 
@@ -91,6 +92,9 @@ unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
             if (m_streamPos == sm_noPosition) {
                 m_reader->next_token();
                 m_streamPos = 0;
+            }
+            if (m_reader->m_token == eToken_StringBegin) { // a second one: no text would ever come
+                m_reader->fail_unexpected(VXCORE_LOCATION(in_read));
             }
             if (m_reader->m_token == eToken_CharData) {
                 StringSlice slice;
