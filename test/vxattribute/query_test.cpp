@@ -148,6 +148,25 @@ TEST(Query, MessagesDoNotDependOnTheLocale) {
                              "\n 'n' => [Integer: {1234567}]");
 }
 
+TEST(Query, ShortMemoryCutsNoMessage) {
+    std::string const n(256, 'n'), x(1000, 'x');
+    AttributeMap const map =
+        make_map({{"e", vxcore::ErrorComposer(x.c_str()).create(error::vxattribute_query, {})}});
+    std::string const shown =
+        "\n 'e' => [ErrorInfo: \n  {\n   error.vxattribute.query: " + x + "\n  }]";
+    EXPECT_GT(vxtest::fail_each_allocation([&] { EXPECT_EQ(to_text(map), shown); }, [] {}), 3u);
+    std::string const whole =
+        "No values configured under \"" + n + "\" or \"" + n + "\"...(+1) in " + shown;
+    Query const query({n, n + "m"}, 1);
+    vxcore::ErrorInfo::Ptr error;
+    for (unsigned long i = 1; !error || error->text() != whole; ++i) {
+        vxtest::fail_allocation(i);
+        query.execute(map, &error);
+        vxtest::fail_allocation(0);
+        EXPECT_TRUE(error->text() == whole || error->text() == "std::bad_alloc") << error->text();
+    }
+}
+
 TEST(UnknownNames, AreThoseThatNoQueryAsksFor) {
     Query const queries[] = {Query("port").alternate("listen"), Query("host")};
     AttributeMap const map = make_map({{"prot", 1}, {"listen", 2}, {"Host", 3}, {"host", 4}});

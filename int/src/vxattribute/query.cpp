@@ -1,13 +1,11 @@
 #include "vxattribute/query.h"
 
 #include "vxattribute/error_codes.h"
+#include "vxattribute/text_stream_internal.h"
 #include "vxattribute/to_text.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/streamers.h"
 #include "vxcore/text_conversion.h"
-
-#include <locale>
-#include <sstream>
 
 namespace vxattribute {
 
@@ -18,8 +16,7 @@ constexpr char const queryImpl[] = "vxattribute::Query::query_impl()";
 /// All names in double quotes, in search order.
 std::string names_text(std::vector<AttributeName> const & names) {
     constexpr unsigned int maxShown = 256; // bytes of a name
-    std::ostringstream stream;
-    stream.imbue(std::locale::classic());
+    impl::TextStream stream;
     char const * separator = "";
     for (AttributeName const & name : names) {
         stream << separator << vxcore::streamers::String(name.value(), maxShown, '"');

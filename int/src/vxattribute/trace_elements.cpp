@@ -1,11 +1,10 @@
 // How the elements of each type but String and Binary are rendered.
 
+#include "vxattribute/text_stream_internal.h"
 #include "vxattribute/trace_list_internal.h"
 #include "vxcore/streamers.h"
 
 #include <algorithm>
-#include <locale>
-#include <sstream>
 
 namespace vxattribute::impl {
 
@@ -57,8 +56,7 @@ void render_default_list(TraceSink & sink, T const * begin, T const * end,
 
 /// The text of an error, each line but empty ones on a line of its own.
 void append_error(TraceSink & sink, vxcore::ErrorInfo const & error) {
-    std::ostringstream text;
-    text.imbue(std::locale::classic());
+    TextStream text;
     error.write_trace(text);
     std::string_view rest = text.view();
     while (!rest.empty()) {
