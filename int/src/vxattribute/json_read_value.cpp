@@ -10,6 +10,8 @@
 #include "vxserialize/text_reader.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <vector>
 
 namespace vxattribute {
@@ -28,10 +30,15 @@ constexpr char const * in_read_serialized = "vxattribute::impl::read_serialized_
 }
 
 /// The number rule: decided by the double alone, not by how it was written. The range comes first,
-/// since a cast from beyond it is undefined; NaN and the infinities are not within it.
+/// since a cast from beyond it is undefined; NaN and the infinities are not within it. Bits are
+/// compared because 5e-324 equals 0 in a thread that takes subnormal numbers for zero; the sign
+/// does not count, for -0.0 is an integer.
 bool is_integer(double number) noexcept {
-    return number >= -0x1p63 && number < 0x1p63 &&
-           static_cast<double>(static_cast<long long>(number)) == number;
+    if (!(number >= -0x1p63 && number < 0x1p63)) {
+        return false;
+    }
+    auto const whole = static_cast<double>(static_cast<long long>(number));
+    return (std::bit_cast<std::uint64_t>(whole) ^ std::bit_cast<std::uint64_t>(number)) << 1 == 0;
 }
 
 void set_value(AttributeValue & value, impl::ValueBase * representation) noexcept {

@@ -1,4 +1,5 @@
 #include "vxattribute/trace_sink_internal.h"
+#include "vxcore/default_floating_point.h"
 #include "vxcore/streamers.h"
 
 #include <algorithm>
@@ -61,6 +62,7 @@ void TraceSink::append_number(unsigned long long value) {
 
 void TraceSink::append_number(double value) {
     reserve_number();
+    vxcore::impl::DefaultFloatingPoint const environment;
     m_next = std::to_chars(m_next, m_next + room(), value, std::chars_format::general, 6).ptr;
 }
 

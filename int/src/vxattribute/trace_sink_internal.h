@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxattribute/trace_formatter_internal.h"
+#include "vxcore/default_floating_point.h"
 
 #include <cstddef>
 #include <ostream>
@@ -114,12 +115,15 @@ class TraceSink {
         }
     }
 
-    /// What `stream() << number` writes. While flags and locale are the defaults, that is known
-    /// without asking the stream, which would cost several times as much.
+    /// What `stream() << number` writes in the default floating-point environment. While flags and
+    /// locale are the defaults, that is known without asking the stream, which would cost several
+    /// times as much.
     template <typename Number>
     void insert_number(Number number) {
         if (has_width() || !has_plain_numbers()) [[unlikely]] {
-            stream() << number;
+            flush();
+            vxcore::impl::DefaultFloatingPoint const environment;
+            m_stream << number;
         } else {
             append_number(number);
         }

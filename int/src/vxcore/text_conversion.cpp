@@ -1,5 +1,6 @@
 #include "vxcore/text_conversion.h"
 
+#include "vxcore/default_floating_point.h"
 #include "vxcore/error_codes.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/streamers.h"
@@ -130,6 +131,7 @@ bool scan_double(std::string_view text, double & value) noexcept {
         return false;
     }
     char const * const last = text.data() + text.size();
+    DefaultFloatingPoint const environment;
     auto const [end, error] = std::from_chars(text.data(), last, value);
     // A closing brace can only end the form nan(...), which is none of ours.
     if (end != last || text.back() == ')') {

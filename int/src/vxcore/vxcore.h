@@ -5,6 +5,7 @@
 #include "vxcore/absolute_time.h"
 #include "vxcore/chrono.h"
 #include "vxcore/cpu.h"
+#include "vxcore/default_floating_point.h"
 #include "vxcore/error_code.h"
 #include "vxcore/error_codes.h"
 #include "vxcore/error_composer.h"

@@ -1,3 +1,4 @@
+#include "vxcore/default_floating_point.h"
 #include "vxcore/text_conversion.h"
 #include "vxcore/text_size.h"
 #include "vxjson/number_text_internal.h"
@@ -40,6 +41,7 @@ double read_number(std::string_view text, vxcore::ErrorInfo::Ptr * error) {
 }
 
 DoubleText::DoubleText(double value, int minExponent, int maxExponent) noexcept {
+    vxcore::impl::DefaultFloatingPoint const environment;
     char buffer[32]; // -d.dddddddddddddddde-ddd
     char * const end =
         std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::scientific).ptr;

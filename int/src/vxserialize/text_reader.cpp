@@ -1,5 +1,6 @@
 #include "vxserialize/text_reader.h"
 
+#include "vxcore/default_floating_point.h"
 #include "vxserialize/error_codes.h"
 #include "vxserialize/failures_internal.h"
 #include "vxserialize/memory_list_stream_internal.h"
@@ -50,6 +51,7 @@ bool parse_double(std::string_view text, double & value) noexcept {
         value = text == "inf" ? infinity : -infinity;
         return true;
     }
+    vxcore::impl::DefaultFloatingPoint const environment;
     return text.front() == 'n' ? parse_nan(text, value) : parse_number(text, value);
 }
 

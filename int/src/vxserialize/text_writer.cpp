@@ -1,5 +1,6 @@
 #include "vxserialize/text_writer.h"
 
+#include "vxcore/default_floating_point.h"
 #include "vxcore/streamers.h"
 #include "vxserialize/failures_internal.h"
 #include "vxserialize/memory_list.h"
@@ -21,6 +22,11 @@ template <typename T>
 std::string_view format(char (&buffer)[number_size], T value) {
     auto const result = std::to_chars(buffer, buffer + number_size, value);
     return {buffer, static_cast<std::size_t>(result.ptr - buffer)};
+}
+
+std::string_view format(char (&buffer)[number_size], double value) {
+    vxcore::impl::DefaultFloatingPoint const environment;
+    return format<double>(buffer, value);
 }
 
 } // namespace
