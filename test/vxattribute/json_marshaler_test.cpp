@@ -60,6 +60,12 @@ std::vector<Reading> readings() {
         {"[-9223372036854775808]", std::numeric_limits<long long>::min(),
          R"({"vxserialize":"-9223372036854775808"})"},
         {"[9223372036854775807]", 0x1p63, R"({"vxserialize":"9223372036854775808.0"})"},
+        {"[9223372036854774784]", 9223372036854774784, // the largest double below 2^63
+         R"({"vxserialize":"9223372036854774784"})"},
+        {"[-9223372036854777856]", -0x1.0000000000001p63,
+         R"({"vxserialize":"-9223372036854777856.0"})"},
+        {"[-9007199254740993]", -9007199254740992, "-9007199254740992"},
+        {"[4503599627370495.5]", 0x1.fffffffffffffp51, R"({"vxserialize":"4503599627370495.5"})"},
         // The lossless form: only as the first property, and not for an element of an array
         {R"({"vxserialize":"9007199254740993"})", 9007199254740993, nullptr},
         {R"({"vxserialize":" \u0031u [] behind","b":[{"c":"d"}],"e":"f"})",
@@ -255,17 +261,22 @@ class PieceWriter final : public vxjson::Writer {
 
     void begin_string() override {}
 
-    void write_string_data(char const *, unsigned int size) override { pieces.push_back(size); }
+    void write_string_data(char const * data, unsigned int size) override {
+        pieces.push_back(size);
+        text.append(data, size);
+    }
 
     void end_string() override {}
 
     std::vector<unsigned int> pieces;
+    std::string text; // of the pieces
 };
 
 TEST(JsonMarshaler, LosslessTextGoesInPiecesOf2048) {
     using Pieces = std::vector<unsigned int>;
     using Target = impl::JsonRenderVisitor::TextWriterTarget;
-    std::string const data(10'000, 'x');
+    std::string data(10'000, '\0');
+    std::iota(data.begin(), data.end(), '\0');
     for (auto const & [sizes, pieces] :
          std::initializer_list<std::pair<Pieces, Pieces>>{{{5000}, {2048, 2952}},
                                                           {{3000}, {2048, 952}},
@@ -275,12 +286,19 @@ TEST(JsonMarshaler, LosslessTextGoesInPiecesOf2048) {
                                                           {{2047, 1, 1}, {2048, 1}},
                                                           {{}, {}}}) {
         PieceWriter writer;
+        std::string expected;
         Target target(writer);
         for (unsigned int const size : sizes) {
-            size == 1 ? target.write_char('x') : target.write_data(data.data(), size);
+            size == 1 ? target.write_char('\0') : target.write_data(data.data(), size);
+            expected.append(data, 0, size);
         }
         target.flush();
         EXPECT_EQ(writer.pieces, pieces);
+        EXPECT_EQ(writer.text, expected);
+    }
+    for (std::size_t size = 2030; size < 2060; ++size) { // an escape lies across the boundary
+        AttributeMap const map = make_map({{"", std::string(size, 'x') + "\"\xC3\xA4\\"}});
+        EXPECT_EQ(value_from_json(value_to_json(map)), AttributeValue(map)) << size;
     }
     PieceWriter writer;
     write_attribute_value(writer, BinaryValue(3'000'000));
