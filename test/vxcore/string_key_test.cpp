@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include <latch>
+#include <semaphore>
 #include <sys/resource.h>
 #include <vector>
 
@@ -74,15 +74,16 @@ TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
 
 /// Else a waiter keeps a holder of lower priority off its processor for ever.
 TEST(StringKey, ALongWaitIsSlept) {
-    static std::latch isHeld(1);
+    static std::counting_semaphore<2> isHeld(0);
     std::jthread const holder([] {
         vxtest::call_at_allocation([] { // the token is made under the lock
-            isHeld.count_down();
+            isHeld.release();
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
         });
         StringKey const key("made slowly");
+        isHeld.release(); // where allocations are not ours to watch
     });
-    isHeld.wait();
+    isHeld.acquire();
     rusage before, after; // of which yielding is no voluntary switch
     getrusage(RUSAGE_THREAD, &before);
     StringKey const key("made slowly");
