@@ -131,8 +131,8 @@ inline void MemoryWriter::put_small_or_wide(unsigned int value, unsigned int sma
 /// Puts the head of an element of `size` bytes. Gives the block that `put_bytes` needs for those of
 /// them that the present block has no room for, or null. A failure writes nothing, so that half an
 /// element never stays, nor bytes of a secret where nobody wipes them.
-MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned int smallTag,
-                                              unsigned int smallMax, unsigned int wideTag) {
+inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned int smallTag,
+                                                     unsigned int smallMax, unsigned int wideTag) {
     constexpr unsigned int headRoom = 9;
     room(headRoom);
     unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor) - headRoom;
@@ -145,7 +145,8 @@ MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned int sm
 }
 
 /// Puts bytes of an element, the last of which may go to the block that `put_head` gave.
-void MemoryWriter::put_bytes(void const * data, unsigned int size, BlockPtr & next) noexcept {
+inline void MemoryWriter::put_bytes(void const * data, unsigned int size,
+                                    BlockPtr & next) noexcept {
     auto const * const bytes = static_cast<unsigned char const *>(data);
     unsigned int const run = std::min(size, static_cast<unsigned int>(m_limit - m_cursor));
     if (run != 0) {
