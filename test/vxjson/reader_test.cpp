@@ -42,7 +42,7 @@ std::string walk_script(std::string const & script) {
 
 TEST(Reader, WalksDocumentsAsTheTableTells) {
     int const count = vxtest::for_each_case(
-        "documents.txt",
+        "vxjson/documents.txt",
         [](std::string const & text, std::string const & expected, std::string const & words) {
             Document::Options options;
             options.tokenizer.allow_unquoted_names = true;

@@ -74,8 +74,9 @@ std::string play(std::string const & script, std::string const & operations, boo
 }
 
 TEST(ReaderValue, GivesWhatTheTableTells) {
-    int const count = vxtest::for_each_case(
-        "values.txt", [](std::string const & text, std::string const & expected, auto const &) {
+    int const count =
+        vxtest::for_each_case("vxjson/values.txt", [](std::string const & text,
+                                                      std::string const & expected, auto const &) {
             std::size_t const bar = text.find('|');
             for (bool const slots : {false, true}) {
                 EXPECT_EQ(play(text.substr(0, bar), text.substr(bar + 1), slots), expected) << text;

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "support/cases.h"
+
 #include "vxcore/error_exception.h"
 #include "vxjson/tokenizer.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -73,36 +74,6 @@ inline std::string scan(std::string const & text, vxjson::Tokenizer::Options opt
         EXPECT_EQ(trace(streaming), result) << text << " through " << size;
     }
     return result;
-}
-
-/// Puts bytes in the place of "%XX".
-inline std::string decode(std::string text) {
-    for (std::size_t at = 0; (at = text.find('%', at)) != text.npos; ++at) {
-        text.replace(at, 3, 1, static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16)));
-    }
-    return text;
-}
-
-/// Runs the cases of a file as they stand: `check(text, expected, options)`. Gives their number.
-template <typename Check>
-int for_each_case(std::string const & name, Check check) {
-    std::ifstream file(VX_SOURCE_DIR "/test/vxjson/" + name);
-    auto const next = [&file](std::string & line) {
-        while (std::getline(file, line) && (line.empty() || line[0] == '#')) {
-        }
-        return file.good();
-    };
-    int count = 0;
-    std::string options;
-    for (std::string text, expected; next(text);) {
-        if (text[0] == '=') {
-            options = text;
-        } else if (next(expected)) {
-            check(text, expected, options);
-            ++count;
-        }
-    }
-    return count;
 }
 
 } // namespace vxtest

@@ -68,7 +68,7 @@ std::string play(std::string const & script, TextWriter::Options const & options
 
 TEST(TextWriter, WritesWhatTheTableTells) {
     int const count = vxtest::for_each_case(
-        "writer.txt",
+        "vxjson/writer.txt",
         [](std::string const & text, std::string const & expected, std::string const & line) {
             std::istringstream words(line);
             std::string word;

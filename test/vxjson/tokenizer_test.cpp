@@ -9,7 +9,7 @@ using vxtest::scan;
 TEST(Tokenizer, CutsTextsAsTheTableTells) {
     EXPECT_EQ(scan(""), ".");
     int const count = vxtest::for_each_case(
-        "tokens.txt",
+        "vxjson/tokens.txt",
         [](std::string const & text, std::string const & expected, std::string const & words) {
             Tokenizer::Options options;
             options.allow_comments = words.find("comments") != words.npos;

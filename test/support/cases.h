@@ -1,0 +1,41 @@
+#pragma once
+
+#include <fstream>
+#include <string>
+
+/// Cases that are kept as lines of a data file.
+namespace vxtest {
+
+/// Replaces each "%XX" by the byte that it stands for.
+inline std::string decode(std::string text) {
+    for (std::size_t at = 0; (at = text.find('%', at)) != text.npos; ++at) {
+        text.replace(at, 3, 1, static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16)));
+    }
+    return text;
+}
+
+/// Runs the cases of a file below test/ in turn: `check(text, expected, options)`. Returns their
+/// number. A case is two lines. A line that starts with "=" is the options of those after it; empty
+/// lines and lines that start with "#" do not count.
+template <typename Check>
+int for_each_case(std::string const & name, Check check) {
+    std::ifstream file(VX_SOURCE_DIR "/test/" + name);
+    auto const next = [&file](std::string & line) {
+        while (std::getline(file, line) && (line.empty() || line[0] == '#')) {
+        }
+        return file.good();
+    };
+    int count = 0;
+    std::string options;
+    for (std::string text, expected; next(text);) {
+        if (text[0] == '=') {
+            options = text;
+        } else if (next(expected)) {
+            check(text, expected, options);
+            ++count;
+        }
+    }
+    return count;
+}
+
+} // namespace vxtest
