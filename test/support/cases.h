@@ -16,12 +16,12 @@ inline std::string decode(std::string text) {
 
 /// Runs the cases of a file below test/ in turn: `check(text, expected, options)`. Returns their
 /// number. A case is two lines. A line that starts with "=" is the options of those after it; empty
-/// lines and lines that start with "#" do not count.
+/// lines and lines that start with "# " do not count.
 template <typename Check>
 int for_each_case(std::string const & name, Check check) {
     std::ifstream file(VX_SOURCE_DIR "/test/" + name);
     auto const next = [&file](std::string & line) {
-        while (std::getline(file, line) && (line.empty() || line[0] == '#')) {
+        while (std::getline(file, line) && (line.empty() || line.starts_with("# "))) {
         }
         return file.good();
     };

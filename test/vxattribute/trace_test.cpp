@@ -1,14 +1,12 @@
+#include "support/cases.h"
 #include "support/grouping_locale.h"
 
 #include "vxattribute/trace_formatter.h"
-#include "vxattribute/vxattribute.h"
-#include "vxcore/error_composer.h"
-#include "vxserialize/memory_list.h"
+#include "vxattribute/value_forms.h"
 
-#include <gtest/gtest.h>
-
+#include <functional>
 #include <iomanip>
-#include <limits>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -27,139 +25,54 @@ std::string render(ValueOrMap const & what,
     return stream.str();
 }
 
-AttributeValue strings(std::initializer_list<std::string> elements) {
-    return make_list<std::string>(elements);
+TEST(Trace, ShowsReadsAndWritesValuesAsTheTableTells) {
+    std::map<std::string, std::function<void(Composer &, unsigned int)>> const setters = {
+        {"show_type", &Composer::show_type},
+        {"show_for_scalar",
+         [list = defaultTraceFormatter.list_default()](Composer & composer, bool shows) mutable {
+             composer.list_default(list.show_for_scalar(shows));
+         }},
+        {"max_multivalue_count", &Composer::max_multivalue_count},
+        {"multiline_length_threshold", &Composer::multiline_length_threshold},
+        {"max_string_len", &Composer::max_string_len},
+        {"max_binary_value_dump_bytes", &Composer::max_binary_value_dump_bytes},
+        {"binary_value_dump_line_size", &Composer::binary_value_dump_line_size}};
+    auto const check = [&](std::string const & text, std::string const & shown, auto const & line) {
+        Composer composer;
+        std::istringstream settings(line);
+        std::string word;
+        for (unsigned int number = 0; settings >> word;) {
+            if (word != "=") {
+                settings >> number;
+                setters.at(word)(composer, number);
+            }
+        }
+        AttributeValue value;
+        vxtest::read_text(text, value);
+        EXPECT_EQ(vxtest::write_text(value), text);
+        EXPECT_EQ(render(value, composer.compose()), vxtest::decode(shown)) << text;
+    };
+    EXPECT_GT(vxtest::for_each_case("vxattribute/values.txt", check), 45);
 }
 
-struct Row {
-    AttributeValue value;
-    std::string text;
-};
-
-void expect_rendered(std::initializer_list<Row> rows,
-                     TraceFormatter const & formatter = defaultTraceFormatter) {
-    for (Row const & row : rows) {
-        EXPECT_EQ(render(row.value, formatter), row.text);
-    }
-}
-
-TEST(Trace, EveryTypeHasItsForm) {
-    using vxuri::UriReference;
-    double const infinity = std::numeric_limits<double>::infinity();
-    impl::ErrorInfoPtr const error =
-        vxcore::ErrorComposer("\none\r\n\n{@n}").create(error::vxattribute_query, {});
-    expect_rendered({
-        {{}, "[Null]"},
-        {make_list<bool>({true, false}), "[Boolean: {true, false}]"},
-        {make_list<long long>({1, -2, 3}), "[Integer: {1, -2, 3}]"},
-        {AttributeValue(ValueTypeId::typeInteger), "[Integer: {}]"},
-        {make_list<double>({1.5, -0.0, 1e100, 1234567, 0.1 + 0.2, 100, -infinity}),
-         "[Double: {1.5, -0, 1e+100, 1.23457e+06, 0.3, 100, -inf}]"},
-        {strings({"a \"b\"\t", "", "\r"}), "[String: {\"a \"b\"\t\", \"\", \"\r\"}]"},
-        {vxcore::Uuid({1}), "[UUID: {01000000-0000-0000-0000-000000000000}]"},
-        {make_list<UriReference>(
-             {UriReference(), UriReference::parse(""), UriReference::parse("http://a/b#c")}),
-         "[URI: {<undefined>, , http://a/b#c}]"},
-        {vxcore::AbsoluteTime(0), "[AbsoluteTime: {1970-01-01T00:00:00Z}]"},
-        {vxcore::RelativeTime(15'000'000), "[RelativeTime: {PT1.5S}]"},
-        {vxcore::SimpleDateTime(0), "[SimpleDateTime: {1970-01-01T00:00:00}]"},
-        {SerializedValue("kind", vxserialize::MemoryList::create("1234", 4)),
-         "[Serialized: {<type='kind', size=4>}]"},
-        {make_list<impl::ErrorInfoPtr>({nullptr, error}),
-         "[ErrorInfo: \n  {\n   ##NULL##\n  , \n   error.vxattribute.query: \n   one\r\n"
-         "   {@n}\n  }]"},
-    });
-}
-
-TEST(Trace, FramesAndTypeNamesCanBeLeftOut) {
-    TraceFormatter::ListParams list = defaultTraceFormatter.list_default();
-    TraceFormatter const bare = Composer().list_default(list.show_for_scalar(false)).compose();
-    AttributeValue const two = make_list<long long>({1, 2}), none(ValueTypeId::typeInteger);
-    expect_rendered({{5, "[Integer: 5]"}, {two, "[Integer: {1, 2}]"}, {none, "[Integer: {}]"}},
-                    bare);
-    expect_rendered({{5, "5"}, {two, "{1, 2}"}, {{}, "[Null]"}},
-                    Composer(bare).show_type(false).compose());
-}
-
-TEST(Trace, LongListsAreCutInsideTheirFrame) {
-    AttributeValue const three = make_list<long long>({1, 2, 3});
-    expect_rendered({{three, "[Integer: {1, 2...(+1)}]"}},
-                    Composer().max_multivalue_count(2).compose());
+TEST(Trace, KeepsItsLimits) {
+    EXPECT_EQ(render(AttributeValue(std::string(5000, 'x'))),
+              "[String: {\"" + std::string(4096, 'x') + "\"...(+904)}]");
+    EXPECT_EQ(render(AttributeValue(BinaryValue(257)),
+                     Composer().binary_value_dump_line_size(300).compose()),
+              "[Binary: \n  {\n   " + std::string(512, '0') + "...(+1)\n  }]");
     std::string all = "-1234567";
     for (int i = 0; i < 1000; ++i) {
         all += ", -1234567";
     }
     std::vector<long long> const many(1001, -1234567);
-    expect_rendered({{make_list(std::span(many)), "[Integer: {" + all + "}]"}},
-                    Composer().max_multivalue_count(~0u).compose());
-    expect_rendered({{three, "[Integer: {...(+3)}]"},
-                     {AttributeValue(ValueTypeId::typeInteger), "[Integer: {}]"},
-                     {make_map({{"x", 1}}), "[AttributeMap: \n  {...(+1)\n  }]"}},
-                    Composer().max_multivalue_count(0).compose());
-}
-
-TEST(Trace, StringsGetLinesOfTheirOwnWhenOneIsLongOrHasLines) {
-    TraceFormatter const formatter = Composer().multiline_length_threshold(4).compose();
-    auto const lines = [](std::string const & inside) {
-        return "[String: \n  {\n   " + inside + "\n  }]";
-    };
-    expect_rendered(
-        {
-            {"a\r\n\r\nb\r", lines("\"a\"\n   \"\"\n   \"b\"")},
-            {strings({"a", "b\n"}), lines("\"a\"\n  , \n   \"b\"\n   \"\"")},
-            {strings({"four", "abc"}), "[String: {\"four\", \"abc\"}]"},
-            {strings({"ab\r", "four"}), lines("\"ab\"\n  , \n   \"four\"")},
-        },
-        formatter);
-    std::string const below(127, 'x'), threshold(128, 'x');
-    expect_rendered({{strings({"a", below}), "[String: {\"a\", \"" + below + "\"}]"},
-                     {strings({"a", threshold}), lines("\"a\"\n  , \n   \"" + threshold + '"')}});
-    EXPECT_EQ(render(AttributeValue("a\nb"), formatter, 2),
-              "[String: \n      {\n       \"a\"\n       \"b\"\n      }]");
-}
-
-TEST(Trace, StringsAreCutBetweenCharactersWithTheMarkBehindTheQuote) {
-    expect_rendered(
-        {{std::string(5000, 'x'), "[String: {\"" + std::string(4096, 'x') + "\"...(+904)}]"}});
-    expect_rendered(
-        {
-            {"ab\xC3\xA4", "[String: {\"ab\xC3\xA4\"}]"},
-            {"abc\xC3\xA4", "[String: {\"abc\"...(+2)}]"},
-            {"abcd\xC3\xA4", "[String: {\"abcd\"...(+2)}]"},
-            {"\x80\x80\x80\x80\x80", "[String: {\"\"...(+5)}]"},
-            {"abc\r\nde", "[String: \n  {\n   \"abc\"...(+3)\n  }]"},
-        },
-        Composer().max_string_len(4).compose());
-    expect_rendered({{"abc", "[String: {\"\"...(+3)}]"}, {"", "[String: {\"\"}]"}},
-                    Composer().max_string_len(0).compose());
-}
-
-TEST(Trace, BinaryValuesAreDumpedInLines) {
-    unsigned char const data[] = {0x00, 0x7f, 0x80, 0xff};
-    expect_rendered(
-        {{make_list<BinaryValue>({BinaryValue(data, 4), BinaryValue()}),
-          "[Binary: \n  {\n   007f80ff\n  , \n   \n  }]"},
-         {BinaryValue(33), "[Binary: \n  {\n   " + std::string(64, '0') + "\n   00\n  }]"}});
-    expect_rendered(
-        {{BinaryValue(257), "[Binary: \n  {\n   " + std::string(512, '0') + "...(+1)\n  }]"}},
-        Composer().binary_value_dump_line_size(300).compose());
-    Composer custom;
-    custom.max_binary_value_dump_bytes(3).binary_value_dump_line_size(2);
-    custom.binary_value_dump_suffix(SourceString("\nend", true));
-    expect_rendered({{BinaryValue(data, 4), "[Binary: \n  {\n   007f\n   80...(+1)\n end\n  }]"},
-                     {BinaryValue(data, 3), "[Binary: \n  {\n   007f\n   80\n end\n  }]"}},
-                    custom.compose());
-    for (TraceFormatter const & off : {Composer().max_binary_value_dump_bytes(0).compose(),
-                                       Composer().binary_value_dump_line_size(0).compose()}) {
-        expect_rendered({{BinaryValue(1234), "[Binary: {<size=1234>}]"}}, off);
-    }
+    EXPECT_EQ(render(make_list(std::span(many)), Composer().max_multivalue_count(~0u).compose()),
+              "[Integer: {" + all + "}]");
 }
 
 TEST(Trace, MapsNestOneLevelDeeperThanTheirFrames) {
     AttributeMap const inner = make_map({{"x", 1}});
     EXPECT_EQ(render(AttributeMap()), "");
-    EXPECT_EQ(render(make_map({{"inner", inner}})),
-              "\n 'inner' => [AttributeMap: \n  {\n   'x' => [Integer: {1}]\n  }]");
     AttributeMap const many = make_map({{"m", make_list<AttributeMap>({inner, inner})}});
     EXPECT_EQ(render(many, defaultTraceFormatter, 1),
               "\n   'm' => [AttributeMap: \n    {\n     'x' => [Integer: {1}]\n    ,\n     'x' => "
@@ -168,6 +81,18 @@ TEST(Trace, MapsNestOneLevelDeeperThanTheirFrames) {
     EXPECT_EQ(render(make_map({{longName, {}}})), "\n '" + longName + "' => [Null]");
     EXPECT_EQ(render(inner, Composer().map_element_suffix(SourceString(";\n", true)).compose()),
               "\n 'x' => [Integer: {1}];\n ");
+    EXPECT_EQ(render(AttributeValue("a\nb"), defaultTraceFormatter, 2),
+              "[String: \n      {\n       \"a\"\n       \"b\"\n      }]");
+}
+
+TEST(Trace, ASuffixFollowsEachDump) {
+    Composer composer;
+    composer.max_binary_value_dump_bytes(1).binary_value_dump_suffix(SourceString("\nend", true));
+    TraceFormatter const formatter = composer.compose();
+    EXPECT_EQ(render(AttributeValue(BinaryValue(2)), formatter),
+              "[Binary: \n  {\n   00...(+1)\n end\n  }]");
+    EXPECT_EQ(render(AttributeValue(BinaryValue(1)), formatter),
+              "[Binary: \n  {\n   00\n end\n  }]");
 }
 
 TEST(Trace, TheFormWithAPrefixStartsInnerLinesWithIt) {
