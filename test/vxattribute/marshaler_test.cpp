@@ -1,6 +1,7 @@
 // The rule under test: a value becomes the told sequence of operations, every told sequence becomes
 // a value again, and a stream that fails changes nothing.
 
+#include "support/cases.h"
 #include "support/expect_error.h"
 #include "support/threads.h"
 
@@ -35,35 +36,13 @@ TEST(Marshaler, AListThatShrankIsOneElement) {
 }
 
 TEST(Marshaler, ReadsWhatOtherWritersMaySend) {
-    struct {
-        char const * script;
-        AttributeValue value;
-        std::size_t rest = 0; // operations
-    } const rows[] = {
-        {"uint 0", {}},
-        {"uint 4; double 2.5", 2.5},
-        {"uint 3; list 1; string s", "s"},
-        {"uint 3; list 1; string s; end", "s", 1}, // nothing more is asked of a list that says 1
-        {"uint 3; list 0; string s; end", "s"},
-        {"uint 3; list 0; string s; next; string t; end", make_list<std::string>({"s", "t"})},
-        {"uint 3; list 0; end", AttributeValue(ValueTypeId::typeString)},
-        {"uint 2; list 9; int 7; end", 7},
-        {"uint 2; list 4000000000; int 1; next; int 2; end", make_list<long long>({1, 2})},
-        {"uint 12; list 0; list 0; end; end", make_map({})},
-        {"uint 12; list 2; list 0; end; next; list 1; key a; null; end; end",
-         make_list<AttributeMap>({make_map({}), make_map({{"a", AttributeValue()}})})},
-        {"uint 12; list 1; list 7; key a; int 1; next; key a; string last; end; end",
-         make_map({{"a", "last"}})},
-        {"uint 14; list 2; null; next; null; end", make_list<impl::ErrorInfoPtr>({{}, {}})},
-    };
-
-    for (auto const & row : rows) {
-        ScriptedReader reader(row.script);
+    auto const check = [](std::string const & script, std::string const & text, auto const &) {
+        ScriptedReader reader(script);
         AttributeValue value;
         read_attribute_value(reader, value);
-        EXPECT_EQ(value, row.value) << row.script;
-        EXPECT_EQ(reader.rest(), row.rest) << row.script;
-    }
+        EXPECT_EQ(vxtest::write_text(value) + " " + std::to_string(reader.rest()), text) << script;
+    };
+    EXPECT_EQ(vxtest::for_each_case("vxattribute/scripts.txt", check), 13);
 }
 
 TEST(Marshaler, FailuresLeaveTheTargetUnchanged) {

@@ -1,9 +1,10 @@
 // The rule under test: the closed set of types and, per element type, order, equality and hash.
 
+#include "support/cases.h"
 #include "support/expect_error.h"
-#include "support/streams.h"
 
 #include "vxattribute/samples.h"
+#include "vxattribute/value_forms.h"
 #include "vxcore/error_composer.h"
 
 #include <algorithm>
@@ -83,33 +84,13 @@ TEST(ElementRules, AreThereForEveryType) {
     }
 }
 
-// Computed from the rules by another program.
 TEST(ElementRules, HashesOfValuesAreTheSameInEveryProcess) {
-    using vxcore::AbsoluteTime, vxcore::RelativeTime, vxcore::SimpleDateTime, vxcore::Uuid;
-    using vxuri::UriReference;
-    unsigned char const bytes[] = {0x80, 0x00, 0x7f, 0xff};
-    SerializedValue const payload("x", vxtest::list_of("payload")), noType(vxtest::list_of("\x80"));
-    impl::ErrorInfoPtr const failure =
-        vxcore::ErrorComposer("m {@k}").param("k", "v").create(error::vxattribute_query, {});
-
-    std::pair<AttributeValue, unsigned int> const rows[] = {
-        {make_list<bool>({true, false, true}), 26},
-        {make_list<long long>({0x200000005, -2}), 36},
-        {make_list<double>({1.5, -0.0}), 0xbfd80000},
-        {make_list<std::string>({"ab", "\xff"}), 0xb62},
-        {make_list<Uuid>({Uuid({1, 0x80}), Uuid()}), 0x5973641},
-        {make_list<UriReference>({UriReference::parse("a%2F"), UriReference::parse("B")}), 0x10604},
-        {make_list<AbsoluteTime>({AbsoluteTime(123'456'789'012), AbsoluteTime(-2)}), 0xb8fd8229},
-        {make_list<RelativeTime>({RelativeTime(-77), RelativeTime(-2)}), 0x17d},
-        {make_list<SimpleDateTime>({SimpleDateTime(987'654'321), SimpleDateTime(-2)}), 0x26580b76},
-        {make_list<BinaryValue>({BinaryValue(bytes, 3), BinaryValue(bytes + 3, 1)}), 0x41fa},
-        {make_list<SerializedValue>({payload, noType}), 0x614fec86},
-        {failure, 0xeff651c4},
+    auto const check = [](std::string const & text, std::string const & hash, auto const &) {
+        AttributeValue value;
+        vxtest::read_text(text, value);
+        EXPECT_EQ(value.hash(), std::stoul(hash, nullptr, 16)) << text;
     };
-
-    for (auto const & [value, hash] : rows) {
-        EXPECT_EQ(value.hash(), hash) << to_text(value);
-    }
+    EXPECT_EQ(vxtest::for_each_case("vxattribute/hashes.txt", check), 12);
 }
 
 TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
