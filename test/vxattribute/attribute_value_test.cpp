@@ -16,7 +16,8 @@ TEST(AttributeValue, NullIsAStateOfItsOwn) {
     AttributeValue const null;
     EXPECT_EQ(null, AttributeValue::null);
     EXPECT_EQ(null, AttributeValue(ValueTypeId::typeNull));
-    EXPECT_TRUE(null.is_null() && null.empty());
+    EXPECT_TRUE(null.is_null());
+    EXPECT_TRUE(null.empty());
     EXPECT_EQ(null.hash(), 0u);
     EXPECT_EQ(null.subrange(0, 0), null);
     EXPECT_THROW(null.subrange(1), std::out_of_range);

@@ -70,9 +70,11 @@ TEST_P(CopyOnWriteArguments, FailedChangesLeaveBothAsTheyWere) {
                 AttributeValue value = deep_copy(GetParam().value);
                 AttributeValue const before = deep_copy(value), argument = deep_copy(value);
                 AttributeValue const sharer = isShared ? value : before;
-                vxtest::fail_each_allocation(
-                    [&] { write(way, value, argument); },
-                    [&] { ASSERT_TRUE(value == before && sharer == before); });
+                vxtest::fail_each_allocation([&] { write(way, value, argument); },
+                                             [&] {
+                                                 ASSERT_EQ(value, before);
+                                                 ASSERT_EQ(sharer, before);
+                                             });
                 EXPECT_EQ(sharer, before);
             }
         }
@@ -128,7 +130,8 @@ TEST(CopyOnWriteThreads, CopiesLiveInSeparateThreads) {
             ASSERT_EQ(list.at<std::string>(1), "b");
             MutableAttributeMap mapCopy = map;
             mapCopy.add("c", seed * 1000).erase("b");
-            ASSERT_TRUE(mapCopy.size() == 2 && map.exists("b"));
+            ASSERT_EQ(mapCopy.size(), 2u);
+            ASSERT_TRUE(map.exists("b"));
         }
     });
     EXPECT_EQ(sharedList.size(), 3u);

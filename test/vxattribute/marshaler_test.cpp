@@ -100,7 +100,8 @@ TEST(MarshalerDepth, DeepestNestingWorksOnASmallStack) {
     AttributeValue const deepest = nested(256), same = nested(256);
     vxtest::on_small_stack([&] {
         AttributeValue const binary = through_binary(deepest);
-        EXPECT_TRUE(binary == deepest && through_text(deepest) == same);
+        EXPECT_EQ(binary, deepest);
+        EXPECT_EQ(through_text(deepest), same);
         EXPECT_EQ(to_text(binary), to_text(deepest));
     });
     EXPECT_THROW(through_binary(nested(257)), vxcore::ErrorException);

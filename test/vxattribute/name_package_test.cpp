@@ -77,12 +77,13 @@ TEST(NamePackage, FindsEveryNameAndNoOther) {
     auto const package = Package::create(names);
     for (AttributeName const & name : names) {
         AttributeName const * const found = package->find(name);
-        ASSERT_TRUE(found != package->end() && package->count(name) == 1);
+        ASSERT_NE(found, package->end());
+        EXPECT_EQ(package->count(name), 1u);
         EXPECT_EQ(package->at(static_cast<unsigned int>(found - package->begin())), name);
     }
     for (char const * absent : {"", "name", "name 1000"}) {
-        EXPECT_TRUE(package->find(absent) == package->end() && package->count(absent) == 0)
-            << absent;
+        EXPECT_EQ(package->find(absent), package->end()) << absent;
+        EXPECT_EQ(package->count(absent), 0u) << absent;
     }
     EXPECT_THROW((void)package->at(1000), std::out_of_range);
     EXPECT_EQ(Package::create(Names())->find("x"), Package::create(Names())->end());
@@ -158,13 +159,17 @@ TEST(NamePackage, WhatIsNoPackageIsRefusedAndTheTargetKept) {
 TEST(NamePackage, NullsComeFirstAndEqualIdsAreEqual) {
     Package::IdLess const less;
     Package::IdEquals const equals;
-    Package::Ptr const null, abc = Package::create(Names{"abc"}),
-                             twin = Package::create(Names{"abc"}),
-                             high = Package::create(Names{"alpha", "beta"});
-    EXPECT_TRUE(less(null, abc) && less(abc, high));
-    EXPECT_FALSE(less(abc, null) || less(null, null) || less(abc, twin) || less(high, abc));
-    EXPECT_TRUE(equals(null, null) && equals(abc, twin));
-    EXPECT_FALSE(equals(null, abc) || equals(abc, null) || equals(abc, high));
+    auto const make = [](int order) { // of those of a higher order the id is higher
+        return order == 0   ? Package::Ptr()
+               : order == 1 ? Package::create(Names{"abc"})
+                            : Package::create(Names{"alpha", "beta"});
+    };
+    for (int a = 0; a < 3; ++a) {
+        for (int b = 0; b < 3; ++b) {
+            EXPECT_EQ(less(make(a), make(b)), a < b) << a << ' ' << b;
+            EXPECT_EQ(equals(make(a), make(b)), a == b) << a << ' ' << b;
+        }
+    }
 }
 
 TEST(NamePackageSet, HoldsEachIdOnceInOrder) {
@@ -183,12 +188,13 @@ TEST(NamePackageSet, HoldsEachIdOnceInOrder) {
         EXPECT_EQ(each->begin()[1]->id().as_string(1), alphaBetaId);
         EXPECT_EQ(each->find(alphaBeta->id()), each->begin() + 1);
         EXPECT_EQ(each->find("beta"), each->begin() + 1);
-        EXPECT_TRUE(each->find("other") == each->end() &&
-                    each->find(vxcore::Uuid()) == each->end());
+        EXPECT_EQ(each->find("other"), each->end());
+        EXPECT_EQ(each->find(vxcore::Uuid()), each->end());
     }
     for (auto const & empty : {PackageSet::create(), PackageSet::create(Package::Ptr()),
                                PackageSet::Composer(Package::Ptr()).compose()}) {
-        EXPECT_TRUE(empty->empty() && empty->find("abc") == empty->end());
+        EXPECT_TRUE(empty->empty());
+        EXPECT_EQ(empty->find("abc"), empty->end());
     }
 }
 
@@ -211,11 +217,13 @@ TEST(NamePackageSet, TellsNamesThatStandInSeveralPackages) {
                           .compose();
     auto const set = pair->create_union(Package::create(Names{"d", "e"}));
     std::set<AttributeName> duplicates = {"old"};
-    EXPECT_TRUE(set->check_duplicate_names(&duplicates) && pair->check_duplicate_names(nullptr));
+    EXPECT_TRUE(set->check_duplicate_names(&duplicates));
+    EXPECT_TRUE(pair->check_duplicate_names(nullptr));
     EXPECT_EQ(duplicates, (std::set<AttributeName>{"b", "c", "d"}));
     auto const apart =
         PackageSet::create(Package::create(Names{"a"}))->create_union(Package::create(Names{"b"}));
-    EXPECT_FALSE(apart->check_duplicate_names(&duplicates) || !duplicates.empty());
+    EXPECT_FALSE(apart->check_duplicate_names(&duplicates));
+    EXPECT_TRUE(duplicates.empty());
     EXPECT_FALSE(apart->check_duplicate_names(nullptr));
 }
 

@@ -194,7 +194,8 @@ TEST(TraceLevel, ReadsNamesAndNumbers) {
                              "100=100", "-1=-1", "+5=5", "-0=0"}) {
         EXPECT_FALSE(read_level(row)) << row;
     }
-    EXPECT_FALSE(read_level(81, 81) || read_level(-1, -1));
+    EXPECT_FALSE(read_level(81, 81));
+    EXPECT_FALSE(read_level(-1, -1));
     EXPECT_FALSE(read_level(AttributeValue(ValueTypeId::typeInteger), 0));
     // What fits into a `char` is stored before its range is looked at.
     for (char const * row : {"101=101", "-2=-2", "-128=-128", "128=7", "=7", "-=7", " 5=7",

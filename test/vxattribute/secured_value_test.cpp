@@ -211,7 +211,8 @@ TEST(SecuredValue, AnUnknownCipherOfAWrappedKeyLeadsToForgedValuesUnlessOpenedSt
     SecuredValue::ErrorPtr keyError, error;
     Key const careless = renamed.extract_binary_as_key(master, &keyError);
     EXPECT_EQ(forged.extract(careless, &error), AttributeValue("forged"));
-    EXPECT_TRUE(keyError && careless.empty()) << "what a careful caller looks at";
+    EXPECT_TRUE(keyError) << "what a careful caller looks at";
+    EXPECT_TRUE(careless.empty());
     EXPECT_TRUE(forged.extract(careless, strict, &error).is_null());
     EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
     EXPECT_THROW((void)renamed.extract_binary_as_key(master, strict, nullptr),
@@ -282,8 +283,10 @@ TEST(SecuredValue, ComparesByAllItsParts) {
         for (SecuredValue const & b : parts) {
             EXPECT_EQ(a.compare(b), int{&a > &b} - int{&a < &b});
             EXPECT_EQ(a == b, &a == &b);
-            EXPECT_TRUE((a < b) == (&a < &b) && (a <= b) == (&a <= &b));
-            EXPECT_TRUE((a > b) == (&a > &b) && (a >= b) == (&a >= &b));
+            EXPECT_EQ(a < b, &a < &b);
+            EXPECT_EQ(a <= b, &a <= &b);
+            EXPECT_EQ(a > b, &a > &b);
+            EXPECT_EQ(a >= b, &a >= &b);
             EXPECT_EQ(a.hash() == b.hash(), &a == &b);
         }
     }

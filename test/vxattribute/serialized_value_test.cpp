@@ -50,7 +50,8 @@ TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
 TEST(SerializedValue, ValuesWithoutPayloadCompareAlike) {
     SerializedValue const null("a", MemoryListPtr()), empty("b", list_of("")),
         full("", list_of("x"));
-    EXPECT_TRUE(null.empty() && empty.empty());
+    EXPECT_TRUE(null.empty());
+    EXPECT_TRUE(empty.empty());
     EXPECT_EQ(null.compare(empty), 0);
     EXPECT_FALSE(null == empty);
     EXPECT_TRUE(null == SerializedValue("a", list_of("")));

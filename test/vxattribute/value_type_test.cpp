@@ -59,15 +59,20 @@ void use_rules(T const & a, T const & b) {
     using Traits = ValueTypeTraits<T>;
     bool const byAddress = std::is_same_v<T, impl::ErrorInfoPtr>; // the generic forms
     EXPECT_TRUE(byAddress || Base::compare(a, b) == (Traits::compare(a, b) < 0 ? -1 : 1));
-    EXPECT_TRUE(Base::compare(a, b) == -Base::compare(b, a) && Base::compare(a, a) == 0);
-    EXPECT_TRUE(Base::equal(a, a) && Traits::equal(a, a));
-    EXPECT_FALSE(Base::equal(a, b) || Traits::equal(a, b) || Base::compare(a, b) == 0);
+    EXPECT_EQ(Base::compare(a, b), -Base::compare(b, a));
+    EXPECT_EQ(Base::compare(a, a), 0);
+    EXPECT_TRUE(Base::equal(a, a));
+    EXPECT_TRUE(Traits::equal(a, a));
+    EXPECT_FALSE(Base::equal(a, b));
+    EXPECT_FALSE(Traits::equal(a, b));
+    EXPECT_NE(Base::compare(a, b), 0);
     EXPECT_EQ(Traits::hash(a), AttributeValue(a).hash());
     alignas(T) std::byte storage[2 * sizeof(T)];
     T * const p = reinterpret_cast<T *>(storage);
     Traits::construct_value(p, a);
     Traits::assign_value(p, b);
-    EXPECT_TRUE(Traits::move_construct_range(p, p + 1, p + 1) == p + 2 && Traits::equal(p[1], b));
+    EXPECT_EQ(Traits::move_construct_range(p, p + 1, p + 1), p + 2);
+    EXPECT_TRUE(Traits::equal(p[1], b));
     EXPECT_EQ(Traits::erase_range(p + 1, p + 2, p + 2), p + 1);
     std::ostringstream stream;
     Traits::write_trace(stream, defaultTraceFormatter, 0, &a, &a + 1);

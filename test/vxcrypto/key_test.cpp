@@ -37,7 +37,9 @@ TEST(Key, MovesItsBufferClonesWhenAskedAndComparesAllBytes) {
     void const * const place = source.data();
     Key moved(std::move(source));
     Key taken(moved.transfer());
-    EXPECT_TRUE(moved.empty() && moved.data() == nullptr && moved.capacity() == 0);
+    EXPECT_TRUE(moved.empty());
+    EXPECT_EQ(moved.data(), nullptr);
+    EXPECT_EQ(moved.capacity(), 0u);
     EXPECT_TRUE(source.equal(Key()));
     Key & same = taken;
     taken = std::move(same);

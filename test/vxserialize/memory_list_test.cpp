@@ -105,7 +105,8 @@ TEST(MemoryList, CursorReadsAcrossSegments) {
     EXPECT_EQ(*cursor.data_at_cursor(run), 'd');
     EXPECT_EQ(run, 3u);
     EXPECT_EQ(cursor.cursor_advance(100), 5u);
-    EXPECT_TRUE(cursor.is_eof() && MemoryListCursor().is_eof());
+    EXPECT_TRUE(cursor.is_eof());
+    EXPECT_TRUE(MemoryListCursor().is_eof());
 }
 
 TEST(MemoryList, BoundsAndSizesDoNotWrap) {

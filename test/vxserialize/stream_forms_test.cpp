@@ -102,7 +102,8 @@ TEST(BothForms, GiveBackBlocks) {
     };
     expect_back(write, [](Reader & r) {
         auto const empty = read_memory_list_as_binary(r);
-        EXPECT_TRUE(empty && empty->empty());
+        ASSERT_TRUE(empty);
+        EXPECT_TRUE(empty->empty());
         EXPECT_EQ(bytes_of(r.Reader::read_binary_as_memory_list()), std::string(1000, '\x80'));
         ReadStreamPtr const stream = r.read_binary();
         EXPECT_EQ(r.read_integer(), 7); // the reader has stepped over the block
@@ -131,17 +132,20 @@ TEST(BothForms, GiveBackListsAndRecords) {
         EXPECT_EQ(r.read_integer(), 1);
         (void)r.begin_list();
         for (int i = 2; i < 4; ++i) {
-            EXPECT_TRUE(r.has_next() && r.has_next());
+            EXPECT_TRUE(r.has_next());
+            EXPECT_TRUE(r.has_next());
             EXPECT_EQ(r.read_integer(), i);
         }
         EXPECT_FALSE(r.has_next());
-        EXPECT_TRUE(r.has_next() && r.has_next()); // of the outer list, whose element was touched
+        EXPECT_TRUE(r.has_next()); // of the outer list, whose element was touched
+        EXPECT_TRUE(r.has_next());
         r.begin_record();
         EXPECT_EQ(r.read_string_key().value(), "b");
         EXPECT_EQ(r.next_type(), eElement_None);
         r.end_record();
         EXPECT_TRUE(r.has_next());
-        EXPECT_TRUE(r.read_if_null() && !r.read_if_null());
+        EXPECT_TRUE(r.read_if_null());
+        EXPECT_FALSE(r.read_if_null());
         EXPECT_EQ(r.read_integer(), 1);
         EXPECT_FALSE(r.has_next());
     });
@@ -185,11 +189,13 @@ TEST(BothForms, GiveBackErrorsTimesAndReferences) {
         EXPECT_EQ(r.next_type(), eElement_Null);
         EXPECT_TRUE(read_uri(r).is_undefined());
         vxuri::UriReference const empty = read_uri(r);
-        EXPECT_TRUE(empty.empty() && !empty.is_undefined());
+        EXPECT_TRUE(empty.empty());
+        EXPECT_FALSE(empty.is_undefined());
         EXPECT_EQ(read_uri(r).text(), "http://example.org/%C3%A4?q#<f>");
         EXPECT_EQ(r.next_type(), eElement_Record);
         vxuri::UriReference const undefined = read_uri(r);
-        EXPECT_TRUE(undefined.is_undefined() && undefined.query() == "q");
+        EXPECT_TRUE(undefined.is_undefined());
+        EXPECT_EQ(undefined.query(), "q");
         EXPECT_EQ(undefined.text(), "s:p?q");
     });
 }
