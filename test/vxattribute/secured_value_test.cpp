@@ -3,6 +3,7 @@
 
 #include "sealing.h"
 #include "support/allocation.h"
+#include "support/cases.h"
 #include "support/expect_error.h"
 #include "support/streams.h"
 
@@ -73,96 +74,62 @@ TEST(SecuredValue, OnlyOneBinaryIsAKey) {
     }
 }
 
-TEST(SecuredValue, SaysWhyItDoesNotOpen) {
-    using namespace error;
-    Key const key = key_of_size(16), shorter = key_of_size(15), wrong = key_of("a wrong key, 16B");
-    SecuredValue const sealed = seal("secret", key);
-    std::string const bytes = bytes_of(sealed.ciphertext());
-    char const deciphers[] =
-        "vxattribute::impl::SecuredValueCipherEaxAesBase::authenticate_decrypt()";
-    char const passes[] = "vxattribute::impl::SecuredValueCipherNull::check_keysize()";
-    char const extracts[] = "vxattribute::SecuredValue::extract()"; // as a key too
-    char const authenticates[] = "vxattribute::SecuredValue::authenticate()";
-
-    struct {
-        SecuredValue value;
-        Key const & key;
-        vxcore::ErrorCode const & code;
-        char const * text;
-        char const * params;
-        char const * function;         // of both ways to open
-        char const * checkingFunction; // null: the check gives false
-    } const rows[] = {
-        {sealed, wrong, vxattribute_value_secured_authentication,
-         "Ciphertext fails authentication with provided key.  Cipher=EAX_AES128",
-         "cipherId=EAX_AES128 ", deciphers, nullptr},
-        {value_of("Note", "EAX_AES128", bytes), key, vxattribute_value_secured_authentication,
-         "Ciphertext fails authentication with provided key.  Cipher=EAX_AES128",
-         "cipherId=EAX_AES128 ", deciphers, nullptr},
-        {value_of("note", "EAX_AES128", "too short"), shorter, // the key is looked at first
-         vxattribute_value_secured_keysize,
-         "Size of key provided does not match cipher.  Cipher=EAX_AES128, Expexted=16, "
-         "Provided=15",
-         "cipherId=EAX_AES128 expectedKeysize=16 keysize=15 ", deciphers, deciphers},
-        {value_of("note", "EAX_AES256", bytes), key, vxattribute_value_secured_keysize,
-         "Size of key provided does not match cipher.  Cipher=EAX_AES256, Expexted=32, "
-         "Provided=16",
-         "cipherId=EAX_AES256 expectedKeysize=32 keysize=16 ", deciphers, deciphers},
-        {value_of("note", "NULL", bytes), key, vxattribute_value_secured_keysize,
-         "Size of key provided does not match cipher.  Cipher=NULL, Expexted=0, Provided=16",
-         "cipherId=NULL expectedKeysize=0 keysize=16 ", passes, passes},
-        {value_of("note", "EAX_AES128", bytes.substr(0, 31)), key,
-         vxattribute_value_secured_ciphertext,
-         "Ciphertext size not valid for cipher.  Cipher=EAX_AES128", "cipherId=EAX_AES128 ",
-         deciphers, deciphers},
-        {value_of("note", "EAX_AES192", bytes), key, vxattribute_value_secured_cipher_unknown,
-         "Unknown/unsupported cipher: EAX_AES192", "cipherId=EAX_AES192 ", extracts, authenticates},
-        {{},
-         key,
-         vxattribute_value_secured_cipher_unknown,
-         "Unknown/unsupported cipher: ",
-         "cipherId= ",
-         extracts,
-         authenticates}};
-
-    for (auto const & row : rows) {
-        SCOPED_TRACE(row.text);
-        auto const check = [&row](SecuredValue::ErrorPtr const & info, char const * function) {
-            ASSERT_TRUE(info);
-            EXPECT_EQ(info->code(), row.code);
-            EXPECT_EQ(info->text(), row.text);
-            EXPECT_EQ(info->location().function().view(), function);
-            std::string params;
-            for (auto const & [name, text] : info->params()) {
-                params.append(name.view()).append("=").append(text).append(" ");
-            }
-            EXPECT_EQ(params, row.params);
-        };
-        auto const checkRaised = [&](auto action, char const * function) {
-            SecuredValue::ErrorPtr const raised = expect_error(action, row.code, row.text);
-            check(raised, function);
-            return raised;
-        };
-        if (row.checkingFunction == nullptr) {
-            EXPECT_FALSE(row.value.authenticate(row.key));
-        } else {
-            checkRaised([&] { (void)row.value.authenticate(row.key); }, row.checkingFunction);
+/// The failure as refusals.txt has it; "" when there is none.
+std::string line_of(SecuredValue::ErrorPtr const & error) {
+    std::string line;
+    if (error) {
+        line = error->code().name() + (": " + error->text()) + " | ";
+        for (auto const & [name, text] : error->params()) {
+            line.append(name.view()).append("=").append(text).append(" ");
         }
-        checkRaised([&] { (void)row.value.extract(row.key, nullptr); }, row.function);
-        checkRaised([&] { (void)row.value.extract_binary_as_key(row.key, nullptr); }, row.function);
-        SecuredValue::ErrorPtr error;
-        EXPECT_TRUE(row.value.extract(row.key, &error).is_null());
-        check(error, row.function);
-        error = nullptr;
-        if (row.code == vxattribute_value_secured_cipher_unknown) { // only reported
-            EXPECT_TRUE(row.value.extract_binary_as_key(row.key, &error).empty());
-        } else {
-            SecuredValue::ErrorPtr const raised = checkRaised(
-                [&] { (void)row.value.extract_binary_as_key(row.key, &error); }, row.function);
-            EXPECT_EQ(error, raised) << "reported and raised";
-        }
-        check(error, row.function);
+        line.append("| ").append(error->location().function().view());
     }
+    return line;
+}
+
+template <typename Action>
+SecuredValue::ErrorPtr raised_by(Action action) {
+    try {
+        action();
+    } catch (vxcore::ErrorException const & e) {
+        return e.info();
+    }
+    return nullptr;
+}
+
+TEST(SecuredValue, SaysWhyItDoesNotOpen) {
+    std::string const bytes = bytes_of(seal("secret", key_of_size(16)).ciphertext());
+    auto const check = [&](std::string const & line, std::string const & expected,
+                           std::string const & kind) {
+        SCOPED_TRACE(line);
+        std::istringstream words(line);
+        std::string annotation, id, keyName;
+        unsigned int size = 0;
+        words >> annotation >> id >> size >> keyName;
+        SecuredValue const value =
+            id == "-" ? SecuredValue() : value_of(annotation, id, bytes.substr(0, size));
+        Key const key = keyName == "wrong"
+                            ? key_of("a wrong key, 16B")
+                            : key_of_size(static_cast<unsigned int>(std::stoul(keyName)));
+        EXPECT_EQ(line_of(raised_by([&] { (void)value.extract(key, nullptr); })), expected);
+        EXPECT_EQ(line_of(raised_by([&] { (void)value.extract_binary_as_key(key, nullptr); })),
+                  expected);
+        SecuredValue::ErrorPtr error, keyError;
+        EXPECT_TRUE(value.extract(key, &error).is_null());
+        EXPECT_EQ(line_of(error), expected);
+        auto const raised =
+            raised_by([&] { EXPECT_TRUE(value.extract_binary_as_key(key, &keyError).empty()); });
+        EXPECT_EQ(line_of(keyError), expected);
+        EXPECT_EQ(raised, kind == "= unknown" ? nullptr : keyError) << "reported and raised";
+
+        std::string inCheck = kind == "= refused" ? "" : expected;
+        if (kind == "= unknown") {
+            inCheck.replace(inCheck.rfind("extract"), 7, "authenticate");
+        }
+        auto const checked = raised_by([&] { EXPECT_FALSE(value.authenticate(key)); });
+        EXPECT_EQ(line_of(checked), inCheck);
+    };
+    EXPECT_EQ(vxtest::for_each_case("vxattribute/refusals.txt", check), 8);
 }
 
 TEST(SecuredValue, TheKeyIdIsNotAuthenticated) {
