@@ -21,7 +21,7 @@ std::string line_of(vxcore::ErrorInfo const & info) {
     return "! " + line + (info.nested() ? std::string(": ") + info.nested()->code().name() : "");
 }
 
-TEST(JsonMarshaler, ReadsAndWritesAsTheTableTells) {
+TEST(JsonMarshaler, ReadsAndWritesAsInTheTable) {
     auto const check = [](std::string const & line, std::string const & expected, auto const &) {
         std::string const text = vxtest::decode(line);
         vxjson::Document::Options options;

@@ -1,5 +1,6 @@
 // The rule under test: a value becomes the told sequence of operations, every told sequence becomes
-// a value again, and a stream that fails changes nothing.
+// a value again, and a stream that fails changes nothing. What each type becomes is in values.txt,
+// which trace_test.cpp checks.
 
 #include "support/cases.h"
 #include "support/expect_error.h"

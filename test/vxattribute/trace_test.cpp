@@ -25,7 +25,7 @@ std::string render(ValueOrMap const & what,
     return stream.str();
 }
 
-TEST(Trace, ShowsReadsAndWritesValuesAsTheTableTells) {
+TEST(Trace, ShowsReadsAndWritesValuesAsInTheTable) {
     std::map<std::string, std::function<void(Composer &, unsigned int)>> const setters = {
         {"show_type", &Composer::show_type},
         {"show_for_scalar",

@@ -32,7 +32,7 @@ void check(std::string const & text, std::string const & ticks, bool isWritten) 
     }
 }
 
-TEST(TimeText, IsReadAndWrittenAsTheTableTells) {
+TEST(TimeText, IsReadAndWrittenAsInTheTable) {
     auto const check_row = [](std::string const & line, std::string const & ticks,
                               std::string const & kind) {
         std::string const text = vxtest::decode(line);

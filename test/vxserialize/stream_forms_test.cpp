@@ -24,7 +24,7 @@ static_assert(Writable<char const *> && Writable<char[3]> && Writable<std::strin
 static_assert(!Writable<void *> && !Writable<int *> && !Writable<std::nullptr_t>);
 static_assert(!Writable<char> && !Writable<unsigned long> && !Writable<ErrorInfo::Ptr>);
 
-TEST(BothForms, PutEachElementAsTheTableTells) {
+TEST(BothForms, PutEachElementAsInTheTable) {
     auto const check = [](std::string const & hex, std::string const & text, auto const &) {
         for (unsigned int const piece : {1u, 2u, 7u, 4096u}) {
             EXPECT_EQ(binary_to_text(from_hex(hex), piece), text);
