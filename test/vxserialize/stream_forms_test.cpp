@@ -250,6 +250,18 @@ TEST(BothForms, RefuseToWriteWhatMakesNoStream) {
     }
 }
 
+/// What a failed read leaves in a local variable.
+template <typename T>
+T left_by_failed_read(Reader & reader, T const & before) {
+    T value = before;
+    try {
+        reader >> value;
+    } catch (vxcore::ErrorException const &) {
+        return value;
+    }
+    return T(); // it did not fail
+}
+
 /// Reads that do not fit the data.
 TEST(BothForms, RefuseToReadWhatIsNotThere) {
     std::string const text = "([2: 1, 2] 3)";
@@ -265,6 +277,10 @@ TEST(BothForms, RefuseToReadWhatIsNotThere) {
         EXPECT_NE(code_of([&] { read(reader); }), "");
         EXPECT_NE(code_of([&] { read_text_form(text, read); }), "");
     }
+    MemoryReader reader(list_of(text_to_binary(text)));
+    EXPECT_EQ(left_by_failed_read(reader, vxcore::Uuid({1, 2})), vxcore::Uuid({1, 2}));
+    EXPECT_EQ(left_by_failed_read(reader, vxcore::AbsoluteTime(77)), vxcore::AbsoluteTime(77));
+    EXPECT_EQ(left_by_failed_read(reader, vxcore::RelativeTime(78)), vxcore::RelativeTime(78));
 }
 
 } // namespace

@@ -55,9 +55,10 @@ class VXATTRIBUTE_API ConvertableValue {
     /// @return `target`
     template <impl::Convertible T>
     T & assign_to(T & target) const {
-        // Aside first: g++ 12 stores into a local target even when the call raises.
-        T value = convert_to<T>();
-        return target = static_cast<T &&>(value);
+        // A temporary first: g++ 12 takes the result of a call for stored even when the call
+        // raises, and drops what the caller's local variable held before.
+        T result = convert_to<T>();
+        return target = static_cast<T &&>(result);
     }
 
     /// For conversions that have no way from the type of `value` to `type`.

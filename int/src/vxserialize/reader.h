@@ -121,17 +121,24 @@ inline Reader & operator>>(Reader & reader, std::string & value) {
 }
 
 inline Reader & operator>>(Reader & reader, vxcore::Uuid & value) {
-    value = reader.read_uuid();
+    // A temporary first: g++ 12 takes the result of a call for stored even when the call raises,
+    // and drops what the caller's local variable held before.
+    vxcore::Uuid const result = reader.read_uuid();
+    value = result;
     return reader;
 }
 
 inline Reader & operator>>(Reader & reader, vxcore::AbsoluteTime & value) {
-    value = reader.read_absolute_time();
+    // A temporary first, as for Uuid.
+    vxcore::AbsoluteTime const result = reader.read_absolute_time();
+    value = result;
     return reader;
 }
 
 inline Reader & operator>>(Reader & reader, vxcore::RelativeTime & value) {
-    value = reader.read_relative_time();
+    // A temporary first, as for Uuid.
+    vxcore::RelativeTime const result = reader.read_relative_time();
+    value = result;
     return reader;
 }
 
