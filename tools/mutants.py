@@ -11,23 +11,23 @@ from dataclasses import dataclass
 # Comments, raw strings, strings, characters and preprocessor lines.
 HIDDEN = re.compile(
     r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<!\w)\'(?:\\.|[^\'\\\n])+\''
-    r'|^[ \t]*#(?:\\\n|[^\n])*',
+    r"|^[ \t]*#(?:\\\n|[^\n])*",
     re.DOTALL | re.MULTILINE)
 
 SWAPS = {
-    '==': '!=', '!=': '==', '<': '<=', '<=': '<', '>': '>=', '>=': '>', '+': '-', '-': '+',
-    '&&': '||', '||': '&&', '|': '&', '^': '|', '<<': '>>', '>>': '<<', '+=': '-=', '-=': '+=',
-    '|=': '&=', '^=': '|=', '%': '/',
+    "==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "+": "-", "-": "+",
+    "&&": "||", "||": "&&", "|": "&", "^": "|", "<<": ">>", ">>": "<<", "+=": "-=", "-=": "+=",
+    "|=": "&=", "^=": "|=", "%": "/",
 }
-BINARY = re.compile(r'(?<= )(?:' + '|'.join(
-    re.escape(token) for token in sorted(SWAPS, key=len, reverse=True)) + r')(?= |\n)')
-STEP = re.compile(r'\+\+|--')
+BINARY = re.compile(r"(?<= )(?:" + "|".join(
+    re.escape(token) for token in sorted(SWAPS, key=len, reverse=True)) + r")(?= |\n)")
+STEP = re.compile(r"\+\+|--")
 NUMBER = re.compile(r"(?<![\w.'])(0[xX][0-9a-fA-F']+|\d[\d']*)([uUlL]*)(?![\w.'])")
-WORD = re.compile(r'\b(?:true|false)\b')
-NOT = re.compile(r'!(?=[\w(])')
-CONDITION = re.compile(r'\b(?:if|while) \(')
-CALL = re.compile(r'(?<![\w:.>])[A-Za-z_][\w:]*(?:(?:\.|->)\w+)*\(')
-RETURN = re.compile(r'\breturn ([^;{}]+);')
+WORD = re.compile(r"\b(?:true|false)\b")
+NOT = re.compile(r"!(?=[\w(])")
+CONDITION = re.compile(r"\b(?:if|while) \(")
+CALL = re.compile(r"(?<![\w:.>])[A-Za-z_][\w:]*(?:(?:\.|->)\w+)*\(")
+RETURN = re.compile(r"\breturn ([^;{}]+);")
 
 
 @dataclass(frozen=True)
@@ -43,14 +43,14 @@ class Mutant:
 
 def masked(source):
     """The source with blanks in the place of all that is no token, at the same offsets."""
-    return HIDDEN.sub(lambda match: re.sub(r'[^\n]', ' ', match.group()), source)
+    return HIDDEN.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), source)
 
 
 def closing(code, opening):
     """The offset after the parenthesis that closes the one at `opening`; None without one."""
     depth = 0
     for at in range(opening, len(code)):
-        depth += (code[at] == '(') - (code[at] == ')')
+        depth += (code[at] == "(") - (code[at] == ")")
         if depth == 0:
             return at + 1
     return None
@@ -58,46 +58,46 @@ def closing(code, opening):
 
 def swaps(code):
     for match in BINARY.finditer(code):
-        yield Mutant(*match.span(), SWAPS[match.group()], f'{match.group()} to {SWAPS[match.group()]}')
+        yield Mutant(*match.span(), SWAPS[match.group()], f"{match.group()} to {SWAPS[match.group()]}")
     for match in STEP.finditer(code):
-        other = '--' if match.group() == '++' else '++'
-        yield Mutant(*match.span(), other, f'{match.group()} to {other}')
+        other = "--" if match.group() == "++" else "++"
+        yield Mutant(*match.span(), other, f"{match.group()} to {other}")
 
 
 def constants(code):
     for match in NUMBER.finditer(code):
-        digits = match.group(1).replace("'", '')
-        more = int(digits, 0 if digits[:2] in ('0x', '0X') else 10) + 1
-        text = (hex(more) if digits[:2] in ('0x', '0X') else str(more)) + match.group(2)
-        yield Mutant(*match.span(), text, 'constant by one')
+        digits = match.group(1).replace("'", "")
+        more = int(digits, 0 if digits[:2] in ("0x", "0X") else 10) + 1
+        text = (hex(more) if digits[:2] in ("0x", "0X") else str(more)) + match.group(2)
+        yield Mutant(*match.span(), text, "constant by one")
     for match in WORD.finditer(code):
-        other = 'false' if match.group() == 'true' else 'true'
-        yield Mutant(*match.span(), other, f'{match.group()} to {other}')
+        other = "false" if match.group() == "true" else "true"
+        yield Mutant(*match.span(), other, f"{match.group()} to {other}")
 
 
 def conditions(code):
     for match in NOT.finditer(code):
-        yield Mutant(*match.span(), '', 'no negation')
+        yield Mutant(*match.span(), "", "no negation")
     for match in CONDITION.finditer(code):
         end = closing(code, match.end() - 1)
-        inner = code[match.end():end - 1] if end else ';'
+        inner = code[match.end():end - 1] if end else ";"
         # Declarations cannot be negated.
-        if ';' not in inner and not re.search(r'[^=!<>]=[^=]', inner):
-            yield Mutant(match.end() - 1, end, f'(!({inner}))', 'negated condition')
+        if ";" not in inner and not re.search(r"[^=!<>]=[^=]", inner):
+            yield Mutant(match.end() - 1, end, f"(!({inner}))", "negated condition")
 
 
 def calls(code):
     for match in CALL.finditer(code):
         end = closing(code, match.end() - 1)
         before = code[:match.start()].rstrip()[-1:]
-        if end and code[end:end + 1] == ';' and before in (';', '{', '}', ':', ')'):
-            yield Mutant(match.start(), end, '', 'no call')
+        if end and code[end:end + 1] == ";" and before in (";", "{", "}", ":", ")"):
+            yield Mutant(match.start(), end, "", "no call")
 
 
 def returns(code):
     for match in RETURN.finditer(code):
-        if match.group(1) not in ('0', 'true', 'false', 'nullptr', '*this'):
-            yield Mutant(*match.span(1), '{}', 'other return value')
+        if match.group(1) not in ("0", "true", "false", "nullptr", "*this"):
+            yield Mutant(*match.span(1), "{}", "other return value")
 
 
 def mutants_of(source):
@@ -107,8 +107,8 @@ def mutants_of(source):
     for operator in (swaps, constants, conditions, calls, returns):
         for mutant in operator(code):
             # What was masked inside the range, such as a string, is put back.
-            if mutant.operator == 'negated condition':
+            if mutant.operator == "negated condition":
                 inner = source[mutant.start + 1:mutant.end - 1]
-                mutant = Mutant(mutant.start, mutant.end, f'(!({inner}))', mutant.operator)
+                mutant = Mutant(mutant.start, mutant.end, f"(!({inner}))", mutant.operator)
             found.add(mutant)
     return sorted(found, key=lambda mutant: (mutant.start, mutant.end, mutant.operator))

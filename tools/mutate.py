@@ -20,40 +20,40 @@ import time
 from mutants import mutants_of
 
 SOURCES = [
-    'int/src/vxcore/error_*.cpp', 'int/src/vxcore/hash.h', 'int/src/vxcrypto/*.cpp',
-    'int/src/vxserialize/*reader*.cpp', 'int/src/vxjson/reader*.cpp',
-    'int/src/vxjson/tokenizer*.cpp', 'int/src/vxattribute/*_elements.cpp',
-    'int/src/vxattribute/error_codes.cpp', 'int/src/vxattribute/json_read_value.cpp',
-    'int/src/vxattribute/key_marshaler.cpp', 'int/src/vxattribute/memory_wipe.cpp',
-    'int/src/vxattribute/read_value.cpp', 'int/src/vxattribute/secured_value*.cpp',
+    "int/src/vxcore/error_*.cpp", "int/src/vxcore/hash.h", "int/src/vxcrypto/*.cpp",
+    "int/src/vxserialize/*reader*.cpp", "int/src/vxjson/reader*.cpp",
+    "int/src/vxjson/tokenizer*.cpp", "int/src/vxattribute/*_elements.cpp",
+    "int/src/vxattribute/error_codes.cpp", "int/src/vxattribute/json_read_value.cpp",
+    "int/src/vxattribute/key_marshaler.cpp", "int/src/vxattribute/memory_wipe.cpp",
+    "int/src/vxattribute/read_value.cpp", "int/src/vxattribute/secured_value*.cpp",
 ]
 
 # The test programs that see a library, its own first.
 PROGRAMS = {
-    'vxcore': ['vxcore', 'vxuri', 'vxserialize', 'vxjson', 'vxcrypto', 'vxattribute'],
-    'vxcrypto': ['vxcrypto', 'vxcrypto_plain', 'vxattribute'],
-    'vxserialize': ['vxserialize', 'vxjson', 'vxattribute'],
-    'vxjson': ['vxjson', 'vxattribute'],
-    'vxattribute': ['vxattribute'],
+    "vxcore": ["vxcore", "vxuri", "vxserialize", "vxjson", "vxcrypto", "vxattribute"],
+    "vxcrypto": ["vxcrypto", "vxcrypto_plain", "vxattribute"],
+    "vxserialize": ["vxserialize", "vxjson", "vxattribute"],
+    "vxjson": ["vxjson", "vxattribute"],
+    "vxattribute": ["vxattribute"],
 }
 
-TREE = 'build/mutate/tree'
-BUILD = 'build/mutate/build'
-SURVIVORS = 'build/mutate/survivors.txt'
+TREE = "build/mutate/tree"
+BUILD = "build/mutate/build"
+SURVIVORS = "build/mutate/survivors.txt"
 BUILD_SECONDS = 900
 TEST_MEMORY = 4 << 30  # bytes
 
 
 def programs_of(path):
-    library = path.split('/')[2]
-    return PROGRAMS.get(library, [library, 'vxattribute'])
+    library = path.split("/")[2]
+    return PROGRAMS.get(library, [library, "vxattribute"])
 
 
 def copy_tree():
     """Brings the copy up to date; files that did not change keep their times, and their objects."""
-    listed = subprocess.run(['git', 'ls-files', '-z', '--cached', '--others', '--exclude-standard'],
+    listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                             check=True, capture_output=True, text=True).stdout
-    wanted = {name for name in listed.split('\0') if os.path.isfile(name)}
+    wanted = {name for name in listed.split("\0") if os.path.isfile(name)}
     for folder, _, names in os.walk(TREE):
         for name in names:
             path = os.path.join(folder, name)
@@ -61,7 +61,7 @@ def copy_tree():
                 os.remove(path)
     for name in wanted:
         target = os.path.join(TREE, name)
-        if os.path.isfile(target) and open(target, 'rb').read() == open(name, 'rb').read():
+        if os.path.isfile(target) and open(target, "rb").read() == open(name, "rb").read():
             continue
         os.makedirs(os.path.dirname(target), exist_ok=True)
         shutil.copy(name, target)
@@ -69,18 +69,18 @@ def copy_tree():
 
 def configure():
     subprocess.run(
-        ['cmake', '-S', TREE, '-B', BUILD, '-G', 'Ninja', '-DCMAKE_BUILD_TYPE=None',
-         '-DCMAKE_CXX_FLAGS=-O0', '-DVX_WERROR=OFF', '-DVX_BLOCK_CACHE=OFF', '-DVX_BUILD_TOOLS=OFF',
-         '-DVX_BUILD_EXAMPLES=OFF', '-DVX_BUILD_FUZZ=OFF', '-DVX_INSTALL=OFF',
+        ["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
+         "-DCMAKE_CXX_FLAGS=-O0", "-DVX_WERROR=OFF", "-DVX_BLOCK_CACHE=OFF", "-DVX_BUILD_TOOLS=OFF",
+         "-DVX_BUILD_EXAMPLES=OFF", "-DVX_BUILD_FUZZ=OFF", "-DVX_INSTALL=OFF",
          # A library is used without linking all again, and programs are run by us alone.
-         '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON', '-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST'],
+         "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"],
         check=True, stdout=subprocess.DEVNULL)
 
 
 def call(command, seconds, **options):
     """The exit code and the output; nothing when it takes longer, and then all of it is killed."""
     process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                               errors='replace', start_new_session=True, **options)
+                               errors="replace", start_new_session=True, **options)
     try:
         output, _ = process.communicate(timeout=seconds)
         return process.returncode, output
@@ -92,11 +92,11 @@ def call(command, seconds, **options):
 
 def build(program):
     """What the compiler complains of; empty where it does not."""
-    command = ['cmake', '--build', BUILD, '--target', f'{program}_test']
-    if 'JOBS' in os.environ:
-        command += ['-j', os.environ['JOBS']]
+    command = ["cmake", "--build", BUILD, "--target", f"{program}_test"]
+    if "JOBS" in os.environ:
+        command += ["-j", os.environ["JOBS"]]
     done = call(command, BUILD_SECONDS)
-    return 'out of time' if done is None else done[1] if done[0] != 0 else ''
+    return "out of time" if done is None else done[1] if done[0] != 0 else ""
 
 
 def limit():
@@ -106,10 +106,10 @@ def limit():
 
 def test(program, seconds):
     """Runs a test program up to its first failure; 'passed', 'failed' or 'timed out'."""
-    path = glob.glob(f'{BUILD}/test/*/{program}_test')[0]
-    done = call([os.path.abspath(path), '--gtest_fail_fast', '--gtest_brief=1'], seconds,
+    path = glob.glob(f"{BUILD}/test/*/{program}_test")[0]
+    done = call([os.path.abspath(path), "--gtest_fail_fast", "--gtest_brief=1"], seconds,
                 cwd=os.path.dirname(path), preexec_fn=limit)
-    return 'timed out' if done is None else 'failed' if done[0] != 0 else 'passed'
+    return "timed out" if done is None else "failed" if done[0] != 0 else "passed"
 
 
 def measure(programs):
@@ -118,10 +118,10 @@ def measure(programs):
     for program in programs:
         complaint = build(program)
         if complaint:
-            sys.exit(f'{program}_test does not build:\n{complaint}')
+            sys.exit(f"{program}_test does not build:\n{complaint}")
         start = time.monotonic()
-        if test(program, 600) != 'passed':
-            sys.exit(f'{program}_test fails without any mutant')
+        if test(program, 600) != "passed":
+            sys.exit(f"{program}_test fails without any mutant")
         seconds[program] = time.monotonic() - start
     return seconds
 
@@ -129,24 +129,24 @@ def measure(programs):
 def verdict(programs, seconds):
     for program in programs:
         if build(program):
-            return 'did not build'
+            return "did not build"
         result = test(program, 10 + 5 * seconds[program])
-        if result != 'passed':
-            return f'{result} in {program}_test'
-    return 'survived'
+        if result != "passed":
+            return f"{result} in {program}_test"
+    return "survived"
 
 
 def description(path, source, mutant):
     changed = mutant.applied(source)
-    line = source.count('\n', 0, mutant.start) + 1
-    diff = difflib.unified_diff(source.splitlines(), changed.splitlines(), lineterm='', n=1)
-    body = [text for text in list(diff)[2:] if not text.startswith('@@')]
-    return f'{path}:{line}: {mutant.operator}', '\n'.join(body)
+    line = source.count("\n", 0, mutant.start) + 1
+    diff = difflib.unified_diff(source.splitlines(), changed.splitlines(), lineterm="", n=1)
+    body = [text for text in list(diff)[2:] if not text.startswith("@@")]
+    return f"{path}:{line}: {mutant.operator}", "\n".join(body)
 
 
 def sample(paths, count, seed):
     """The sources, and so many of their mutants, in the order of the files."""
-    sources = {path: open(path, encoding='ascii').read() for path in paths}
+    sources = {path: open(path, encoding="ascii").read() for path in paths}
     everything = [(path, mutant) for path in sources for mutant in mutants_of(sources[path])]
     chosen = random.Random(seed).sample(range(len(everything)), min(count, len(everything)))
     return sources, [everything[index] for index in sorted(chosen)], len(everything)
@@ -154,48 +154,48 @@ def sample(paths, count, seed):
 
 def run(sources, chosen, seconds):
     counts = {}
-    with open(SURVIVORS, 'w', encoding='ascii') as survivors:
+    with open(SURVIVORS, "w", encoding="ascii") as survivors:
         for number, (path, mutant) in enumerate(chosen, 1):
             target = os.path.join(TREE, path)
-            with open(target, 'w', encoding='ascii') as file:
+            with open(target, "w", encoding="ascii") as file:
                 file.write(mutant.applied(sources[path]))
             try:
                 result = verdict(programs_of(path), seconds)
             finally:
-                with open(target, 'w', encoding='ascii') as file:
+                with open(target, "w", encoding="ascii") as file:
                     file.write(sources[path])
             place, diff = description(path, sources[path], mutant)
-            print(f'[{number}/{len(chosen)}] {place}: {result}', file=sys.stderr, flush=True)
-            kind = result.split(' in ')[0]
+            print(f"[{number}/{len(chosen)}] {place}: {result}", file=sys.stderr, flush=True)
+            kind = result.split(" in ")[0]
             counts[kind] = counts.get(kind, 0) + 1
-            if kind == 'survived':
-                print(f'{place}\n{diff}\n', flush=True)
-                print(f'{place}\n{diff}\n', file=survivors, flush=True)
+            if kind == "survived":
+                print(f"{place}\n{diff}\n", flush=True)
+                print(f"{place}\n{diff}\n", file=survivors, flush=True)
     return counts
 
 
 def main():
-    parser = argparse.ArgumentParser(prog='scripts/mutate', description=__doc__.splitlines()[0])
-    parser.add_argument('count', nargs='?', type=int, default=50, help='how many mutants (50)')
-    parser.add_argument('file', nargs='*', help='sources; else a list of the delicate ones')
-    parser.add_argument('--seed', type=int, default=1, help='of the sample (1)')
-    parser.add_argument('--list', action='store_true', help='show the mutants and run none')
+    parser = argparse.ArgumentParser(prog="scripts/mutate", description=__doc__.splitlines()[0])
+    parser.add_argument("count", nargs="?", type=int, default=50, help="how many mutants (50)")
+    parser.add_argument("file", nargs="*", help="sources; else a list of the delicate ones")
+    parser.add_argument("--seed", type=int, default=1, help="of the sample (1)")
+    parser.add_argument("--list", action="store_true", help="show the mutants and run none")
     options = parser.parse_args()
     paths = options.file or sorted(path for pattern in SOURCES for path in glob.glob(pattern))
     sources, chosen, total = sample(paths, options.count, options.seed)
-    print(f'{len(chosen)} of {total} mutants of {len(paths)} files', file=sys.stderr)
+    print(f"{len(chosen)} of {total} mutants of {len(paths)} files", file=sys.stderr)
     if options.list:
         for path, mutant in chosen:
-            print('\n'.join(description(path, sources[path], mutant)) + '\n')
+            print("\n".join(description(path, sources[path], mutant)) + "\n")
         return
     copy_tree()
     configure()
     wanted = {program: None for path, _ in chosen for program in programs_of(path)}
     counts = run(sources, chosen, measure(wanted))
-    killed = counts.get('failed', 0) + counts.get('timed out', 0)
+    killed = counts.get("failed", 0) + counts.get("timed out", 0)
     print(f"killed {killed} (of these timed out {counts.get('timed out', 0)}), "
           f"survived {counts.get('survived', 0)}, did not build {counts.get('did not build', 0)}")
 
 
-if __name__ == '__main__':
+if __name__ == "__main__":
     main()
