@@ -1,4 +1,4 @@
-"""Mutants of C++ sources: each is one small change that a good test notices.
+"""Mutants of C++ sources: each is one small change that a good test should notice.
 
 The operators work on tokens, not on a syntax tree: they rely on the layout of clang-format, which
 puts blanks around binary operators and none inside template brackets. A change that makes no sense
@@ -8,11 +8,15 @@ does not compile, and costs no more than that.
 import re
 from dataclasses import dataclass
 
-# Comments, raw strings, strings, characters and preprocessor lines.
-HIDDEN = re.compile(
-    r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<!\w)\'(?:\\.|[^\'\\\n])+\''
-    r"|^[ \t]*#(?:\\\n|[^\n])*",
-    re.DOTALL | re.MULTILINE)
+# What is not looked at.
+HIDDEN = re.compile("|".join((
+    r"//[^\n]*",
+    r"/\*.*?\*/",
+    r'R"(\w*)\(.*?\)\1"',
+    r'"(?:\\.|[^"\\\n])*"',
+    r"(?<!\w)'(?:\\.|[^'\\\n])+'",
+    r"^[ \t]*#(?:\\\n|[^\n])*",
+)), re.DOTALL | re.MULTILINE)
 
 SWAPS = {
     "==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">", "+": "-", "-": "+",
@@ -42,7 +46,7 @@ class Mutant:
 
 
 def masked(source):
-    """The source with blanks in the place of all that is no token, at the same offsets."""
+    """The source with blanks for what is not looked at: all offsets stay the same."""
     return HIDDEN.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), source)
 
 
@@ -58,7 +62,8 @@ def closing(code, opening):
 
 def swaps(code):
     for match in BINARY.finditer(code):
-        yield Mutant(*match.span(), SWAPS[match.group()], f"{match.group()} to {SWAPS[match.group()]}")
+        other = SWAPS[match.group()]
+        yield Mutant(*match.span(), other, f"{match.group()} to {other}")
     for match in STEP.finditer(code):
         other = "--" if match.group() == "++" else "++"
         yield Mutant(*match.span(), other, f"{match.group()} to {other}")
@@ -75,7 +80,7 @@ def constants(code):
         yield Mutant(*match.span(), other, f"{match.group()} to {other}")
 
 
-def conditions(code):
+def conditions(code, source):
     for match in NOT.finditer(code):
         yield Mutant(*match.span(), "", "no negation")
     for match in CONDITION.finditer(code):
@@ -83,6 +88,7 @@ def conditions(code):
         inner = code[match.end():end - 1] if end else ";"
         # Declarations cannot be negated.
         if ";" not in inner and not re.search(r"[^=!<>]=[^=]", inner):
+            inner = source[match.end():end - 1]  # with its strings
             yield Mutant(match.end() - 1, end, f"(!({inner}))", "negated condition")
 
 
@@ -103,12 +109,6 @@ def returns(code):
 def mutants_of(source):
     """All mutants of the source, by their place."""
     code = masked(source)
-    found = set()
-    for operator in (swaps, constants, conditions, calls, returns):
-        for mutant in operator(code):
-            # What was masked inside the range, such as a string, is put back.
-            if mutant.operator == "negated condition":
-                inner = source[mutant.start + 1:mutant.end - 1]
-                mutant = Mutant(mutant.start, mutant.end, f"(!({inner}))", mutant.operator)
-            found.add(mutant)
+    found = (*swaps(code), *constants(code), *conditions(code, source), *calls(code),
+             *returns(code))
     return sorted(found, key=lambda mutant: (mutant.start, mutant.end, mutant.operator))

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Breaks the sources in one place at a time and tells which breaks no test notices.
+"""Breaks the sources in one place at a time and shows the breaks that no test notices.
 
-Works in a copy of the tree under build/mutate. The mutants are a sample of all there are, the same
-one in each run with the same seed, sources and count.
+Works in a copy of the tree under build/mutate. The mutants are a sample of all possible ones; the
+same seed, sources and count give the same sample.
 """
 
 import argparse
@@ -28,9 +28,11 @@ SOURCES = [
     "int/src/vxattribute/read_value.cpp", "int/src/vxattribute/secured_value*.cpp",
 ]
 
-# The test programs that see a library, its own first.
+# The test programs of a library and of those that depend on it, its own first.
 PROGRAMS = {
     "vxcore": ["vxcore", "vxuri", "vxserialize", "vxjson", "vxcrypto", "vxattribute"],
+    "vxmoduleregistry": ["vxmoduleregistry", "vxmoduleregistry_linked", "vxattribute"],
+    "vxuri": ["vxuri", "vxserialize", "vxjson", "vxattribute"],
     "vxcrypto": ["vxcrypto", "vxcrypto_plain", "vxattribute"],
     "vxserialize": ["vxserialize", "vxjson", "vxattribute"],
     "vxjson": ["vxjson", "vxattribute"],
@@ -44,9 +46,17 @@ BUILD_SECONDS = 900
 TEST_MEMORY = 4 << 30  # bytes
 
 
+def source_file(path):
+    """An argument that is to name a source of a library, with the path that the build knows."""
+    path = os.path.relpath(path)
+    folders = [f"int/src/{library}/" for library in PROGRAMS]
+    if not os.path.isfile(path) or not path.startswith(tuple(folders)):
+        raise argparse.ArgumentTypeError(f"{path} is no source of a library in int/src")
+    return path
+
+
 def programs_of(path):
-    library = path.split("/")[2]
-    return PROGRAMS.get(library, [library, "vxattribute"])
+    return PROGRAMS[path.split("/")[2]]
 
 
 def copy_tree():
@@ -73,25 +83,28 @@ def configure():
          "-DCMAKE_CXX_FLAGS=-O0", "-DVX_WERROR=OFF", "-DVX_BLOCK_CACHE=OFF", "-DVX_BUILD_TOOLS=OFF",
          "-DVX_BUILD_EXAMPLES=OFF", "-DVX_BUILD_FUZZ=OFF", "-DVX_INSTALL=OFF",
          # A library is used without linking all again, and programs are run by us alone.
-         "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"],
+         "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+         "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"],
         check=True, stdout=subprocess.DEVNULL)
 
 
 def call(command, seconds, **options):
-    """The exit code and the output; nothing when it takes longer, and then all of it is killed."""
+    """The exit code and the output; None when it takes longer. Leaves none of its processes."""
     process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                                errors="replace", start_new_session=True, **options)
     try:
         output, _ = process.communicate(timeout=seconds)
         return process.returncode, output
     except subprocess.TimeoutExpired:
-        os.killpg(process.pid, signal.SIGKILL)
-        process.communicate()
         return None
+    finally:
+        if process.returncode is None:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.communicate()
 
 
 def build(program):
-    """What the compiler complains of; empty where it does not."""
+    """The messages of a build that fails; empty after one that does not."""
     command = ["cmake", "--build", BUILD, "--target", f"{program}_test"]
     if "JOBS" in os.environ:
         command += ["-j", os.environ["JOBS"]]
@@ -113,7 +126,7 @@ def test(program, seconds):
 
 
 def measure(programs):
-    """Seconds of each program without a mutant. Ends the run where the tests fail already."""
+    """The seconds that each program takes without a mutant. Ends the run when a test fails."""
     seconds = {}
     for program in programs:
         complaint = build(program)
@@ -145,7 +158,7 @@ def description(path, source, mutant):
 
 
 def sample(paths, count, seed):
-    """The sources, and so many of their mutants, in the order of the files."""
+    """The sources, `count` of their mutants in the order of the files, and how many there are."""
     sources = {path: open(path, encoding="ascii").read() for path in paths}
     everything = [(path, mutant) for path in sources for mutant in mutants_of(sources[path])]
     chosen = random.Random(seed).sample(range(len(everything)), min(count, len(everything)))
@@ -177,10 +190,14 @@ def run(sources, chosen, seconds):
 def main():
     parser = argparse.ArgumentParser(prog="scripts/mutate", description=__doc__.splitlines()[0])
     parser.add_argument("count", nargs="?", type=int, default=50, help="how many mutants (50)")
-    parser.add_argument("file", nargs="*", help="sources; else a list of the delicate ones")
+    parser.add_argument("file", nargs="*", type=source_file,
+                        help="sources, from the root; else a list of the delicate ones")
     parser.add_argument("--seed", type=int, default=1, help="of the sample (1)")
     parser.add_argument("--list", action="store_true", help="show the mutants and run none")
     options = parser.parse_args()
+    if options.count < 1:
+        parser.error("COUNT is 1 or more")
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # through all that cleans up
     paths = options.file or sorted(path for pattern in SOURCES for path in glob.glob(pattern))
     sources, chosen, total = sample(paths, options.count, options.seed)
     print(f"{len(chosen)} of {total} mutants of {len(paths)} files", file=sys.stderr)
