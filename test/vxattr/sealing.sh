@@ -56,6 +56,10 @@ refuses 'No space left on device' seal "$data/settings.json" /dev/full --to bina
     --key-file "$data/key.hex" --new-data-key full.key
 grep -q '^vxattr: full.key: the new key stays' err || fail "says $(cat err)"
 "$vxattr" open full.key full.raw --as-key --key-file "$data/key.hex"
+# With standard error closed, a notice goes nowhere.
+echo '{"n":12345678901234567890}' | "$vxattr" seal - lossy.bin --key-file "$data/key.hex" \
+    --new-data-key lossy.key 2>&-
+"$vxattr" verify lossy.bin --key-file "$data/key.hex" --data-key lossy.key >out
 "$vxattr" rekey data.key data.bin --key-file "$data/key.hex" --new-key-file "$data/key32.raw"
 "$vxattr" open sealed.bin open.bin --key-file "$data/key32.raw" --data-key data.bin
 is_same open.bin "$data/settings.json"
