@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <initializer_list>
 #include <string>
@@ -17,6 +18,7 @@
 namespace {
 
 std::string steps; // towards the disk, as they were taken
+bool isFolderBad = false;
 
 int run(std::initializer_list<char const *> arguments) {
     char const * all[16] = {"vxattr"}; // no memory of the test's own
@@ -31,7 +33,8 @@ extern "C" int fsync(int file) {
 
     ::fstat(file, &info);
     steps += S_ISDIR(info.st_mode) ? "sync folder, " : "sync file, ";
-    return 0;
+    errno = EIO;
+    return S_ISDIR(info.st_mode) && isFolderBad ? -1 : 0;
 }
 
 extern "C" int rename(char const * from, char const * to) noexcept {
@@ -64,11 +67,21 @@ TEST(Program, EndsWithAnExitCodeWhateverLacksMemory) {
 TEST(Program, PutsANewKeyOnTheDiskBeforeWhatItSeals) {
     std::string const path = testing::TempDir() + "vxattr." + std::to_string(::getpid());
     std::string const key = path + ".key";
-    EXPECT_EQ(run({"seal", "settings.json", path.c_str(), "--to", "binary", "--key-file", "key.hex",
-                   "--new-data-key", key.c_str()}),
-              0);
+    auto const seal = [&] {
+        return run({"seal", "settings.json", path.c_str(), "--to", "binary", "--key-file",
+                    "key.hex", "--new-data-key", key.c_str()});
+    };
+    EXPECT_EQ(seal(), 0);
     EXPECT_EQ(steps, "sync file, sync file, name, sync folder, replace, sync folder, ");
     EXPECT_EQ(::unlink(key.c_str()) + ::unlink(path.c_str()), 0);
+    isFolderBad = true;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(seal(), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "vxattr: " + key + ": is in place, but its folder cannot be put on the disk: " +
+                  "Input/output error\n");
+    EXPECT_EQ(::unlink(key.c_str()), 0);
+    EXPECT_EQ(::access(path.c_str(), F_OK), -1);
 }
 
 } // namespace

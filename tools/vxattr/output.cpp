@@ -191,7 +191,7 @@ void Output::commit() {
     }
     m_newPath.clear();
     if (!sync_folder_of(m_path)) {
-        fail("cannot be written: ");
+        fail("is in place, but its folder cannot be put on the disk: ");
     }
 }
 

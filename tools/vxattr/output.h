@@ -55,6 +55,7 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     /// Ends the writing: `commit()` has only the name left to fail at.
     void finish();
 
+    /// Gives the file its name. The file keeps it when its folder then fails to reach the disk.
     void commit();
 
   private:
