@@ -34,7 +34,7 @@ std::string too_long_error() {
     return bytes + '\xF8';
 }
 
-/// Binary streams, each with the one fault that its name tells.
+/// Binary streams, each with one fault, which its name says.
 void save_binary() {
     Seed const seeds[] = {
         {"version", bytes_of({0xFF, 1, 0x4D})}, // no fault: the version that is known
@@ -117,7 +117,7 @@ void save_coded() {
          std::string("\x20\x01\x00\x00\x2D", 5) + "[" + alpha + " 0u 2u] 12u [[1u 7]]");
 }
 
-/// As anybody may write it.
+/// A sealed value with a ciphertext of our own.
 std::string sealed(char const * cipher, std::string const & ciphertext) {
     return binary_of([&](vxserialize::Writer & writer) {
         writer.begin_record();

@@ -2,10 +2,10 @@
 
 #include <string>
 
-/// What the parts of make_seeds share.
+/// Shared by the sources of make_seeds.
 namespace vxfuzz {
 
-/// After the byte for the pieces: no repetition, and everything read as values; see ReaderInput.
+/// Follows the byte for the pieces: no repetition, and all is read as values; see ReaderInput.
 inline constexpr char values_only[] = "\x01\xAA\xAA\xAA";
 
 /// Puts a seed into the folder of a target.

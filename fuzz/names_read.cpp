@@ -1,5 +1,5 @@
 /// Packages of names out of any bytes: as streams, as text files with a name on each line, and as
-/// streams of any names under the id that belongs to them, which no fuzzer comes upon by chance.
+/// streams of any names under the id that belongs to them, which no fuzzer finds by chance.
 
 #include "known_packages.h"
 #include "read_all.h"

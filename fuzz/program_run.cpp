@@ -14,7 +14,7 @@ namespace vxfuzz {
 
 MemoryFile::MemoryFile(char const * name)
     : m_file(::memfd_create(name, MFD_CLOEXEC)), m_path("/proc/self/fd/" + std::to_string(m_file)) {
-    check(m_file >= 0, "files in memory are to be had");
+    check(m_file >= 0, "a file in memory is made");
 }
 
 MemoryFile::~MemoryFile() {
@@ -36,14 +36,14 @@ std::string MemoryFile::content() const {
 
 namespace {
 
-/// The standard streams of the program while it lives.
+/// Redirects the standard streams to memory while it lives.
 ///
-/// Standard error is changed as the C library's stream only: what sanitizers and the fuzzer have to
-/// say goes to the descriptor and still comes out.
+/// Of standard error only the stream of the C library is redirected: what sanitizers and the fuzzer
+/// write to the descriptor still comes out.
 class Streams {
   public:
     Streams() : m_errors(::open_memstream(&m_errorText, &m_errorSize)) {
-        check(m_errors != nullptr, "a stream in memory is to be had");
+        check(m_errors != nullptr, "a stream in memory is made");
         output().assign("");
         ::dup2(output().descriptor(), STDOUT_FILENO);
         stderr = m_errors;

@@ -18,7 +18,7 @@ class MemoryFile {
 
     int descriptor() const noexcept { return m_file; }
 
-    /// Puts the bytes in place of all that was there, and the end behind them.
+    /// Replaces the content; the next write appends to it.
     void assign(std::string_view bytes);
 
     std::string content() const;

@@ -31,7 +31,7 @@ class ViewStream final : public vxcore::IReadStream {
 vxcore::RefCountPtr<vxserialize::MemoryList const> cut(std::string_view bytes, unsigned int first,
                                                        unsigned int second);
 
-/// What `write` leaves in a writer of either form.
+/// The bytes or the text that `write` writes.
 std::string binary_of(std::function<void(vxserialize::Writer &)> const & write);
 std::string text_of(std::function<void(vxserialize::Writer &)> const & write);
 

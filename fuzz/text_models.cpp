@@ -24,7 +24,7 @@ bool is_hex_digit(char c) {
     return is_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-/// Takes the digits off the front; gives how many.
+/// Takes the digits off the front and returns their number.
 std::size_t take_digits(std::string_view & text) {
     std::size_t count = 0;
     while (count < text.size() && is_digit(text[count])) {

@@ -12,7 +12,7 @@
 /// What texts mean as values, in plain steps that share nothing with the libraries.
 namespace vxfuzz {
 
-/// Something to be left alone by a failure.
+/// A target that a failure must leave as it is.
 template <typename T>
 T sample() {
     if constexpr (std::is_same_v<T, std::string>) {
@@ -72,7 +72,7 @@ std::optional<T> plain_integer(std::string_view text) {
     return static_cast<T>(digits->isNegative ? 0 - digits->magnitude : digits->magnitude);
 }
 
-/// The trace level that the value tells.
+/// The trace level that the value holds.
 std::optional<int> plain_level(vxattribute::AttributeValue const & value);
 
 /// The text with the letters of escapes in the other case.

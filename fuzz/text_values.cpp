@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 namespace {
 
-/// Gives false, with a failure that is documented, when the text is no `T`.
+/// Returns false, after the documented failure, when the text is no `T`.
 template <typename T>
 bool convert(AttributeValue const & text, T & result) {
     try {
@@ -33,7 +33,7 @@ bool convert(AttributeValue const & text, T & result) {
         return true;
     } catch (vxcore::ErrorException const & e) {
         check(e.info()->code() == vxcore::error::vxcore_conversion,
-              "a text that does not convert is told as such");
+              "a text that does not convert has its own error");
         check(e.info()->text().size() < 400, "messages are of a modest size");
         return false;
     }
@@ -238,12 +238,12 @@ void check_conversion(AttributeValue const & value) {
             check(code == (isInteger || std::is_same_v<T, std::string>
                                ? error::vxattribute_value_type_mismatch
                                : error::vxattribute_query_typeConversion),
-                  "another type is told as such");
+                  "another type has its own error");
         } else if (value.size() > 1) {
             check(code == error::vxattribute_value_cardinality_expectSingle,
-                  "several elements are told as such");
+                  "several elements have their own error");
         } else if (isText) {
-            check(code == vxcore::error::vxcore_conversion, "a bad text is told as such");
+            check(code == vxcore::error::vxcore_conversion, "a bad text has its own error");
         } else {
             check(isInteger && code == vxcore::error::vxcore_conversion_truncated &&
                       !vxfuzz::fits<T>(value.get<long long>()),

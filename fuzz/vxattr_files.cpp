@@ -132,8 +132,7 @@ ProgramResult run(FilesInput const & input, Arguments const & arguments) {
     ProgramResult result = vxfuzz::run_program(arguments);
     check(watch.peak() <= 1024 * size + 4 * oneMebibyte, "memory stays within the files");
     check(result.exit == 0 || result.exit == 1, "a command line that makes sense is taken");
-    check(result.exit == 0 || !result.errors.empty() || !result.output.empty() ||
-              arguments.back() == "--quiet",
+    check(result.exit == 0 || !result.errors.empty() || !result.output.empty(),
           "a failure has a reason");
     check(!has_control_bytes(result.errors), "messages have no control bytes");
     check(result.errors.size() <= 8192 + 64 * size, "messages are of a modest size");

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""exported_symbols.py LIBRARY...: fails when a library exports a symbol that is not of its namespace.
+"""exported_symbols.py LIBRARY...: fails when a library exports a symbol outside its namespace.
 
 A stray export ties users to what was never meant for them, and lets another library of the process
 resolve to it and so hold this one in memory.

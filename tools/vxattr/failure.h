@@ -8,7 +8,7 @@
 
 namespace vxattr {
 
-/// What the program tells its caller.
+/// The exit codes of the program.
 enum EExit : int {
     eExit_Good = 0,
     eExit_Data = 1,  ///< bad data, a file that cannot be used, a difference, a failed check

@@ -109,7 +109,7 @@ void JsonLosses::take_name() {
     if (object.isSerialized) {
         object.isDropped = true;
         note(quoted_name(m_name) +
-             " and what follows it is dropped: it stands behind \"vxserialize\"");
+             " and all after it are dropped: they come after \"vxserialize\"");
         return;
     }
     object.isSerialized = object.names.empty() && !object.isElement && m_name == serializedName;

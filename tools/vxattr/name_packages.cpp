@@ -31,7 +31,7 @@ AttributeNamePackage::Ptr read_package(std::string const & path) {
         vxserialize::MemoryReader reader(input.read_all());
         AttributeNamePackage::Ptr package = AttributeNamePackage::create(reader);
         if (reader.bytes_left() != 0) {
-            throw std::runtime_error("there are bytes behind the package");
+            throw std::runtime_error("more bytes follow the package");
         }
         return package;
     });

@@ -17,7 +17,7 @@ namespace vxattr {
 /// A file that is being written, or standard output for "-".
 ///
 /// The text goes to a new file beside the old one, which takes its place in `commit()`: a failure
-/// leaves the old file as it was and no other behind. What is no regular file, such as a device, is
+/// leaves the old file as it was, and no other. What is no regular file, such as a device, is
 /// written directly.
 ///
 /// A file and its name are on the disk when `commit()` returns.
@@ -39,7 +39,7 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
 
     bool is_terminal() const;
 
-    /// Bytes are out of hand as soon as they are written, not only with `commit()`.
+    /// Whether others get the bytes as soon as they are written, and not with `commit()`.
     bool is_direct() const noexcept { return m_newPath.empty(); }
 
     /// Bytes handed to the file so far.
@@ -52,7 +52,7 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     void write(std::string_view text);
     void write(vxserialize::MemoryListBase const & list);
 
-    /// Ends the writing: `commit()` has only the name left to fail at.
+    /// Writes all to the disk. After this only the name can make `commit()` fail.
     void finish();
 
     /// Gives the file its name. The file keeps it when its folder then fails to reach the disk.

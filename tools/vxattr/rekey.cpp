@@ -89,7 +89,7 @@ void add_rekey(CLI::App & app, Run & run) {
     CLI::App & command = *app.add_subcommand("rekey", "Seal sealed values under another key");
     command.add_option("IN", options->in, "Input file, - for standard input")->required();
     command.add_option("OUT", options->out, "Output file, - for standard output")->required();
-    command.add_option("--name", options->name, "Only what stands at this path, or inside it");
+    command.add_option("--name", options->name, "Only the value at this path and all inside it");
     command.add_option("--new-key-file", options->newKey.keyFile, "File of the new key")
         ->required();
     command.add_option("--new-data-key", options->newKey.dataKey,

@@ -58,8 +58,8 @@ constexpr Command commands[] = {
     {"verify", add_verify},   {"rekey", add_rekey}, {"check", add_check},
 };
 
-/// Adds the command that comes first, or all where that is none: making all of them takes longer
-/// than most runs.
+/// Adds only the command that `first` names, or all when it names none: adding all of them takes
+/// longer than most runs.
 void add_commands(CLI::App & app, Run & run, std::string_view first) {
     bool const isKnown = std::any_of(std::begin(commands), std::end(commands),
                                      [&](Command const & known) { return known.name == first; });
@@ -74,9 +74,8 @@ int set_up_and_run(int argc, char const * const * argv) {
     CLI::App app("Values in files: converts, shows, queries, compares and seals them.", "vxattr");
     app.set_version_flag("--version", "vxattr " VXATTR_VERSION);
     app.require_subcommand(1);
-    app.footer(
-        "'vxattr COMMAND --help' tells more. Exit codes: 0 good, 1 bad data, a difference or "
-        "a failed check,\n2 a command line that makes no sense.");
+    app.footer("'vxattr COMMAND --help' shows its options. Exit codes: 0 good, 1 bad data, a "
+               "difference or a\nfailed check, 2 a command line that makes no sense.");
     Run run;
     add_commands(app, run, argc > 1 ? argv[1] : "");
     return parse_and_run(app, run, argc, argv);
@@ -87,7 +86,7 @@ int set_up_and_run(int argc, char const * const * argv) {
 int run(int argc, char const * const * argv) {
     try {
         return set_up_and_run(argc, argv);
-    } catch (std::bad_alloc const &) { // also from telling another failure
+    } catch (std::bad_alloc const &) { // also while another failure is reported
         std::fputs("vxattr: out of memory\n", stderr);
         return eExit_Data;
     }

@@ -60,9 +60,9 @@ AttributeValue seal_with(Options const & options, Key const & key,
     return place.replaced(sealed(place.get(), options, key, cipher));
 }
 
-/// Writes the value, and the key before anybody gets at the value: a sealed value whose key is lost
-/// is lost too. What may fail comes before both. A key that has its name is never removed again:
-/// another process may have sealed with it.
+/// Writes the value and the key. The key has its name before others get the value, since a sealed
+/// value is lost with its key; what can fail is done before that where the output allows it. A key
+/// that has its name is never removed: another process may have sealed with it.
 void write_with_key(Options const & options, AttributeValue const & value, Output & output,
                     Output & key) {
     bool const isDirect = output.is_direct();

@@ -92,7 +92,7 @@ EForm form_for(std::string const & path, std::string const & name) {
             return form;
         }
     }
-    throw UsageFailure("--to is needed: the ending of the output's name tells no form");
+    throw UsageFailure("--to is needed: the output's name does not end in .json, .bin or .txt");
 }
 
 void write_stream(vxserialize::Writer & writer, AttributeValue const & value,

@@ -63,10 +63,10 @@ void add_verify(CLI::App & app, Run & run) {
     CLI::App & command = *app.add_subcommand(
         "verify", "Check that sealed values belong to a key and are as they were sealed");
     command.add_option("FILE", options->in, "Input file, - for standard input")->required();
-    command.add_option("--name", options->name, "Only what stands at this path, or inside it");
+    command.add_option("--name", options->name, "Only the value at this path and all inside it");
     add_key_options(command, options->key);
     add_read_options(command, options->read);
-    command.footer("A line for each sealed value, whatever maps it stands in; nothing is opened.\n"
+    command.footer("A line for each sealed value, at any depth; nothing is opened.\n"
                    "Exit code 1 when one of them is bad.\n"
                    "Example:\n"
                    "  vxattr verify server.json --key-file disk.key");
