@@ -117,8 +117,12 @@ bool civil_day(int year, unsigned int month, unsigned int day, long long & resul
 
 bool clock_ticks(unsigned int hour, unsigned int minute, unsigned int second, unsigned int fraction,
                  long long & result) noexcept {
+    // The range first: the sum of any fields would overflow.
+    if (hour >= 24 || minute >= 60 || second >= 60 || fraction >= ticksPerSecond) {
+        return false;
+    }
     result = hour * ticksPerHour + minute * ticksPerMinute + second * ticksPerSecond + fraction;
-    return hour < 24 && minute < 60 && second < 60 && fraction < ticksPerSecond;
+    return true;
 }
 
 bool scan_date(TextScanner & scanner, long long & result) noexcept {
