@@ -50,6 +50,9 @@ void OPENSSL_cleanse(void * data, std::size_t size) {
 void RAND_add(void const * data, int size, double credit) {
     static auto * const next = original(&RAND_add, "RAND_add");
     vxtest::openssl_calls().added += size == 8 && credit == 0 ? 1 : 0;
+    if (vxtest::openssl_calls().refuse) {
+        ERR_raise(ERR_LIB_RAND, ERR_R_INTERNAL_ERROR);
+    }
     next(data, size, credit);
 }
 

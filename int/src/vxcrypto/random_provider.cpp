@@ -31,18 +31,23 @@ bool is_openssl_running() noexcept {
     return OPENSSL_init_crypto(0, nullptr) == 1 && OSSL_LIB_CTX_get0_global_default() != nullptr;
 }
 
-/// Removes what OpenSSL notes about a failure: the exception reports it, and an entry left in the
-/// thread's queue would be taken for the failure of a later call. Older entries stay.
-bool fill(unsigned char * buffer, int count) noexcept {
-    ERR_set_mark();
-    int const result = RAND_bytes(buffer, count);
-    ERR_pop_to_mark();
-    return result == 1;
-}
+/// Removes what OpenSSL notes about failures while one lives. The exception reports them, and
+/// an entry left in the thread's queue would be taken for the failure of a later call. Older
+/// entries stay.
+class ErrorQueueMark {
+  public:
+    ErrorQueueMark() noexcept { ERR_set_mark(); }
+
+    ErrorQueueMark(ErrorQueueMark const &) = delete;
+    ErrorQueueMark & operator=(ErrorQueueMark const &) = delete;
+
+    ~ErrorQueueMark() { ERR_pop_to_mark(); }
+};
 
 } // namespace
 
 void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size) {
+    ErrorQueueMark const mark;
     unsigned long long const timestamp = vxcore::hardware::Cpu::read_timestamp();
     bool const isRunning = is_openssl_running();
     if (isRunning) {
@@ -55,7 +60,7 @@ void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size
     if (count < 0) {
         fail(error::vxcrypto_randomProvider_arguments, "Invalid 'size' argument");
     }
-    if (!isRunning || !fill(static_cast<unsigned char *>(buffer), count)) {
+    if (!isRunning || RAND_bytes(static_cast<unsigned char *>(buffer), count) != 1) {
         fail(error::vxcrypto_randomProvider_failed,
              "Random provider failed to generate requested number of bytes");
     }
