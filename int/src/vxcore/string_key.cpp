@@ -63,8 +63,11 @@ class SleepLock {
 
   private:
     [[gnu::cold]] void wait() const noexcept {
-        for (int tries = 0; m_isTaken.load(std::memory_order_relaxed); ++tries) {
-            if (tries >= 1000) { // its holder has lost the processor
+        int tries = 0;
+        while (m_isTaken.load(std::memory_order_relaxed)) {
+            if (tries < 1000) {
+                ++tries;
+            } else { // its holder has lost the processor
                 std::this_thread::sleep_for(std::chrono::microseconds(50));
             }
         }
