@@ -294,7 +294,7 @@ class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
     /// first, the copy then shares the holder that the reference leads into, and the map ends up
     /// inside itself. Walks over it never end (`hash`, `compare`, `write`), and its memory is never
     /// freed. Use `add(name, map)`, which copies first. Nothing checks this: docs/guide/maps.md
-    /// tells why.
+    /// explains why.
     AttributeValue & operator[](AttributeName const & name) VXCORE_LIFETIMEBOUND;
 
     /// Inserts an absent name; an existing value stays. True when inserted.

@@ -35,7 +35,7 @@ struct OpenPair {
     MapsCursor b;
 };
 
-/// The first difference of two maps, in map order: what `difference` gives for two values of one
+/// The first difference of two maps, in map order: what `difference` returns for two values of one
 /// name that are not both of maps, or -1 or 1 for names and lengths; 0 when there is none.
 ///
 /// Maps that share a holder do not differ, even where a value of theirs does not equal itself.

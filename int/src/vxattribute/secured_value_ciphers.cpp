@@ -48,8 +48,8 @@ constexpr char const authenticateDecrypt[] =
         .throw_error(code, VXCORE_LOCATION(authenticateDecrypt));
 }
 
-/// A nonce from `random`. All zeros say that it wrote nothing, and two messages under one nonce
-/// betray each other: that is a failure. A working source gives them once in 2^128 times.
+/// Fills `nonce` from `random`. All zeros mean that nothing was written, which is a failure: two
+/// messages under one nonce reveal each other. A working source returns zeros once in 2^128 calls.
 void make_nonce(vxcrypto::IRandomProvider & random, unsigned char (&nonce)[nonceSize]) {
     static constexpr vxcore::ErrorCode failed("error.vxcrypto.randomProvider.failed", true);
     std::memset(nonce, 0, nonceSize);

@@ -3,7 +3,6 @@
 // load-time code builds for programs to read is exported as a reference, which is a constant: a
 // program may hold copies of exported objects, made before load-time code runs.
 //
-//
 // 1. Constants, without load-time code: type ids, null, the singletons of booleans and integers.
 // 2. Type names.
 // 3. The two shared strings.

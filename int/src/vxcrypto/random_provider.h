@@ -34,7 +34,7 @@ using RandomProviderPtr =
 /// differs from its copy. A null buffer is then left at that.
 ///
 /// Raised by its `generate_random`: error.vxcrypto.randomProvider.arguments for a `size` beyond
-/// 2^31 - 1, error.vxcrypto.randomProvider.failed where OpenSSL gives no bytes or is not running.
+/// 2^31 - 1, error.vxcrypto.randomProvider.failed where OpenSSL returns no bytes or is not running.
 VXCRYPTO_API RandomProviderPtr default_random_provider() noexcept;
 
 } // namespace vxcrypto

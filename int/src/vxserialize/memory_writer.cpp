@@ -128,9 +128,9 @@ inline void MemoryWriter::put_small_or_wide(unsigned int value, unsigned int sma
     m_cursor = out + 1 + width;
 }
 
-/// Puts the head of an element of `size` bytes. Gives the block that `put_bytes` needs for those of
-/// them that the present block has no room for, or null. A failure writes nothing, so that half an
-/// element never stays, nor bytes of a secret where nobody wipes them.
+/// Puts the head of an element of `size` bytes. Returns the block that `put_bytes` needs for the
+/// bytes that do not fit into the present one, or null. A failure writes nothing: half an element
+/// never stays, nor do bytes of a secret where nobody wipes them.
 inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned int smallTag,
                                                      unsigned int smallMax, unsigned int wideTag) {
     constexpr unsigned int headRoom = 9;
@@ -144,7 +144,7 @@ inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned
     return next;
 }
 
-/// Puts bytes of an element, the last of which may go to the block that `put_head` gave.
+/// Puts bytes of an element, the last of which may go to the block that `put_head` returned.
 inline void MemoryWriter::put_bytes(void const * data, unsigned int size,
                                     BlockPtr & next) noexcept {
     auto const * const bytes = static_cast<unsigned char const *>(data);
