@@ -41,7 +41,7 @@ string(TOUPPER "${build_id}" build_id)
 add_item(ZEMOGCCBuildId "${build_id}")
 
 file(WRITE "${OUTPUT}" "// Made by the build.
-#include \"vxattribute/module_registrar_internal.h\"
+#include \"vxattribute/module/module_registrar_internal.h\"
 
 char const vxattribute::impl::moduleInformation[] =
     R\"info(***ZEMO*MODULE*INFO*F70397B5E6FEBE4447157E5A1C9D5E64***

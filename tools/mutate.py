@@ -23,9 +23,9 @@ SOURCES = [
     "int/src/vxcore/error_*.cpp", "int/src/vxcore/hash.h", "int/src/vxcrypto/*.cpp",
     "int/src/vxserialize/*reader*.cpp", "int/src/vxjson/reader*.cpp",
     "int/src/vxjson/tokenizer*.cpp", "int/src/vxattribute/*_elements.cpp",
-    "int/src/vxattribute/error_codes.cpp", "int/src/vxattribute/json_read_value.cpp",
-    "int/src/vxattribute/key_marshaler.cpp", "int/src/vxattribute/memory_wipe.cpp",
-    "int/src/vxattribute/read_value.cpp", "int/src/vxattribute/secured_value*.cpp",
+    "int/src/vxattribute/module/error_codes.cpp", "int/src/vxattribute/json/read_value.cpp",
+    "int/src/vxattribute/sealed/key_marshaler.cpp", "int/src/vxattribute/sealed/memory_wipe.cpp",
+    "int/src/vxattribute/stream/read_value.cpp", "int/src/vxattribute/sealed/secured_value*.cpp",
 ]
 
 # The test programs of a library and of those that depend on it, its own first.

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "vxattribute/json/render_visitor_internal.h"
+#include "vxserialize/text_writer.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vxattribute::impl {
+
+/// Gathers text into pieces of a JSON string, so that small ones do not reach the writer one by
+/// one. Call `flush` at the end.
+class JsonRenderVisitor::TextWriterTarget final : public vxserialize::TextWriter::ITextTarget {
+  public:
+    explicit TextWriterTarget(vxjson::Writer & writer) noexcept : m_writer(writer) {}
+
+    void write_char(char c) override {
+        m_buffer[m_size++] = c;
+        if (m_size == sm_bufferSize) {
+            flush();
+        }
+    }
+
+    /// A full buffer goes out at once. When as much as a buffer is left then, it goes past it.
+    void write_data(char const * data, unsigned int size) override {
+        while (size != 0) {
+            unsigned int const count = std::min(size, sm_bufferSize - m_size);
+            std::memcpy(m_buffer + m_size, data, count);
+            m_size += count;
+            data += count;
+            size -= count;
+            if (m_size == sm_bufferSize) {
+                flush();
+                if (size >= sm_bufferSize) {
+                    m_writer.write_string_data(data, size);
+                    return;
+                }
+            }
+        }
+    }
+
+    void flush() {
+        if (m_size != 0) {
+            m_writer.write_string_data(m_buffer, std::exchange(m_size, 0));
+        }
+    }
+
+  private:
+    static constexpr unsigned int sm_bufferSize = 2048;
+
+    vxjson::Writer & m_writer;
+    unsigned int m_size = 0;
+    char m_buffer[sm_bufferSize];
+};
+
+} // namespace vxattribute::impl

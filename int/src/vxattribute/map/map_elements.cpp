@@ -1,0 +1,142 @@
+// How maps are compared and hashed as elements of values: the first levels by recursion, which is
+// quick and takes no memory, deeper ones with a list of what is open.
+
+#include "vxattribute/map/nested_maps_internal.h"
+#include "vxattribute/value/typed_value_internal.h"
+#include "vxcore/hash.h"
+
+#include <vector>
+
+namespace vxattribute::impl {
+
+namespace {
+
+/// The maps inside each other that recursion takes: a few KiB of stack.
+constexpr int maxRecursion = 32;
+
+/// How many further maps inside each other this thread may take by recursion.
+thread_local constinit int recursionsLeft __attribute__((tls_model("initial-exec"))) = maxRecursion;
+
+/// One map that is taken by recursion or, when there are too many around it, by a list.
+class Recursion {
+  public:
+    Recursion() noexcept { --recursionsLeft; }
+
+    Recursion(Recursion const &) = delete;
+    Recursion & operator=(Recursion const &) = delete;
+
+    ~Recursion() { ++recursionsLeft; }
+
+    bool is_shallow() const noexcept { return recursionsLeft >= 0; }
+};
+
+struct OpenPair {
+    MapsCursor a;
+    MapsCursor b;
+};
+
+/// The first difference of two maps, in map order: what `difference` returns for two values of one
+/// name that are not both of maps, or -1 or 1 for names and lengths; 0 when there is none.
+///
+/// Maps that share a holder do not differ, even where a value of theirs does not equal itself.
+template <typename Difference>
+int first_difference(AttributeMap const & a, AttributeMap const & b, Difference difference) {
+    std::vector<OpenPair> open;
+    open.push_back({MapsCursor({&a, 1}), MapsCursor({&b, 1})});
+    while (!open.empty()) {
+        OpenPair & pair = open.back();
+        MapsCursor::Element const * const x = pair.a.next_element();
+        MapsCursor::Element const * const y = pair.b.next_element();
+        if (x == y) { // both null, at the end of both maps, or of one holder
+            bool const isMoreOfA = pair.a.next_map();
+            bool const isMoreOfB = pair.b.next_map();
+            if (isMoreOfA != isMoreOfB) {
+                return isMoreOfA ? 1 : -1;
+            }
+            if (!isMoreOfA) {
+                open.pop_back();
+            }
+        } else if (x == nullptr || y == nullptr) {
+            return x != nullptr ? 1 : -1;
+        } else if (!(x->first == y->first)) {
+            return x->first < y->first ? -1 : 1;
+        } else if (holds_maps(x->second) && holds_maps(y->second)) {
+            open.push_back({MapsCursor(maps_of(x->second)), MapsCursor(maps_of(y->second))});
+        } else if (int const found = difference(x->second, y->second); found != 0) {
+            return found;
+        }
+    }
+    return 0;
+}
+
+// The three deep walks are not inlined: they would make the frames of the recursion larger.
+
+[[gnu::noinline]] int compare_deep(AttributeMap const & a, AttributeMap const & b) {
+    return first_difference(a, b, [](AttributeValue const & x, AttributeValue const & y) {
+        int const order = x.compare(y);
+        return int{order > 0} - int{order < 0};
+    });
+}
+
+[[gnu::noinline]] bool equal_deep(AttributeMap const & a, AttributeMap const & b) {
+    auto const difference = [](AttributeValue const & x, AttributeValue const & y) {
+        return x == y ? 0 : 1;
+    };
+    return first_difference(a, b, difference) == 0;
+}
+
+/// A value of maps that is being hashed.
+struct OpenHash {
+    MapsCursor maps;
+    unsigned int folded = 0; // hash of the maps before the open one
+    unsigned int seed = 0;   // hash of the elements of the open map so far
+};
+
+[[gnu::noinline]] unsigned int hash_deep(AttributeMap const & map) {
+    std::vector<OpenHash> open;
+    open.push_back({MapsCursor({&map, 1})});
+    while (true) {
+        OpenHash & top = open.back();
+        if (MapsCursor::Element const * const element = top.maps.next_element()) {
+            top.seed = vxcore::hash_mix(top.seed, element->first.hash());
+            if (holds_maps(element->second)) {
+                open.push_back({MapsCursor(maps_of(element->second))});
+            } else {
+                top.seed = vxcore::hash_mix(top.seed, element->second.hash());
+            }
+            continue;
+        }
+        // Before the first map this folds 0 onto 0, which is 0.
+        top.folded = vxcore::hash_fold(top.folded, std::exchange(top.seed, 0));
+        if (top.maps.next_map()) {
+            continue;
+        }
+        unsigned int const hash = top.folded;
+        open.pop_back();
+        if (open.empty()) {
+            return hash;
+        }
+        open.back().seed = vxcore::hash_mix(open.back().seed, hash);
+    }
+}
+
+} // namespace
+
+int ValueTypeTraits<AttributeMap>::compare(AttributeMap const & a, AttributeMap const & b) {
+    Recursion const recursion;
+    return recursion.is_shallow() ? a.compare(b) : compare_deep(a, b);
+}
+
+bool ValueTypeTraits<AttributeMap>::equal(AttributeMap const & a, AttributeMap const & b) {
+    Recursion const recursion;
+    return recursion.is_shallow() ? a == b : equal_deep(a, b);
+}
+
+unsigned int ValueTypeTraits<AttributeMap>::hash(AttributeMap const & a) {
+    Recursion const recursion;
+    return recursion.is_shallow() ? a.hash() : hash_deep(a);
+}
+
+} // namespace vxattribute::impl
+
+VXATTRIBUTE_INSTANTIATE_SINGLE_ELEMENT(vxattribute::AttributeMap);

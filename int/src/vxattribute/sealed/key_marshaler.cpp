@@ -1,0 +1,103 @@
+#include "vxattribute/attribute_value_type.h"
+#include "vxattribute/error_codes.h"
+#include "vxattribute/sealed/key_marshaler_internal.h"
+#include "vxattribute/stream/marshaled_type_internal.h"
+#include "vxcore/error_composer.h"
+#include "vxserialize/memory_reader.h"
+#include "vxserialize/writer.h"
+
+namespace vxattribute::impl {
+
+namespace {
+
+constexpr char const readKey[] = "vxattribute::impl::read_key_as_binary()";
+
+[[noreturn]] void throw_not_binary(std::string const & actualType) {
+    vxcore::ErrorComposer(
+        "Only Binary attribute values can be read as Key.  TypeFound={@actualType}")
+        .param("expectedType", ValueTypeId::typeBinary.name())
+        .param("actualType", actualType)
+        .throw_error(error::vxattribute_value_type_mismatch, VXCORE_LOCATION(readKey));
+}
+
+[[noreturn]] void throw_not_scalar() {
+    vxcore::throw_error(
+        error::vxattribute_value_cardinality_expectSingle,
+        vxcore::SourceString("Only scalar binary attributes can be read as Key", true),
+        VXCORE_LOCATION(readKey));
+}
+
+/// The type of a value whose element stands without a tag; Binary where a tag has to tell.
+ValueTypeId const & bare_type(vxserialize::EElementKind kind) {
+    switch (kind) {
+    case vxserialize::eElement_Null:
+        return ValueTypeId::typeNull;
+    case vxserialize::eElement_Boolean:
+        return ValueTypeId::typeBoolean;
+    case vxserialize::eElement_Integer:
+        return ValueTypeId::typeInteger;
+    case vxserialize::eElement_Double:
+        return ValueTypeId::typeDouble;
+    case vxserialize::eElement_String:
+        return ValueTypeId::typeString;
+    case vxserialize::eElement_AbsoluteTime:
+        return ValueTypeId::typeAbsoluteTime;
+    case vxserialize::eElement_RelativeTime:
+        return ValueTypeId::typeRelativeTime;
+    case vxserialize::eElement_Uuid:
+        return ValueTypeId::typeUuid;
+    default:
+        return ValueTypeId::typeBinary;
+    }
+}
+
+vxcore::RefCountPtr<vxserialize::MemoryList> read_only_element(vxserialize::MemoryReader & reader) {
+    if (reader.next_type() != vxserialize::eElement_List) {
+        return reader.read_binary_as_memory_list();
+    }
+    reader.begin_list();
+    if (!reader.has_next()) {
+        throw_not_scalar();
+    }
+    vxcore::RefCountPtr<vxserialize::MemoryList> bytes = reader.read_binary_as_memory_list();
+    if (reader.has_next()) {
+        throw_not_scalar();
+    }
+    return bytes;
+}
+
+vxcore::RefCountPtr<vxserialize::MemoryList> read_bytes(vxserialize::MemoryReader & reader) {
+    vxserialize::EElementKind const kind = reader.next_type();
+    if (kind == vxserialize::eElement_Binary) {
+        return reader.read_binary_as_memory_list();
+    }
+    if (ValueTypeId const & type = bare_type(kind); !(type == ValueTypeId::typeBinary)) {
+        throw_not_binary(type.name());
+    }
+    unsigned int const tag = reader.read_uint();
+    if (tag > ValueTypeId::eId_ErrorInfo) {
+        throw_unknown_tag(tag, VXCORE_LOCATION(readKey));
+    }
+    if (tag != ValueTypeId::eId_Binary) {
+        throw_not_binary(ValueTypeId::from_id(static_cast<ValueTypeId::EId>(tag)).name());
+    }
+    return read_only_element(reader);
+}
+
+} // namespace
+
+void write_key_as_binary(vxserialize::Writer & writer, vxcrypto::Key const & key) {
+    writer.write_binary(key.data(), key.size());
+}
+
+vxcrypto::Key read_key_as_binary(vxserialize::MemoryReader & reader) {
+    vxcore::RefCountPtr<vxserialize::MemoryList> const bytes = read_bytes(reader);
+    if (!bytes) {
+        throw_not_binary("Unknown");
+    }
+    vxcrypto::Key key(bytes->size());
+    bytes->read_at(0, key.mutable_data(), key.size());
+    return key;
+}
+
+} // namespace vxattribute::impl

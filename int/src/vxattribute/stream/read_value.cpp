@@ -1,0 +1,225 @@
+#include "vxattribute/attribute_name_coder.h"
+#include "vxattribute/attribute_value_marshaler.h"
+#include "vxattribute/element_types.h"
+#include "vxattribute/error_codes.h"
+#include "vxattribute/stream/marshaled_type_internal.h"
+#include "vxcore/error_composer.h"
+#include "vxcore/text_conversion.h"
+#include "vxserialize/error_info_stream.h"
+#include "vxserialize/reader.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace vxattribute {
+
+void impl::throw_unknown_tag(unsigned int tag, vxcore::SourceLocation location) {
+    vxcore::ErrorComposer("Unknown marshaled attribute type id.  Value={@typeId}")
+        .param("typeId", vxcore::to_string(tag))
+        .throw_error(error::vxattribute_value_type_unknown, std::move(location));
+}
+
+namespace {
+
+using impl::RefCountedValueImpl;
+using impl::ValueBase;
+using impl::ValueFactory;
+using impl::ValueHolder;
+
+/// A count in a stream reserves at most this much room; beyond it memory grows with the data.
+constexpr unsigned int maxReserved = 4096;
+
+/// Reads one value. The decoder is null for plain names.
+///
+/// The functions that give a value keep it in a holder until it is complete: a reader may raise at
+/// every step. They are apart from each other so that the stack of nested maps stays shallow.
+class ValueReader {
+  public:
+    ValueReader(vxserialize::Reader & reader, IAttributeNameDecoder * decoder) noexcept
+        : m_reader(reader), m_decoder(decoder) {}
+
+    ValueHolder read_value() {
+        switch (m_reader.next_type()) {
+        case vxserialize::eElement_Null:
+            m_reader.read_null();
+            return ValueHolder();
+        case vxserialize::eElement_Boolean:
+            return read_scalar<bool>();
+        case vxserialize::eElement_Integer:
+            return read_scalar<long long>();
+        case vxserialize::eElement_Double:
+            return read_scalar<double>();
+        case vxserialize::eElement_String:
+            return read_scalar<std::string>();
+        case vxserialize::eElement_AbsoluteTime:
+            return read_scalar<vxcore::AbsoluteTime>();
+        case vxserialize::eElement_RelativeTime:
+            return read_scalar<vxcore::RelativeTime>();
+        case vxserialize::eElement_Uuid:
+            return read_scalar<vxcore::Uuid>();
+        case vxserialize::eElement_Binary:
+            return read_into_new<BinaryValue>();
+        default:
+            return read_tagged(m_reader.read_uint());
+        }
+    }
+
+  private:
+    ValueHolder read_tagged(unsigned int tag) {
+        ValueHolder result;
+        if (tag == ValueTypeId::eId_Null) {
+            return result;
+        }
+        bool const isKnown = tag <= ValueTypeId::eId_ErrorInfo &&
+                             impl::for_element_type(static_cast<int>(tag), [&]<typename T>() {
+                                 result = read_elements<T>();
+                             });
+        if (!isKnown) {
+            impl::throw_unknown_tag(tag,
+                                    VXCORE_LOCATION("vxattribute::read_attribute_value_aux()"));
+        }
+        return result;
+    }
+
+    /// Types that are always shared by count, and with them ErrorInfo: any list makes an array.
+    template <typename T>
+    static constexpr bool is_array_type =
+        std::is_same_v<T, BinaryValue> || std::is_same_v<T, SerializedValue> ||
+        std::is_same_v<T, SecuredValue> || std::is_same_v<T, impl::ErrorInfoPtr>;
+
+    template <typename T>
+    [[gnu::noinline]] ValueHolder read_elements() {
+        bool const isList =
+            std::is_same_v<T, AttributeMap> || m_reader.next_type() == vxserialize::eElement_List;
+        if constexpr (is_array_type<T>) {
+            return isList ? read_array<T>() : read_into_new<T>();
+        } else {
+            return isList ? read_list<T>() : read_scalar<T>();
+        }
+    }
+
+    template <typename T>
+    ValueHolder read_array() {
+        auto * const array = new RefCountedValueImpl<T>;
+        ValueHolder result(array);
+        array->reserve(std::min(m_reader.begin_list(), maxReserved));
+        while (m_reader.has_next()) {
+            read(array->push_back_default());
+        }
+        return result;
+    }
+
+    template <typename T>
+    ValueHolder read_list() {
+        unsigned int const count = m_reader.begin_list();
+        if (count == 1) {
+            m_reader.has_next();
+            ValueHolder result = read_scalar<T>();
+            if constexpr (std::is_same_v<T, AttributeMap>) {
+                m_reader.has_next();
+            }
+            return result;
+        }
+        if (count > 1) {
+            auto * const list = new RefCountedValueImpl<T>;
+            ValueHolder result(list);
+            list->reserve(std::min(count, maxReserved));
+            append_rest(*list);
+            return result;
+        }
+        if (!m_reader.has_next()) {
+            return ValueHolder(ValueFactory<T>::create_value());
+        }
+        T first{};
+        read(first);
+        if (!m_reader.has_next()) {
+            return ValueHolder(ValueFactory<T>::create_value(first));
+        }
+        auto * const list = new RefCountedValueImpl<T>(first);
+        ValueHolder result(list);
+        append_rest(*list);
+        return result;
+    }
+
+    template <typename T>
+    void append_rest(RefCountedValueImpl<T> & list) {
+        while (m_reader.has_next()) {
+            if constexpr (std::is_same_v<T, std::string> || std::is_same_v<T, AttributeMap>) {
+                read(list.push_back_default());
+            } else {
+                T element{};
+                read(element);
+                list.push_back(element);
+            }
+        }
+    }
+
+    template <typename T>
+    ValueHolder read_scalar() {
+        if constexpr (std::is_same_v<T, std::string>) {
+            // Read in place: a long string is copied once. An empty one is a shared static.
+            ValueHolder result = read_into_new<T>();
+            auto const & typed = static_cast<impl::TypedValue<T> const &>(*result.get());
+            return typed.begin()->empty() ? ValueHolder(ValueFactory<T>::create_value(""))
+                                          : std::move(result);
+        } else {
+            T element{};
+            read(element);
+            return ValueHolder(ValueFactory<T>::create_value(element));
+        }
+    }
+
+    template <typename T>
+    ValueHolder read_into_new() {
+        auto * const value = new RefCountedValueImpl<T>;
+        ValueHolder result(value);
+        read(value->push_back_default());
+        return result;
+    }
+
+    template <typename T>
+    void read(T & element) {
+        m_reader >> element;
+    }
+
+    void read(vxuri::UriReference & element) { element = vxserialize::read_uri(m_reader); }
+
+    void read(vxcore::SimpleDateTime & element) {
+        element = vxserialize::read_simple_date_time(m_reader);
+    }
+
+    void read(BinaryValue & element) { read_binary_value(m_reader, element); }
+
+    void read(SerializedValue & element) { read_serialized_value(m_reader, element); }
+
+    void read(SecuredValue & element) { element.read(m_reader); }
+
+    void read(impl::ErrorInfoPtr & element) { element = vxserialize::read_error_info(m_reader); }
+
+    void read(AttributeMap & element) {
+        element =
+            m_decoder != nullptr ? AttributeMap(m_reader, *m_decoder) : AttributeMap(m_reader);
+    }
+
+    vxserialize::Reader & m_reader;
+    IAttributeNameDecoder * m_decoder;
+};
+
+void read_attribute_value_aux(vxserialize::Reader & reader, IAttributeNameDecoder * decoder,
+                              AttributeValue & value) {
+    ValueHolder result = ValueReader(reader, decoder).read_value();
+    value.swap_impl(result);
+}
+
+} // namespace
+
+void read_attribute_value(vxserialize::Reader & reader, AttributeValue & value) {
+    read_attribute_value_aux(reader, nullptr, value);
+}
+
+void read_attribute_value(vxserialize::Reader & reader, IAttributeNameDecoder & decoder,
+                          AttributeValue & value) {
+    read_attribute_value_aux(reader, &decoder, value);
+}
+
+} // namespace vxattribute

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "vxattribute/element_types.h"
+#include "vxattribute/trace/trace_sink_internal.h"
+
+#include <type_traits>
+
+/// What renders elements, values and maps into a sink. All of it works at the sink's level and
+/// leaves the flush to whoever made the sink.
+namespace vxattribute::impl {
+
+/// The elements [begin, end) of one value, in the form of their type.
+void render_elements(TraceSink & sink, bool const * begin, bool const * end);
+void render_elements(TraceSink & sink, long long const * begin, long long const * end);
+void render_elements(TraceSink & sink, double const * begin, double const * end);
+void render_elements(TraceSink & sink, std::string const * begin, std::string const * end);
+void render_elements(TraceSink & sink, vxcore::Uuid const * begin, vxcore::Uuid const * end);
+void render_elements(TraceSink & sink, vxuri::UriReference const * begin,
+                     vxuri::UriReference const * end);
+void render_elements(TraceSink & sink, vxcore::AbsoluteTime const * begin,
+                     vxcore::AbsoluteTime const * end);
+void render_elements(TraceSink & sink, vxcore::RelativeTime const * begin,
+                     vxcore::RelativeTime const * end);
+void render_elements(TraceSink & sink, vxcore::SimpleDateTime const * begin,
+                     vxcore::SimpleDateTime const * end);
+void render_elements(TraceSink & sink, BinaryValue const * begin, BinaryValue const * end);
+void render_elements(TraceSink & sink, SerializedValue const * begin, SerializedValue const * end);
+void render_elements(TraceSink & sink, SecuredValue const * begin, SecuredValue const * end);
+void render_elements(TraceSink & sink, AttributeMap const * begin, AttributeMap const * end);
+void render_elements(TraceSink & sink, ErrorInfoPtr const * begin, ErrorInfoPtr const * end);
+
+/// A value, as its `write_trace` writes it.
+void render_value(TraceSink & sink, AttributeValue const & value);
+
+/// The elements of a map, without a frame.
+void render_map(TraceSink & sink, AttributeMapBase const & map);
+
+/// Writes an element with the stream operator of its type.
+struct DefaultTraceFunctor {
+    template <typename T>
+    void operator()(TraceSink & sink, T const & element) const {
+        sink.stream() << element;
+    }
+};
+
+/// What stands around the elements of a list; `isFramed` says whether its prefix and suffix do.
+void open_list(TraceSink & sink, ValueTypeId const & type, TraceFormatter::ListParams const & list,
+               bool isFramed);
+void close_list(TraceSink & sink, TraceFormatter::ListParams const & list, bool isFramed);
+
+/// The most elements of one value that are shown; of maps that lie too deep none.
+template <typename T>
+unsigned int max_shown(TraceSink const & sink) {
+    bool const isTooDeep = std::is_same_v<T, AttributeMap> && sink.depth() >= max_trace_depth;
+    return isTooDeep ? 0 : sink.settings().max_multivalue_count;
+}
+
+/// Renders the elements [begin, end) of one value as a list.
+///
+/// @param writeElement  Called as `writeElement(sink, element)`.
+template <typename T, typename Functor>
+void render_list(TraceSink & sink, TraceFormatter::ListParams const & list, T const * begin,
+                 T const * end, Functor const & writeElement) {
+    bool const isFramed = list.show_for_scalar() || end - begin != 1;
+    open_list(sink, ValueTypeTraits<T>::type(), list, isFramed);
+    unsigned int budget = max_shown<T>(sink);
+    for (T const * element = begin; element != end; ++element, --budget) {
+        if (budget == 0) {
+            sink.append_left_out(static_cast<std::size_t>(end - element));
+            break;
+        }
+        if (element != begin) {
+            sink.append_indented(list.separator());
+        }
+        writeElement(sink, *element);
+    }
+    close_list(sink, list, isFramed);
+}
+
+} // namespace vxattribute::impl
