@@ -1,5 +1,4 @@
 #include "vxattribute/attribute_map.h"
-#include "vxattribute/map/map_builder_internal.h"
 #include "vxattribute/value/block_cache_internal.h"
 
 namespace vxattribute {
@@ -27,24 +26,13 @@ AttributeMapBase::HolderPtr MapHolder::clone() const {
 }
 
 AttributeValue & MapHolder::find_or_make(AttributeName && name) {
-    // A stream of this process has its names in map order: the next one goes behind the last.
+    // Names mostly come in map order, as in a stream that this process wrote: try the end first.
     bool const isLast = !m_map.empty() && m_map.rbegin()->first < name;
     auto const hint = isLast ? m_map.end() : m_map.lower_bound(name);
     if (hint != m_map.end() && hint->first == name) {
         return hint->second;
     }
     return m_map.emplace_hint(hint, std::move(name), AttributeValue())->second;
-}
-
-AttributeMap impl::MapBuilder::take(std::size_t start) {
-    auto holder = vxcore::make_ref_counted<MapHolder>();
-    holder->m_arena.expect(m_elements.size() - start);
-    for (auto element = m_elements.begin() + static_cast<std::ptrdiff_t>(start);
-         element != m_elements.end(); ++element) {
-        holder->find_or_make(std::move(element->first)) = std::move(element->second);
-    }
-    m_elements.resize(start);
-    return AttributeMap(holder);
 }
 
 void MapHolder::clear() noexcept {
@@ -54,25 +42,28 @@ void MapHolder::clear() noexcept {
 
 namespace {
 
-/// The holders of this thread that have died and still have their elements. Plain data, so that
-/// maps may die in any destructor of the thread.
+/// The holders of this thread whose counts have dropped to 0 and that still have their elements.
+/// Plain data without a destructor, so that maps may be destroyed in any destructor of the thread.
 thread_local constinit MapHolder * deadHolders __attribute__((tls_model("initial-exec"))) = nullptr;
-thread_local constinit bool isBurying __attribute__((tls_model("initial-exec"))) = false;
+thread_local constinit bool isDraining __attribute__((tls_model("initial-exec"))) = false;
 
 } // namespace
 
+// Deleting a holder releases the maps nested in it, which brings their holders here in turn. These
+// calls only queue the holder; the outermost call drains the queue. The stack thus stays flat,
+// however deep the maps nest.
 void MapHolder::destroy() noexcept {
     m_nextDead = deadHolders;
     deadHolders = this;
-    if (isBurying) {
-        return; // a map around this one is being taken apart: it comes back for this holder
+    if (isDraining) {
+        return;
     }
-    isBurying = true;
+    isDraining = true;
     while (MapHolder * const holder = deadHolders) {
         deadHolders = holder->m_nextDead;
         delete holder;
     }
-    isBurying = false;
+    isDraining = false;
 }
 
 } // namespace vxattribute
