@@ -4,15 +4,16 @@
 
 namespace vxattribute {
 
-/// The elements of both maps, where a name in both is settled so: two scalar maps are merged in the
-/// same way, and of anything else the value of `winner` is taken. Lists are values like any other:
-/// they are not joined. Null is a value too and wins.
+/// Merges two maps, nested ones included. Where both have a single map under a name, these two are
+/// merged in the same way; otherwise the value of `winner` is used. Lists of maps are not joined,
+/// and a null in `winner` wins like any other value.
 ///
-///     AttributeMap const config = merged_deep(from_command_line, merged_deep(from_file,
-///     defaults));
+///     AttributeMap const config = merged_deep(from_user, merged_deep(from_file, defaults));
 ///
-/// @cost  Linear in the maps that stand on both sides; a nested map of one side only is shared.
-///        Memory and no stack for each level that both sides have.
+/// @cost  O(a + b) for each pair of maps of sizes a and b that are merged, however few names they
+///        share: one name merged into 100,000 copies 100,001 elements. No walk where one of a pair
+///        is empty: the result shares the other, as it shares nested maps of one side only. Each
+///        level that both maps have takes memory and no stack.
 VXATTRIBUTE_API AttributeMap merged_deep(AttributeMapBase const & winner,
                                          AttributeMapBase const & other);
 

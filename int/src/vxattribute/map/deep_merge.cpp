@@ -14,21 +14,29 @@ struct MapPair {
     AttributeMapBase const & other;
 };
 
-/// A pair of maps that is being merged.
+/// Moves `element` forward to the first whose name is not below `name`.
+template <typename Iterator>
+void advance_to(Iterator & element, Iterator end, AttributeName const & name) {
+    while (element != end && element->first < name) {
+        ++element;
+    }
+}
+
+/// A pair of maps that is being merged. First comes the merge of the two alone, then the values
+/// that are maps on both sides are replaced. All three maps have one order, so each is walked once
+/// and no name is searched for.
 class OpenMerge {
   public:
     explicit OpenMerge(MapPair const & pair)
-        : m_next(pair.winner.begin()), m_end(pair.winner.end()), m_other(&pair.other),
+        : m_winner(pair.winner.begin()), m_winnerEnd(pair.winner.end()),
+          m_other(pair.other.begin()), m_otherEnd(pair.other.end()),
           m_merged(pair.winner.merged_with(pair.other)) {}
 
     /// The next two maps of one name, whose merge `set_inner` takes.
     std::optional<MapPair> next_inner() {
-        for (; m_next != m_end; ++m_next) {
-            AttributeMap const * const winner = impl::scalar_map(m_next->second);
-            AttributeValue const * const otherValue =
-                winner != nullptr ? m_other->query_ptr(m_next->first) : nullptr;
-            AttributeMap const * const other =
-                otherValue != nullptr ? impl::scalar_map(*otherValue) : nullptr;
+        for (; m_winner != m_winnerEnd; ++m_winner) {
+            AttributeMap const * const winner = impl::scalar_map(m_winner->second);
+            AttributeMap const * const other = winner != nullptr ? other_map() : nullptr;
             if (other != nullptr) {
                 return MapPair{*winner, *other};
             }
@@ -37,17 +45,33 @@ class OpenMerge {
     }
 
     void set_inner(AttributeMap const & merged) {
-        m_merged.add(m_next->first, AttributeValue(merged));
-        ++m_next;
+        if (!m_place) {
+            m_place = m_merged.begin();
+        }
+        advance_to(*m_place, m_merged.end(), m_winner->first);
+        (*m_place)->second = merged;
+        ++m_winner;
     }
 
     AttributeMap take() { return std::move(m_merged); }
 
   private:
-    AttributeMapBase::const_iterator m_next; // of the winner
-    AttributeMapBase::const_iterator m_end;
-    AttributeMapBase const * m_other;
+    /// The one map that the other side has under the winner's name, or null.
+    AttributeMap const * other_map() {
+        advance_to(m_other, m_otherEnd, m_winner->first);
+        bool const isFound = m_other != m_otherEnd && m_other->first == m_winner->first;
+        return isFound ? impl::scalar_map(m_other->second) : nullptr;
+    }
+
+    using Iterator = AttributeMapBase::const_iterator;
+
+    Iterator m_winner;
+    Iterator m_winnerEnd;
+    Iterator m_other;
+    Iterator m_otherEnd;
     MutableAttributeMap m_merged;
+    // Taken once there is something to replace: with one map empty, `begin` would copy the other.
+    std::optional<MutableAttributeMap::iterator> m_place;
 };
 
 } // namespace
