@@ -2,18 +2,51 @@
 
 #include "vxserialize/memory_list.h"
 
+#include <utility>
+
 namespace vxattribute::impl {
 
 /// Overwrites the bytes of the list with zeros, in their place.
 ///
-/// Memory that somebody else uses too is left alone: a write would wipe a copy. Drop readers,
+/// Memory that other lists use too is left alone: writing to it would wipe a copy. Drop readers,
 /// sublists and other lists over the same bytes first.
 void wipe(vxserialize::MemoryList & list) noexcept;
 
-/// Calls `action(data, size)` for each run of bytes behind `offset`, in order, for changing them in
-/// place.
+/// Owns a list that may hold a key and wipes it at the end of its scope, also when something
+/// raises. Declare what reads the list after it, so that the readers are gone by then.
+class WipedList {
+  public:
+    using Ptr = vxcore::RefCountPtr<vxserialize::MemoryList>;
+
+    /// @param list  Not null.
+    explicit WipedList(Ptr list) noexcept : m_list(std::move(list)) {}
+
+    WipedList(WipedList const &) = delete;
+    WipedList & operator=(WipedList const &) = delete;
+
+    ~WipedList() {
+        if (m_list) {
+            wipe(*m_list);
+        }
+    }
+
+    Ptr const & get() const noexcept { return m_list; }
+
+    vxserialize::MemoryList & operator*() const noexcept { return *m_list; }
+
+    vxserialize::MemoryList * operator->() const noexcept { return m_list.get(); }
+
+    /// Hands the list over, as it is.
+    Ptr release() noexcept { return std::move(m_list); }
+
+  private:
+    Ptr m_list;
+};
+
+/// Calls `action(data, size)` for each run of bytes from `offset` on, in order, for changing them
+/// in place.
 template <typename Action>
-void for_each_run_behind(vxserialize::MemoryList & list, unsigned int offset, Action action) {
+void for_each_run_from(vxserialize::MemoryList & list, unsigned int offset, Action action) {
     for (auto segment = list.segment_write_iterator(); !segment.at_end(); ++segment) {
         unsigned int const size = segment->size();
         if (offset >= size) {

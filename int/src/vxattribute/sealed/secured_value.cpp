@@ -58,25 +58,23 @@ SecuredValue::SecuredValue(vxcrypto::Key const & key_to_wrap, std::string annota
     : SecuredValue(key_to_wrap, std::move(annotation), std::move(key_id), key, cipher,
                    *vxcrypto::default_random_provider()) {}
 
+namespace {
+
+impl::WipedList marshaled(vxcrypto::Key const & key) {
+    vxserialize::MemoryWriter writer;
+    impl::write_key_as_binary(writer, key); // when this raises, none of the key was written
+    return impl::WipedList(writer.close_and_detach_memory_list());
+}
+
+} // namespace
+
 SecuredValue::SecuredValue(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
                            vxcrypto::Key const & key, ICipher const & cipher,
                            vxcrypto::IRandomProvider & random)
     : m_annotation(std::move(annotation)), m_cipherId(cipher.cipher_id()),
       m_keyId(std::move(key_id)) {
-    vxserialize::MemoryWriter writer;
-    vxcore::RefCountPtr<vxserialize::MemoryList> plaintext;
-    try {
-        impl::write_key_as_binary(writer, key_to_wrap);
-        plaintext = writer.close_and_detach_memory_list();
-        seal(plaintext, key, cipher, random);
-        impl::wipe(*plaintext);
-    } catch (...) {
-        if (!plaintext) {
-            plaintext = writer.close_and_detach_memory_list();
-        }
-        impl::wipe(*plaintext);
-        throw;
-    }
+    impl::WipedList const plaintext = marshaled(key_to_wrap);
+    seal(plaintext.get(), key, cipher, random);
 }
 
 void SecuredValue::seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & plaintext,
@@ -84,7 +82,8 @@ void SecuredValue::seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & pla
                         vxcrypto::IRandomProvider & random) {
     Ciphertext sealed = cipher.encrypt(Ciphertext(plaintext), m_annotation, key, random);
     if (!sealed || sealed.get() == plaintext.get()) {
-        // A cipher may hand back the very plaintext, which the caller may wipe: keep other bytes.
+        // "NULL" returns the plaintext list itself, which is wiped when it holds a key: keep a
+        // copy.
         auto copy = vxserialize::MemoryList::create();
         if (sealed) {
             copy->append_defragmented(*plaintext);

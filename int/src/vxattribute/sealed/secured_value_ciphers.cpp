@@ -63,7 +63,7 @@ void make_nonce(vxcrypto::IRandomProvider & random, unsigned char (&nonce)[nonce
     }
 }
 
-/// Feeds `size` bytes at the cursor to the MAC, from where they stand.
+/// Feeds `size` bytes at the cursor to the MAC, without copying them.
 void authenticate_bytes(EaxAesContext & eax, vxserialize::MemoryListCursor & at,
                         unsigned int size) {
     while (size != 0) {
@@ -76,20 +76,14 @@ void authenticate_bytes(EaxAesContext & eax, vxserialize::MemoryListCursor & at,
     }
 }
 
-/// The bytes between nonce and tag, deciphered in memory of their own: the first write to memory
-/// that the sealed list shares takes a copy.
+/// Deciphers the bytes between nonce and tag. The sublist shares them with the sealed list, and the
+/// first write to shared memory copies it: the sealed bytes stay as they are.
 vxcore::RefCountPtr<MemoryList> decipher(EaxAesContext & eax, MemoryList const & ciphertext) {
-    vxcore::RefCountPtr<MemoryList> plaintext =
-        ciphertext.sublist(nonceSize, ciphertext.size() - nonceSize - tagSize);
-    try {
-        for_each_run_behind(*plaintext, 0, [&eax](unsigned char * data, unsigned int size) {
-            eax.ctr().process(data, size);
-        });
-    } catch (...) {
-        wipe(*plaintext); // it may be a key
-        throw;
-    }
-    return plaintext;
+    WipedList plaintext(ciphertext.sublist(nonceSize, ciphertext.size() - nonceSize - tagSize));
+    for_each_run_from(*plaintext, 0, [&eax](unsigned char * data, unsigned int size) {
+        eax.ctr().process(data, size);
+    });
+    return plaintext.release();
 }
 
 } // namespace
@@ -102,23 +96,18 @@ SecuredValueCipherEaxAesBase::encrypt(SecuredValue::Ciphertext const & plaintext
     unsigned char nonce[nonceSize];
     make_nonce(random, nonce);
     EaxAesContext eax(key, nonce, annotation);
-    vxcore::RefCountPtr<MemoryList> sealed = MemoryList::create();
+    WipedList sealed(MemoryList::create()); // it holds the plaintext at first
     sealed->append(nonce, nonceSize);
     if (plaintext) {
         sealed->append_defragmented(*plaintext);
     }
-    try {
-        for_each_run_behind(*sealed, nonceSize, [&eax](unsigned char * data, unsigned int size) {
-            eax.ctr().process(data, size);
-            eax.cmac().update(data, size);
-        });
-        eax.finish();
-        sealed->append(eax.tag(), tagSize);
-    } catch (...) {
-        wipe(*sealed); // what is not enciphered yet may be a key
-        throw;
-    }
-    return sealed;
+    for_each_run_from(*sealed, nonceSize, [&eax](unsigned char * data, unsigned int size) {
+        eax.ctr().process(data, size);
+        eax.cmac().update(data, size);
+    });
+    eax.finish();
+    sealed->append(eax.tag(), tagSize);
+    return sealed.release();
 }
 
 SecuredValue::Ciphertext

@@ -18,27 +18,30 @@ vxcore::ErrorComposer unknown_cipher(std::string const & cipherId) {
     return composer;
 }
 
-/// Also of the opening as a key.
+/// Failures of `extract_binary_as_key` name this place too.
 vxcore::SourceLocation extract_location() {
     return VXCORE_LOCATION("vxattribute::SecuredValue::extract()");
 }
 
-/// A list of its own over the opened bytes, for wiping: a cipher may hand back the stored list,
-/// which must stay intact. Where there is no memory for it, the opened list is wiped if it is
-/// nobody else's.
-vxcore::RefCountPtr<vxserialize::MemoryList>
-wipeable_list(SecuredValue::Ciphertext const & opened) {
+/// Stores the failure in `*error`, or raises it when `error` is null.
+void report_unknown_cipher(std::string const & cipherId, SecuredValue::ErrorPtr * error) {
+    unknown_cipher(cipherId).create_transfer(error, error::vxattribute_value_secured_cipher_unknown,
+                                             extract_location());
+}
+
+/// The opened bytes as a list that may be wiped.
+impl::WipedList wipeable(SecuredValue::Ciphertext const & opened) {
+    using vxserialize::MemoryList;
     if (!opened) {
-        return vxserialize::MemoryList::create();
+        return impl::WipedList(MemoryList::create());
     }
-    try {
-        return opened->shallow_clone();
-    } catch (...) {
-        if (opened->has_unique_ref()) {
-            impl::wipe(const_cast<vxserialize::MemoryList &>(*opened)); // no list is made const
-        }
-        throw;
+    if (opened->has_unique_ref()) {
+        auto & list = const_cast<MemoryList &>(*opened); // no list is created const
+        return impl::WipedList(vxcore::RefCountPtr<MemoryList>(&list));
     }
+    // "NULL" returns the stored list itself, which must stay intact. Wiping leaves memory alone
+    // that another list uses.
+    return impl::WipedList(opened->shallow_clone());
 }
 
 } // namespace
@@ -66,9 +69,7 @@ AttributeValue SecuredValue::extract(vxcrypto::Key const & key, ICipherProvider 
     AttributeValue value;
     CipherPtr const cipher = provider.find_cipher(m_cipherId);
     if (!cipher) {
-        unknown_cipher(m_cipherId)
-            .create_transfer(error, error::vxattribute_value_secured_cipher_unknown,
-                             extract_location());
+        report_unknown_cipher(m_cipherId, error);
         return value;
     }
     ErrorPtr failure;
@@ -94,36 +95,23 @@ vxcrypto::Key SecuredValue::extract_binary_as_key(vxcrypto::Key const & key,
 vxcrypto::Key SecuredValue::extract_binary_as_key(vxcrypto::Key const & key,
                                                   ICipherProvider const & provider,
                                                   ErrorPtr * error) const {
-    vxcrypto::Key result;
     CipherPtr const cipher = provider.find_cipher(m_cipherId);
     if (!cipher) {
-        unknown_cipher(m_cipherId)
-            .create_transfer(error, error::vxattribute_value_secured_cipher_unknown,
-                             extract_location());
-        return result;
+        report_unknown_cipher(m_cipherId, error);
+        return vxcrypto::Key();
     }
-    // Nothing else refers to its bytes when it is wiped: the opened list and the reader end first.
-    vxcore::RefCountPtr<vxserialize::MemoryList> plaintext;
     try {
-        plaintext = wipeable_list(cipher->decrypt(key, m_annotation, m_ciphertext));
-        vxserialize::MemoryReader reader(plaintext);
-        result = impl::read_key_as_binary(reader);
+        // In this order: the opened list and the reader are gone when the plaintext is wiped.
+        impl::WipedList const plaintext =
+            wipeable(cipher->decrypt(key, m_annotation, m_ciphertext));
+        vxserialize::MemoryReader reader(plaintext.get());
+        return impl::read_key_as_binary(reader);
     } catch (std::exception const & e) {
-        if (plaintext) {
-            impl::wipe(*plaintext);
-        }
         if (error != nullptr) {
             *error = vxcore::ErrorInfo::from_exception(e, extract_location());
         }
         throw;
-    } catch (...) {
-        if (plaintext) {
-            impl::wipe(*plaintext);
-        }
-        throw;
     }
-    impl::wipe(*plaintext);
-    return result;
 }
 
 } // namespace vxattribute
