@@ -4,48 +4,92 @@
 #include "vxjson/document.h"
 #include "vxjson/text_writer.h"
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
-/// Values to and from JSON text, in one call; json_marshaler.h tells which JSON.
+/// Values to and from JSON text, in one call. json_marshaler.h says which JSON stands for which
+/// value; docs/guide/json.md shows examples.
 namespace vxattribute {
+
+/// How JSON text is read. The defaults take JSON as RFC 8259 has it, whatever its names.
+struct JsonReadOptions {
+    bool allow_reserved_names = true;  ///< takes names such as "class"
+    bool allow_comments = false;       ///< // to the end of the line, and /* */
+    bool allow_unquoted_names = false; ///< words of letters, digits, "_", "$" and bytes >= 0x80
+    bool allow_single_quotes = false;  ///< strings in ', and the escape \'
+    bool validate_utf8 = false;        ///< refuses ill-formed UTF-8; otherwise bytes pass unchanged
+    unsigned int max_depth = 256;      ///< objects and arrays that may be open at one time
+    vxuri::UriReference uri = {};      ///< origin of the text, for messages
+
+    /// The same options for `value_from_json`; the sizes that have no member here are the defaults
+    /// of `vxjson::Tokenizer::Options`.
+    VXATTRIBUTE_API operator vxjson::Document::Options() const;
+};
 
 /// How a value is laid out as text.
 struct JsonTextOptions {
     unsigned int indent = 0; ///< blanks per level, each value on its own line; 0: no blanks
 
-    /// Names in the order of their bytes, so that the same value gives the same text in every
-    /// process; else in map order, which differs. It costs a sort of each map. Maps within
+    /// Sorts names by their bytes, so that the same value gives the same text in every process.
+    /// Otherwise they are in map order, which differs. Costs a sort of each map. Maps within
     /// "vxserialize" stay in map order.
     bool sorted_names = false;
 
     bool ascii_only = false;      ///< escapes all from U+0080 on; raises on ill-formed UTF-8
-    unsigned int max_depth = 256; ///< objects and arrays that may be open at one moment
+    unsigned int max_depth = 256; ///< objects and arrays that may be open at one time
 };
 
-/// The value of a text that is one JSON document. Names such as "class" are taken.
+/// The value of a text that is one JSON document.
 ///
+///     value_from_json(text, JsonReadOptions{.max_depth = 1000})
+///
+/// @param options  A JsonReadOptions, or all that the tokenizer and the reader offer. Beware: a
+///                 default `vxjson::Document::Options` refuses reserved words as names.
 /// @raises error.vxjson.reader.tokenizer.syntaxError: the text is not JSON.
 /// @raises error.vxjson.reader: as `read_attribute_value`; more than one document.
-/// @raises error.vxjson.reader.unexpected.token: the text is a scalar, or a token stands where none
-///         of its kind may.
+/// @raises error.vxjson.reader.unexpected.token: the text is a scalar, or a token is in a place
+///         where none of its kind may be.
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text);
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text,
                                                vxjson::Document::Options const & options);
 
-/// The same over a stream, which is read to its end through a buffer.
+/// Reads a stream to its end, through a buffer; otherwise as above.
+///
+/// @raises error.vxjson.reader.tokenizer.stream: the stream failed; its failure is nested.
 VXATTRIBUTE_API AttributeValue value_from_json(vxcore::IReadStream & stream);
 VXATTRIBUTE_API AttributeValue value_from_json(vxcore::IReadStream & stream,
                                                vxjson::Document::Options const & options);
 
-/// The value as JSON text. A value that is not one of maps, nor an array, gives a text that
+namespace impl {
+
+/// Nothing converts to it, not even `{}`: the only list of it is the empty one.
+struct NoJsonOption {
+    NoJsonOption(NoJsonOption const &) = delete;
+};
+
+} // namespace impl
+
+/// `{}` as options means the defaults of JsonReadOptions.
+inline AttributeValue value_from_json(std::string_view text,
+                                      std::initializer_list<impl::NoJsonOption>) {
+    return value_from_json(text);
+}
+
+inline AttributeValue value_from_json(vxcore::IReadStream & stream,
+                                      std::initializer_list<impl::NoJsonOption>) {
+    return value_from_json(stream);
+}
+
+/// The value as JSON text. A value that is neither of maps nor an array gives a text that
 /// `value_from_json` refuses: put it into a map.
 ///
 /// @raises error.vxjson.writer.unexpected.container.begin: beyond `max_depth`.
+/// @cost   Depth takes memory and no stack.
 VXATTRIBUTE_API std::string value_to_json(AttributeValue const & value,
                                           JsonTextOptions const & options = {});
 
-/// The same to a target, through a buffer.
+/// Writes the same text to a target, through a buffer.
 VXATTRIBUTE_API void write_json(vxjson::TextWriter::ITextTarget & target,
                                 AttributeValue const & value, JsonTextOptions const & options = {});
 

@@ -60,6 +60,16 @@ TEST(JsonMarshaler, WholeTextsAreOneDocument) {
     }
 }
 
+TEST(JsonMarshaler, DefaultOptionsTakeEveryNameThatMapsHave) {
+    AttributeValue const word = make_map({{"class", 1}});
+    std::string const text = value_to_json(word);
+    vxtest::StringStream stream(text, false);
+    EXPECT_EQ(value_from_json(text, {}), word);
+    EXPECT_EQ(value_from_json(stream, {}), word);
+    EXPECT_EQ(value_from_json("{'class':1}", JsonReadOptions{.allow_single_quotes = true}), word);
+    EXPECT_THROW(value_from_json(text, vxjson::Document::Options()), vxcore::ErrorException);
+}
+
 TEST(JsonMarshaler, EveryTypeComesBackEqual) {
     AttributeValue const trap = make_map({{"vxserialize", "1"}, {"", make_map({{"", 2.5}})}});
     auto const check = [](AttributeValue const & value) {

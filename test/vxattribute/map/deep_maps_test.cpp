@@ -42,8 +42,8 @@ TEST(DeepMaps, NeedNoStack) {
             EXPECT_TRUE(merged_deep(map, other) ==
                         (shape == "1" ? nest({{"x", 1}, {"y", 2}}) : map));
             JsonTextOptions out;
-            vxjson::Document::Options in;
-            out.max_depth = in.tokenizer.max_depth = 400'001;
+            JsonReadOptions in;
+            out.max_depth = in.max_depth = 400'001;
             EXPECT_TRUE(value_from_json(value_to_json(map, out), in) == AttributeValue(map));
             AttributeNamePackage::Composer composer;
             collect_names(map, composer);

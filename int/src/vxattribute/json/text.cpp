@@ -6,13 +6,6 @@ namespace vxattribute {
 
 namespace {
 
-/// What we write may have any name but an empty one.
-vxjson::Document::Options default_options() {
-    vxjson::Document::Options options;
-    options.reader.allow_reserved_names = true;
-    return options;
-}
-
 AttributeValue read_only_value(vxjson::Reader & reader) {
     AttributeValue value = read_attribute_value(reader);
     if (reader.next_value()) {
@@ -37,8 +30,20 @@ vxjson::TextWriter::Options writer_options(JsonTextOptions const & options) {
 
 } // namespace
 
+JsonReadOptions::operator vxjson::Document::Options() const {
+    vxjson::Document::Options options;
+    options.tokenizer.allow_comments = allow_comments;
+    options.tokenizer.allow_unquoted_names = allow_unquoted_names;
+    options.tokenizer.allow_single_quotes = allow_single_quotes;
+    options.tokenizer.validate_utf8 = validate_utf8;
+    options.tokenizer.max_depth = max_depth;
+    options.tokenizer.uri = uri;
+    options.reader.allow_reserved_names = allow_reserved_names;
+    return options;
+}
+
 AttributeValue value_from_json(std::string_view text) {
-    return value_from_json(text, default_options());
+    return value_from_json(text, JsonReadOptions());
 }
 
 AttributeValue value_from_json(std::string_view text, vxjson::Document::Options const & options) {
@@ -47,7 +52,7 @@ AttributeValue value_from_json(std::string_view text, vxjson::Document::Options 
 }
 
 AttributeValue value_from_json(vxcore::IReadStream & stream) {
-    return value_from_json(stream, default_options());
+    return value_from_json(stream, JsonReadOptions());
 }
 
 AttributeValue value_from_json(vxcore::IReadStream & stream,
