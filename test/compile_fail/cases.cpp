@@ -41,5 +41,7 @@ void cases(AttributeMap map, vxserialize::MemoryWriter writer) {
     *package->begin() = "y";
 #elif defined(VX_CASE_DROPPED_AUTHENTICATION)
     SecuredValue().authenticate(vxcrypto::Key());
+#elif defined(VX_CASE_SORTED_TEMPORARY)
+    (void)sorted_by_name(AttributeMap(map));
 #endif
 }

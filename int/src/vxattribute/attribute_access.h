@@ -5,9 +5,9 @@
 
 /// Typed access to the elements of a map, with messages that name the attribute.
 ///
-/// `T` is an element type; any other does not compile. References and pointers hold until the map
-/// is changed or destroyed. Make names once and reuse them: a name made for each call costs more
-/// than the look-up.
+/// `T` is an element type; any other does not compile. Each call is one lookup. References,
+/// pointers and spans hold until the map is changed or destroyed, so do not take them from a
+/// temporary map. Make names once and reuse them: making one costs more than the lookup.
 ///
 ///     static AttributeName const port("port");
 ///     long long const number = get_or<long long>(settings, port, 8080);
@@ -15,7 +15,7 @@ namespace vxattribute {
 
 namespace impl {
 
-/// Opens the checks that maps keep for accessors.
+/// Gives the functions below access to the protected checks of maps.
 class MapAccess : AttributeMapBase {
   public:
     using AttributeMapBase::check_attribute_of_type;
@@ -27,7 +27,7 @@ class MapAccess : AttributeMapBase {
 
 } // namespace impl
 
-/// The one element of that name.
+/// The one element of that name. The other three differ in what an absent name means.
 ///
 /// @raises error.vxattribute.map.attributeNotFound: the name is absent.
 /// @raises error.vxattribute.value.type.mismatch: the value is of another type.
@@ -42,8 +42,11 @@ T const & get(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName c
     return value->get<T>();
 }
 
-/// As `get`, but an absent name gives `defaultValue`. A value that is there is checked all the
-/// same.
+/// The one element of that name, or `defaultValue` when the name is absent. A value that is present
+/// is checked as by `get`; null and empty values do not mean the default.
+///
+/// @return A copy.
+/// @raises As `get`, apart from attributeNotFound.
 template <impl::ElementType T>
 T get_or(AttributeMapBase const & map, AttributeName const & name, T defaultValue) {
     AttributeValue const * const value = map.query_ptr(name);
@@ -54,9 +57,9 @@ T get_or(AttributeMapBase const & map, AttributeName const & name, T defaultValu
     return value->get<T>();
 }
 
-/// The one element of that name; null when the name is absent or its value empty.
+/// The one element of that name; a null pointer when the name is absent or its value is empty.
 ///
-/// @raises error.vxattribute.value.type.mismatch: the value is of another type; null is another.
+/// @raises error.vxattribute.value.type.mismatch: the value is of another type, null included.
 /// @raises error.vxattribute.value.cardinality.expectSingle: several elements.
 template <impl::ElementType T>
 T const * find(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName const & name) {
@@ -72,9 +75,9 @@ T const * find(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName 
     return value->begin<T>();
 }
 
-/// All elements of that name, none when it is absent.
+/// All elements of that name; none when the name is absent or its value is empty.
 ///
-/// @raises error.vxattribute.value.type.mismatch: the value is of another type; null is another.
+/// @raises error.vxattribute.value.type.mismatch: the value is of another type, null included.
 template <impl::ElementType T>
 std::span<T const> get_list(AttributeMapBase const & map VXCORE_LIFETIMEBOUND,
                             AttributeName const & name) {

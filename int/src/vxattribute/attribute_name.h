@@ -15,14 +15,18 @@
 
 namespace vxattribute {
 
-/// The name of an attribute: a handle on an interned string.
+/// The name of an attribute: a handle on an interned string. Names of equal characters share one
+/// token for as long as any of them lives.
 ///
-/// Equality and order go by the address of the token and never touch the characters. The order is
-/// total for as long as the names live; it is not alphabetical and means nothing to another
+/// Order. Equality and order compare the addresses of the tokens and never touch the characters.
+/// The order is total while the names live. It is not alphabetical and means nothing to another
 /// process.
 ///
 /// Cost. Making a name from characters hashes them and takes a lock: make the names you use once,
-/// as statics, and pass those. Everything else is one pointer; a copy is one atomic count.
+/// as statics, and pass those. Everything else handles one pointer; a copy is one atomic count.
+///
+/// Threads. Names may be made, copied and dropped in any thread. One object: many readers or one
+/// writer.
 ///
 ///     static AttributeName const port("port");
 ///     map.add(port, 8080);
@@ -31,27 +35,35 @@ class VXATTRIBUTE_API AttributeName {
     /// The empty name.
     constexpr AttributeName() noexcept = default;
 
+    /// The name of these characters. Any bytes are allowed.
+    ///
+    /// @param text  Ends with a null character; a null pointer literal does not compile.
+    /// @raises std::length_error: beyond 2^32 - 1 bytes. So do all that take characters.
     AttributeName(char const * text) : m_key(std::string_view(text)) {}
 
     AttributeName(std::nullptr_t) = delete;
 
+    /// @param size  In bytes.
     AttributeName(char const * data, unsigned int size) : m_key(std::string_view(data, size)) {}
 
     AttributeName(std::string_view text) : m_key(text) {}
 
     AttributeName(std::string const & text) : m_key(text) {}
 
+    /// Takes the key over.
     AttributeName(vxcore::StringKey key) noexcept : m_key(std::move(key)) {}
 
+    /// A copy shares the token. A source that was moved from is the empty name.
     AttributeName(AttributeName const &) noexcept = default;
     AttributeName(AttributeName &&) noexcept = default;
 
+    /// Takes the name over and leaves the empty one.
     AttributeName(vxcore::TransferSource<AttributeName> source) noexcept
         : m_key(std::move(source.get().m_key)) {}
 
     /// A copy of the name that the instance holds.
     ///
-    /// @raises error.vxcore.destroyed: the instance has ended. So do all forms with an instance.
+    /// @raises error.vxcore.destroyed: the instance was destroyed. So do all forms that take one.
     AttributeName(vxcore::StaticInstance<AttributeName> const & instance)
         : AttributeName(instance.get()) {}
 
@@ -60,6 +72,7 @@ class VXATTRIBUTE_API AttributeName {
 
     ~AttributeName() = default;
 
+    /// Replaces the name; it does not raise, apart from the forms with an instance.
     AttributeName & operator=(AttributeName other) noexcept {
         swap(other);
         return *this;
@@ -73,13 +86,19 @@ class VXATTRIBUTE_API AttributeName {
         return *this = instance.get();
     }
 
-    /// Looks a text up without interning it: names that strangers send leave no trace.
+    /// Looks a text up without interning it, so that names from untrusted input take no memory.
     ///
-    /// @return false when no such name is alive, so that no map can hold it; `name` is unchanged.
+    /// @return true when the name is alive, and then `name` is that name. When false, `name` is
+    ///         unchanged and no map holds such a name. The empty name is always alive.
+    /// @cost   As making a name: one hash of the characters and a lock.
     static bool find_interned(std::string_view text, AttributeName & name) noexcept {
         return vxcore::StringKey::find_interned(text, name.m_key);
     }
 
+    /// The interned string, its characters and their number in bytes.
+    ///
+    /// @keeps  The reference to the key holds until this object is changed or destroyed; characters
+    ///         hold while any name or key of them lives.
     vxcore::StringKey const & key() const noexcept VXCORE_LIFETIMEBOUND { return m_key; }
 
     std::string const & value() const noexcept VXCORE_LIFETIMEBOUND { return m_key.value(); }
@@ -88,25 +107,37 @@ class VXATTRIBUTE_API AttributeName {
 
     unsigned int size() const noexcept { return static_cast<unsigned int>(value().size()); }
 
+    /// True for the name without characters.
     bool empty() const noexcept { return m_key.key_value() == nullptr; }
 
+    /// Makes it the empty name.
     void clear() noexcept { m_key.clear(); }
 
+    /// Exchanges the tokens.
     void swap(AttributeName & other) noexcept { m_key.swap(other.m_key); }
 
+    /// Offers the name to a constructor or assignment that takes it over.
+    ///
+    /// @keeps  The source refers to this object.
     vxcore::TransferSource<AttributeName> transfer() noexcept {
         return vxcore::TransferSource<AttributeName>(*this);
     }
 
+    /// The hash of the characters, stored with them: O(1). It involves a secret of the process, so
+    /// it differs from run to run. 0 for the empty name.
     unsigned int hash() const noexcept { return m_key.hash(); }
 
-    /// Reads the name as one string, or as the decoder does. When that raises, the name stays.
+    /// Reads the name as one string, or as the decoder does.
+    ///
+    /// @raises What reader and decoder raise; the name is then as it was.
     void read(vxserialize::Reader & reader);
     void read(vxserialize::Reader & reader, IAttributeNameDecoder & decoder);
 
+    /// Writes the name as one string, or as the encoder does.
     void write(vxserialize::Writer & writer) const;
     void write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const;
 
+    /// By the address of the token: one comparison of pointers each.
     friend bool operator==(AttributeName const & a, AttributeName const & b) noexcept {
         return a.m_key == b.m_key;
     }
@@ -127,6 +158,7 @@ class VXATTRIBUTE_API AttributeName {
         return !(a < b);
     }
 
+    /// `read` and `write` as operators.
     friend vxserialize::Reader & operator>>(vxserialize::Reader & reader, AttributeName & name) {
         name.read(reader);
         return reader;
@@ -138,7 +170,7 @@ class VXATTRIBUTE_API AttributeName {
         return writer;
     }
 
-    /// Inserts the characters as any string is inserted.
+    /// Inserts the characters with the width and fill of the stream, as a string.
     friend VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream,
                                                      AttributeName const & name);
 
@@ -146,10 +178,13 @@ class VXATTRIBUTE_API AttributeName {
     vxcore::StringKey m_key;
 };
 
-/// The comparisons against a static instance, without a copy of its name.
+/// The name of a static instance, which may be constant.
 template <typename Name>
 concept StaticName = std::is_same_v<Name const, AttributeName const>;
 
+/// Comparisons with a static instance, without a copy of its name.
+///
+/// @raises error.vxcore.destroyed: the instance was destroyed.
 template <StaticName Name>
 bool operator==(AttributeName const & a, vxcore::StaticInstance<Name> const & b) {
     return a == b.get();
@@ -177,7 +212,7 @@ bool operator>=(AttributeName const & a, vxcore::StaticInstance<Name> const & b)
 
 } // namespace vxattribute
 
-/// Names may be keys of hashed containers. Values may not: +0.0 equals -0.0 and hashes apart.
+/// Names may be keys of hashed containers. Values may not: +0.0 equals -0.0 with another hash.
 template <>
 struct std::hash<vxattribute::AttributeName> {
     std::size_t operator()(vxattribute::AttributeName const & name) const noexcept {

@@ -14,7 +14,7 @@ namespace impl {
 template <typename T, typename... Types>
 inline constexpr bool is_one_of = (std::same_as<T, Types> || ...);
 
-/// What a configured value can be read into.
+/// The types that a configured value can be read into.
 template <typename T>
 concept Convertible =
     is_one_of<T, bool, char, signed char, unsigned char, short, unsigned short, int, unsigned int,
@@ -26,44 +26,48 @@ concept Convertible =
 
 /// A view of a configured value for reading it into a variable of an ordinary type.
 ///
-/// The value is taken in its proper type, or as a String that is parsed: files and command lines
-/// give texts. There is no other way between types: an Integer is not a double. The value must be a
-/// scalar; an empty one gives the default, an empty String a text that is parsed like any other.
+///     unsigned short port = 0;
+///     ConvertableValue(config.query("port")).assign_to(port);   // from 8080 or "8080"
+///
+/// The value has the type of the variable, or it is a String that is parsed, since files and
+/// command lines hold texts. There are no other conversions: an Integer does not convert to double.
+/// The value must be a scalar. A typed value without elements is read as the default of its type;
+/// for a String that is the empty text, which is parsed like any other.
 ///
 /// Texts: bool as `vxcore::impl::string_to_bool` reads it, numbers in decimal with an optional
 /// sign and nothing around them, Uuid and times in their text forms, any text as a reference.
 ///
-/// Refers to the value and is used only while that lives and is not changed.
+/// It refers to the value: use it only while the value lives and is not changed.
 ///
-/// Errors, of all conversions; the target is as it was then.
-/// - error.vxattribute.value.type.mismatch: of another type, for integers and strings.
-/// - error.vxattribute.query.typeConversion: of another type, for all else.
+/// Errors, of all conversions; the target is then as it was.
+/// - error.vxattribute.value.type.mismatch: a value of another type, for integers and strings.
+/// - error.vxattribute.query.typeConversion: a value of another type, for all other variables.
 /// - error.vxattribute.value.cardinality.expectSingle: several elements.
-/// - error.vxcore.conversion: the text is no such thing, or out of range.
+/// - error.vxcore.conversion: the text is not of that form, or out of range.
 /// - error.vxcore.conversion.truncated: the integer does not fit.
 class VXATTRIBUTE_API ConvertableValue {
   public:
+    /// A view of `value`.
     explicit ConvertableValue(AttributeValue const & value VXCORE_LIFETIMEBOUND) noexcept
         : m_value(&value) {}
 
-    /// The value as `T`. A `char` is a number from -128 to 127 on every platform.
+    /// The value as `T`. A `char` is read as a number from -128 to 127 on every platform.
     template <impl::Convertible T>
     T convert_to() const;
 
-    /// Puts the value into `target`.
-    ///
-    /// @return `target`
+    /// Stores the value in `target` and returns `target`.
     template <impl::Convertible T>
     T & assign_to(T & target) const {
-        // A temporary first: g++ 12 takes the result of a call for stored even when the call
-        // raises, and drops what the caller's local variable held before.
+        // By way of a local variable: g++ 12 assumes that the result of a call is stored even when
+        // the call raises, and drops what the caller's variable held before.
         T result = convert_to<T>();
         return target = static_cast<T &&>(result);
     }
 
-    /// For conversions that have no way from the type of `value` to `type`.
+    /// Raises the failure of a conversion that does not exist, for conversions of one's own.
     ///
-    /// @param info  What else there is to say; may be empty.
+    /// @param type  The type of the variable.
+    /// @param info  Further text for the message; may be empty.
     /// @raises error.vxattribute.query.typeConversion
     [[noreturn]] static void throw_no_conversion(AttributeValue const & value,
                                                  std::type_info const & type,

@@ -7,15 +7,19 @@
 
 namespace vxattribute::impl {
 
-/// Gives out nodes of one size from runs that it owns, and takes them back for reuse.
+/// Allocates nodes of one size from runs of memory that it owns, and reuses nodes that are freed.
 ///
-/// Nodes of one map lie side by side in the order in which they were made, which spares a walk over
-/// the map most of its cache misses. The runs go with the arena.
+/// Nodes of one map are side by side in the order in which they were made, which spares a walk over
+/// the map most of its cache misses. Runs start at 2 nodes and double up to 256. They are freed
+/// with the arena, not with their nodes.
+///
+/// Threads. Belongs to one holder, which is written by one thread at a time.
 class MapNodeArena {
   public:
+    /// Empty; the first node takes the first run.
     MapNodeArena() noexcept = default;
 
-    /// For `count` nodes to come.
+    /// Makes its first run for `count` nodes.
     explicit MapNodeArena(std::size_t count) noexcept { expect(count); }
 
     MapNodeArena(MapNodeArena const &) = delete;
@@ -23,6 +27,11 @@ class MapNodeArena {
 
     ~MapNodeArena() { release_runs(); }
 
+    /// Memory for a node of `size` bytes: a freed node, the next place of the run, or a new run.
+    ///
+    /// @param size  In bytes, the same in all calls, at least a pointer and a multiple of its
+    ///              alignment.
+    /// @raises std::bad_alloc: no memory for a run; the arena is as it was.
     void * allocate(std::size_t size) {
         if (m_free != nullptr) {
             Node * const node = m_free;
@@ -37,16 +46,19 @@ class MapNodeArena {
         return node;
     }
 
+    /// Keeps the memory of a node that `allocate` returned for the next one.
     void free(void * node) noexcept { m_free = ::new (node) Node{m_free}; }
 
-    /// Says that `count` nodes are to come: the next run is made for just as many.
+    /// Announces `count` nodes: the next run is made for exactly as many. 0 changes nothing.
     void expect(std::size_t count) noexcept {
         if (count != 0) {
             m_runNodes = count;
         }
     }
 
-    /// Gives all memory back. No node may be in use.
+    /// Frees all runs.
+    ///
+    /// @pre  No node is in use.
     void release_runs() noexcept {
         while (m_runs != nullptr) {
             Node * const run = m_runs;
@@ -59,14 +71,15 @@ class MapNodeArena {
     }
 
   private:
-    static constexpr std::size_t first_run = 2;
-    static constexpr std::size_t max_run = 256;
+    static constexpr std::size_t first_run = 2; // nodes
+    static constexpr std::size_t max_run = 256; // nodes
 
-    /// A spent node, or the head of a run.
+    /// A freed node, or the head of a run: both are in a list.
     struct Node {
         Node * next;
     };
 
+    /// Bytes before the first node of a run, which keep its alignment.
     static constexpr std::size_t head_size = alignof(std::max_align_t);
 
     void add_run(std::size_t size) {
@@ -77,36 +90,44 @@ class MapNodeArena {
         m_runNodes = m_runNodes < max_run / 2 ? 2 * m_runNodes : max_run;
     }
 
-    Node * m_free = nullptr;
-    Node * m_runs = nullptr;
-    char * m_next = nullptr;
-    char * m_end = nullptr;
-    std::size_t m_runNodes = first_run;
+    Node * m_free = nullptr;            // nodes for reuse
+    Node * m_runs = nullptr;            // all runs, the newest first
+    char * m_next = nullptr;            // the first unused node of the newest run
+    char * m_end = nullptr;             // of the newest run
+    std::size_t m_runNodes = first_run; // of the next run
 };
 
-/// The allocator of a map's tree: takes nodes from an arena, or from the heap without one.
+/// The allocator of a map's tree: takes nodes from an arena, or from the heap when it has none.
+///
+/// The arena must outlive the tree. Allocators of one arena are equal, so trees that share an arena
+/// can exchange nodes.
 template <typename T>
 class MapNodeAllocator {
   public:
     using value_type = T;
 
+    /// Without an arena: each node is an allocation of its own.
     MapNodeAllocator() noexcept = default;
 
+    /// @param arena  Is not owned; null means none.
     explicit MapNodeAllocator(MapNodeArena * arena) noexcept : m_arena(arena) {}
 
+    /// The same arena for nodes of another type, as containers ask for.
     template <typename U>
     MapNodeAllocator(MapNodeAllocator<U> const & other) noexcept : m_arena(other.arena()) {}
 
-    /// A copy of a tree does not draw on the arena of its source, which may die first.
+    /// A copied tree does not use the arena of its source, which may be destroyed first.
     MapNodeAllocator select_on_container_copy_construction() const noexcept {
         return MapNodeAllocator();
     }
 
+    /// Memory for one node; a tree never asks for more at once.
     T * allocate(std::size_t) {
         return static_cast<T *>(m_arena != nullptr ? m_arena->allocate(sizeof(T))
                                                    : ::operator new(sizeof(T)));
     }
 
+    /// Gives the memory of one node back.
     void deallocate(T * node, std::size_t) noexcept {
         if (m_arena != nullptr) {
             m_arena->free(node);
@@ -115,6 +136,7 @@ class MapNodeAllocator {
         }
     }
 
+    /// Null when there is none.
     MapNodeArena * arena() const noexcept { return m_arena; }
 
     template <typename U>

@@ -6,27 +6,33 @@
 #include <string_view>
 #include <vector>
 
-/// The place of a value in nested maps, as a text of names with slashes between them, such as
+/// Paths to values in nested maps: names with slashes between them, such as
 /// "server/limits/connections". Where a name holds several maps, the next step is the index of one
-/// of them, from 0: "records/3/name". In a name, "~1" stands for a slash and "~0" for a tilde (as
-/// in RFC 6901, whose leading slash is not written here).
+/// of them, from 0: "records/3/name". In a name, "~1" means a slash and "~0" a tilde, as in RFC
+/// 6901, but without its leading slash. The empty path is the name without characters.
 namespace vxattribute {
 
-/// The value at `path`; null when there is none. The empty path is the name without characters.
+/// The value at `path`; a null pointer when there is none.
 ///
-/// @cost  One look-up for each step; names that are not known are not made.
-/// @keeps As the map's own look-ups: until it is changed or destroyed.
+///     if (AttributeValue const * const limit = find_path(config, "server/limits/connections")) {
+///         use(limit->get<long long>());
+///     }
+///
+/// @cost  One lookup for each step. Names that are not interned yet are not interned.
+/// @keeps As the map's own lookups: until it is changed or destroyed.
 VXATTRIBUTE_API AttributeValue const * find_path(AttributeMapBase const & map VXCORE_LIFETIMEBOUND,
                                                  std::string_view path);
 
-/// Sets the value at `path`; maps on the way that are not there are made.
+/// Sets the value at `path` and creates the maps on the way that are absent.
 ///
-/// @raises error.vxattribute.map.attributeNotFound: a step leads through a value that is not a map
-///         or to an index that is not there, or has more than 256 steps; the map is as it was.
+/// @cost   A lookup and a change in each map on the way; those that are shared are cloned, O(size)
+///         each.
+/// @raises error.vxattribute.map.attributeNotFound: a step leads through a value that is not a map,
+///         an index is out of range, or the path has more than 256 steps. The map is as it was.
 VXATTRIBUTE_API void set_path(MutableAttributeMap & map, std::string_view path,
                               AttributeValue value);
 
-/// One step of a path: the name with its slashes and tildes written as they must be.
+/// A name as one step of a path, with its slashes and tildes escaped.
 VXATTRIBUTE_API std::string path_step(std::string_view name);
 
 } // namespace vxattribute

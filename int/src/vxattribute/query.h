@@ -10,12 +10,12 @@
 
 namespace vxattribute {
 
-/// A question to a configuration: the value of one setting that may go by several names and must
-/// have so many elements.
+/// A query for one setting of a configuration: its names, and how many elements its value must
+/// have.
 ///
-/// Set up once, with ready names, and run as often as you like. Every failure names the setting and
-/// shows the configuration that was searched, cut only by the limits of `defaultTraceFormatter` and
-/// at `max_trace_depth`.
+/// Make it once, with ready names, and run it as often as needed. Every failure names the setting
+/// and shows the configuration that was searched, cut only by the limits of `defaultTraceFormatter`
+/// and at `max_trace_depth`.
 ///
 ///     static Query const port = Query("port").alternate("listen").required(true).scalar(true);
 ///     unsigned short number = 8080;
@@ -23,41 +23,45 @@ namespace vxattribute {
 ///         return found.value().assign_to(number) != 0;
 ///     }, nullptr);
 ///
-/// Cost. A query that is answered allocates nothing but what a copy of the value needs: one tree
-/// search for each name that is tried.
+/// Cost. One tree search for each name that is tried. A query that succeeds allocates only what a
+/// copy of the value needs; one that fails renders the configuration.
 ///
-/// Threads. A query that nobody changes may be run from any number of threads.
+/// Threads. A query that is not being changed may be run from any number of threads.
 ///
-/// Errors. All codes lie below error.vxattribute.query and carry the parameter `name`. A function
-/// with an `error` argument stores the failure there and gives a default attribute; with a null
-/// argument it raises. On success `*error` is not touched.
+/// Errors. All codes are below error.vxattribute.query and carry the parameter `name`. A function
+/// with an `error` argument stores the failure there and returns a default attribute; when the
+/// argument is null, it raises. A success leaves `*error` alone.
 class VXATTRIBUTE_API Query {
   public:
     class MatchContext;
     using ErrorPtr = vxcore::ErrorInfo::Ptr;
 
-    /// As `max_count`: a limit like any other, so that not even this admits 65536 elements.
+    /// No limit as `max_count`, up to 65,535 elements: a value with more of them exceeds it too.
     static constexpr unsigned short noMaximum = 0xFFFF;
 
-    /// @param min_count  Fewest elements; 0 means that the setting may be absent.
-    /// @param max_count  Most elements.
+    /// A setting of one name.
+    ///
+    /// @param min_count  The fewest elements allowed; 0 means that the setting may be absent.
+    /// @param max_count  The most elements allowed.
     explicit Query(AttributeName const & name, unsigned short min_count = 0,
                    unsigned short max_count = noMaximum);
 
-    /// Several names, tried in this order. None at all finds nothing.
+    /// A setting of several names, tried in this order. Without names, nothing is found.
     explicit Query(std::vector<AttributeName> names, unsigned short min_count = 0,
                    unsigned short max_count = noMaximum) noexcept
         : m_names(std::move(names)), m_minCount(min_count), m_maxCount(max_count) {}
 
-    /// Adds a name that is tried behind those that are there.
-    Query & alternate(AttributeName const & name);
+    /// Adds a name that is tried after the present ones. Returns this query, as the next two.
+    Query & alternate(AttributeName const & name) VXCORE_LIFETIMEBOUND;
 
-    /// Sets the fewest elements to 1 or 0.
-    Query & required(bool isRequired) noexcept;
+    /// Sets `min_count` to 1 or 0.
+    Query & required(bool isRequired) noexcept VXCORE_LIFETIMEBOUND;
 
-    /// Sets the most elements to 1 or `noMaximum`.
-    Query & scalar(bool isScalar) noexcept;
+    /// Sets `max_count` to 1 or `noMaximum`.
+    Query & scalar(bool isScalar) noexcept VXCORE_LIFETIMEBOUND;
 
+    /// The names in search order, and the limits. The reference holds until the query is changed or
+    /// destroyed.
     std::vector<AttributeName> const & names() const noexcept VXCORE_LIFETIMEBOUND {
         return m_names;
     }
@@ -66,45 +70,48 @@ class VXATTRIBUTE_API Query {
 
     unsigned short max_count() const noexcept { return m_maxCount; }
 
-    /// The setting under the first of the names that is there; the value is shared. A name that is
-    /// there with null counts as found, with no elements.
+    /// The setting: the first of the names that the configuration has, with a copy of its value. A
+    /// name with the null value counts as found, with no elements.
     ///
-    /// @return the default attribute, whose name is empty, for a setting that may be absent and is.
-    /// @raises error.vxattribute.query.notFound, .tooMany, .tooFew, when `error` is null.
+    /// @return A default attribute, whose name is empty, when the setting may be absent and is.
+    /// @raises error.vxattribute.query.notFound: none of the names is present. .tooMany, .tooFew:
+    ///         more elements than `max_count`, fewer than `min_count`. Only when `error` is null.
     Attribute execute(AttributeMapBase const & config, ErrorPtr * error) const;
 
-    /// The same, and then asks `matcher` about the value found. It is called with a
-    /// `MatchContext const &` and gives true when the value is good; it may raise instead of giving
-    /// false, and its exception then becomes the nested failure. It is not called for an absent
-    /// setting. Nor is it called for a setting under the empty name, which no failure could name:
-    /// its elements are counted, and the setting is returned as found.
+    /// The same, and then calls `matcher` for the value found.
     ///
-    /// @raises error.vxattribute.query.badValue: the matcher did not accept the value, unless the
-    ///         matcher's own failure already says which setting is to blame.
+    /// It is not called for an absent setting, nor for a setting under the empty name, which no
+    /// failure could name: such a setting is returned when its number of elements is right.
+    ///
+    /// @param matcher  Is called with a `MatchContext const &` and returns whether the value is
+    /// good.
+    ///                 It may raise instead; its exception then becomes the nested failure.
+    /// @raises error.vxattribute.query.badValue: the matcher did not accept the value. A failure of
+    ///         the matcher that already names a setting is passed on instead.
     template <typename Matcher>
     Attribute execute(AttributeMapBase const & config, Matcher && matcher, ErrorPtr * error) const;
 
-    /// The name of the setting that failed a query: the parameter `name` of the first link of the
-    /// chain that is a query failure and has one. The empty string when there is none.
+    /// The name of the setting that failed a query: the parameter `name` of the first failure in
+    /// the chain of `error` that is of a query and has one. The empty string when there is none.
     ///
-    /// @keeps The reference holds as long as the chain of `error` lives.
+    /// @keeps The reference holds while the chain of `error` lives.
     static std::string const & bad_attribute_name(ErrorPtr const & error VXCORE_LIFETIMEBOUND);
 
   private:
     Attribute query_impl(AttributeMapBase const & config) const;
 
     /// What to report when a matcher did not accept `attribute`: `nested` itself when it already
-    /// names a setting, or when there is no name to add; else a new failure around it. Made, not
-    /// raised.
+    /// names a setting, or when there is no name to add; otherwise a new failure around it. It is
+    /// returned, not raised.
     static ErrorPtr invalid_value_error(Attribute const & attribute,
                                         AttributeMapBase const & config,
                                         vxcore::SourceLocation const & location, ErrorPtr nested);
 
-    /// Reports through `invalid_value_error`, to `*error` or by raising.
+    /// Stores what `invalid_value_error` returns in `*error`, or raises it when `error` is null.
     static Attribute reject(Attribute const & attribute, AttributeMapBase const & config,
                             ErrorPtr nested, ErrorPtr * error);
 
-    /// The failure that `e` carries or becomes.
+    /// `e` as a failure, at the place of `execute`.
     static ErrorPtr info_of(std::exception const & e);
 
     std::vector<AttributeName> m_names;
@@ -112,22 +119,26 @@ class VXATTRIBUTE_API Query {
     unsigned short m_maxCount;
 };
 
-/// What a matcher looks at. Refers to objects that live for the call only.
+/// What a matcher is called with. It refers to objects that live for the duration of the call, so
+/// neither it nor its references may be kept.
 class VXATTRIBUTE_API Query::MatchContext {
   public:
+    /// Keeps references to all three.
     MatchContext(Attribute const & attribute VXCORE_LIFETIMEBOUND,
                  AttributeMapBase const & configuration VXCORE_LIFETIMEBOUND,
                  Query const & query VXCORE_LIFETIMEBOUND) noexcept
         : m_attribute(attribute), m_configuration(configuration), m_query(query) {}
 
-    /// The name that was found, which need not be the first of the query.
+    /// The name that was found, which is not always the first of the query.
     AttributeName const & name() const noexcept { return m_attribute.name(); }
 
+    /// The value that was found.
     AttributeValue const & attribute_value() const noexcept { return m_attribute.value(); }
 
-    /// The value, for reading it into an ordinary variable.
+    /// The same value, for reading it into an ordinary variable.
     ConvertableValue value() const noexcept { return ConvertableValue(m_attribute.value()); }
 
+    /// The map that was searched, and the query.
     AttributeMapBase const & configuration() const noexcept { return m_configuration; }
 
     Query const & query() const noexcept { return m_query; }

@@ -6,11 +6,14 @@
 
 namespace vxattribute {
 
-/// A copy of a map for messages and traces: the values of all those names, at every depth, are the
-/// String "(redacted)". Attributes inside lists of maps are found too.
+/// A copy of a map for messages and traces, in which the values of all those names are the String
+/// "(redacted)". The names are looked for at every depth, in lists of maps too.
 ///
-/// @cost  Maps that hold none of the names are shared with the original. Memory and no stack for
-///        each level.
+///     AttributeName const secrets[] = {"password", "token"};
+///     log(to_text(redacted(config, secrets)));
+///
+/// @cost  O(content): one lookup in a hash table for each element. Maps that hold none of the names
+///        are shared with the original. Each level takes memory and no stack.
 VXATTRIBUTE_API AttributeMap redacted(AttributeMapBase const & map,
                                       std::span<AttributeName const> names);
 

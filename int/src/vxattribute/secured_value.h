@@ -20,11 +20,13 @@ namespace vxattribute {
 /// The element type of Secured values: one attribute value, or one key, in encrypted and
 /// authenticated form.
 ///
-/// It may be carried, stored, compared and shown without any key. In clear text it says which
-/// cipher sealed it, which key did, and a free annotation, which is authenticated with the data;
-/// cipher id and key id are not. Who opens values that strangers may have written passes
-/// `strict_cipher_provider()`: with the default provider such a value may name the "NULL" cipher,
-/// and then only the demand for an empty key stands in its way. docs/guide/security.md tells more.
+/// It may be carried, stored, compared and shown without any key. Three parts are in clear text:
+/// the id of the cipher, the id of the key and a free annotation. The annotation is authenticated
+/// together with the data; cipher id and key id are not.
+///
+/// Pass `strict_cipher_provider()` to open values from untrusted sources. With the default provider
+/// such a value may name the "NULL" cipher, which accepts anything under an empty key. See
+/// docs/guide/security.md.
 ///
 ///     vxcrypto::Key const key(bytes, 16);
 ///     SecuredValue const sealed(AttributeValue("secret"), "login", {"disk", keyUuid}, key,
@@ -32,43 +34,61 @@ namespace vxattribute {
 ///     AttributeValue const opened =
 ///         sealed.extract(key, SecuredValue::strict_cipher_provider(), nullptr);
 ///
-/// The sealed bytes are shared between copies and never changed. A copy costs three strings and a
-/// count. Every sealing has a nonce of its own, so two sealings of one value are never equal.
+/// Cost. The sealed bytes are shared between copies and never changed; a copy costs three strings
+/// and one atomic count. The EAX ciphers add 32 bytes to the marshaled value. Every sealing has a
+/// nonce of its own, so two sealings of one value are never equal.
 ///
-/// Threads. As other values: separate objects may be used from separate threads.
+/// Threads. Separate objects may be used from separate threads. One object: many readers or one
+/// writer.
+///
+/// Errors. After any failure of a member the value is as it was.
 class VXATTRIBUTE_API SecuredValue {
   public:
     class KeyId;
     class ICipher;
     class ICipherProvider;
+    /// Sealed or opened bytes; null counts as none.
     using Ciphertext = vxcore::RefCountPtr<vxserialize::MemoryList const>;
+    /// A cipher, and what keeps it alive; nothing for those of this library.
     using Owner = vxcore::RefCountPtr<vxcore::RefCounted<vxcore::AtomicRefCount> const>;
     using CipherPtr = vxcore::InterfacePtr<ICipher const, Owner>;
+    /// A failure that is reported instead of raised.
     using ErrorPtr = vxcore::RefCountPtr<vxcore::ErrorInfo const>;
 
-    /// The key that sealed a value, by a category and an id in it. The library gives it no meaning.
+    /// Which key sealed a value: a category and an id within it. The library only stores and
+    /// compares it.
     class VXATTRIBUTE_API KeyId {
       public:
+        /// No category and the nil id, or the given parts.
         KeyId() = default;
 
         KeyId(std::string category, vxcore::Uuid const & instance_id) noexcept
             : m_category(std::move(category)), m_instanceId(instance_id) {}
 
+        /// Reads what `write` wrote.
         explicit KeyId(vxserialize::Reader & reader) { read(reader); }
 
-        std::string const & category() const noexcept { return m_category; }
+        /// The parts; the references hold until the id is changed or destroyed.
+        std::string const & category() const noexcept VXCORE_LIFETIMEBOUND { return m_category; }
 
-        vxcore::Uuid const & instance_id() const noexcept { return m_instanceId; }
+        vxcore::Uuid const & instance_id() const noexcept VXCORE_LIFETIMEBOUND {
+            return m_instanceId;
+        }
 
+        /// Makes it the default id.
         void clear() noexcept { KeyId().swap(*this); }
 
+        /// Exchanges both parts.
         void swap(KeyId & other) noexcept;
+
+        /// Equal ids have equal hashes. O(size of the category).
         unsigned int hash() const noexcept;
 
-        /// When that raises, the id is as it was.
+        /// A record of the category and the instance id. When reading raises, the id is as it was.
         void read(vxserialize::Reader & reader);
         void write(vxserialize::Writer & writer) const;
 
+        /// Both parts equal.
         [[nodiscard]] friend bool operator==(KeyId const & a, KeyId const & b) noexcept {
             return a.m_instanceId == b.m_instanceId && a.m_category == b.m_category;
         }
@@ -96,39 +116,46 @@ class VXATTRIBUTE_API SecuredValue {
         vxcore::Uuid m_instanceId;
     };
 
-    /// AES-EAX with a key of 16 bytes.
+    /// "EAX_AES128": AES-EAX with a key of 16 bytes.
     static ICipher const & default_cipher() noexcept;
 
-    /// Knows "EAX_AES128", "EAX_AES256" and "NULL", which does nothing and wants an empty key.
+    /// Knows "EAX_AES128", "EAX_AES256" and "NULL", which seals nothing and takes an empty key
+    /// only.
     static ICipherProvider const & default_cipher_provider() noexcept;
 
-    /// Knows "EAX_AES128" and "EAX_AES256": what it opens was sealed with the key.
+    /// Knows "EAX_AES128" and "EAX_AES256": what opens with it was sealed with the key.
     static ICipherProvider const & strict_cipher_provider() noexcept;
 
     /// Empty: no cipher, no key id, nothing sealed.
     SecuredValue() = default;
 
+    /// Reads what `write` wrote.
     explicit SecuredValue(vxserialize::Reader & reader) { read(reader); }
 
-    /// Seals `value` under `key`; the nonce comes from the default random provider, or from
+    /// Seals `value` under `key`. The nonce comes from the default random provider, or from
     /// `random`.
     ///
+    /// @param annotation  Stays in clear text and is authenticated.
+    /// @param key_id      Stays in clear text and is not authenticated.
+    /// @cost   O(size of the marshaled value), with one copy of it. The plaintext is not wiped.
     /// @raises error.vxattribute.value.secured.keysize: `key` is not of the cipher's size.
     /// @raises error.vxcrypto.randomProvider.failed: the provider left the nonce all zeros.
-    /// @raises What the random provider raises. So do all that seal.
+    /// @raises What the random provider raises. These hold for all constructors and `set`s that
+    ///         seal.
     SecuredValue(AttributeValue const & value, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher);
     SecuredValue(AttributeValue const & value, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher,
                  vxcrypto::IRandomProvider & random);
 
-    /// Seals a key under another. No copy of it stays in memory, also when it fails.
+    /// Seals a key under another one. No copy of it stays in memory, also when sealing fails.
     SecuredValue(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher);
     SecuredValue(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher,
                  vxcrypto::IRandomProvider & random);
 
+    /// A copy shares the sealed bytes. A source that was moved from is empty.
     SecuredValue(SecuredValue const & other);
 
     SecuredValue(SecuredValue && other) noexcept { swap(other); }
@@ -137,7 +164,7 @@ class VXATTRIBUTE_API SecuredValue {
     SecuredValue & operator=(SecuredValue && other) noexcept;
     ~SecuredValue() = default;
 
-    /// Seals as the constructors do and replaces this value; when that fails it is as it was.
+    /// Seals as the constructors do and replaces this value.
     void set(AttributeValue const & value, std::string annotation, KeyId key_id,
              vxcrypto::Key const & key, ICipher const & cipher);
     void set(AttributeValue const & value, std::string annotation, KeyId key_id,
@@ -147,33 +174,41 @@ class VXATTRIBUTE_API SecuredValue {
     void set(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
              vxcrypto::Key const & key, ICipher const & cipher, vxcrypto::IRandomProvider & random);
 
+    /// Makes it an empty value.
     void clear() noexcept { SecuredValue().swap(*this); }
 
+    /// Exchanges all parts.
     void swap(SecuredValue & other) noexcept;
 
-    std::string const & annotation() const noexcept { return m_annotation; }
+    /// The parts, as they were sealed or read. The references hold until the value is changed or
+    /// destroyed.
+    std::string const & annotation() const noexcept VXCORE_LIFETIMEBOUND { return m_annotation; }
 
-    std::string const & cipher_id() const noexcept { return m_cipherId; }
+    std::string const & cipher_id() const noexcept VXCORE_LIFETIMEBOUND { return m_cipherId; }
 
-    KeyId const & key_id() const noexcept { return m_keyId; }
+    KeyId const & key_id() const noexcept VXCORE_LIFETIMEBOUND { return m_keyId; }
 
-    /// Null in an empty value.
-    Ciphertext const & ciphertext() const noexcept { return m_ciphertext; }
+    /// The sealed bytes; null in an empty value.
+    Ciphertext const & ciphertext() const noexcept VXCORE_LIFETIMEBOUND { return m_ciphertext; }
 
-    /// True when the key and the annotation belong to the sealed bytes. Nothing is deciphered.
+    /// True when the sealed bytes belong to this key and annotation. Nothing is deciphered.
     ///
+    /// @param provider  Finds the cipher; the short form takes `default_cipher_provider()`.
+    /// @cost   O(size); no byte is copied.
     /// @raises error.vxattribute.value.secured.cipher.unknown: the provider has no such cipher.
-    /// @raises error.vxattribute.value.secured.keysize, .ciphertext: sizes that no sealed value of
-    ///         that cipher has.
+    /// @raises error.vxattribute.value.secured.keysize: `key` is not of the cipher's size.
+    /// @raises error.vxattribute.value.secured.ciphertext: fewer bytes than any sealed value has.
     [[nodiscard]] bool authenticate(vxcrypto::Key const & key) const;
     [[nodiscard]] bool authenticate(vxcrypto::Key const & key,
                                     ICipherProvider const & provider) const;
 
-    /// The value that was sealed.
+    /// The value that was sealed. Nothing is deciphered before the check has passed.
     ///
-    /// @param error  Takes the failure, and null is the result; a null `error` raises it.
-    /// @raises As `authenticate`, error.vxattribute.value.secured.authentication for a wrong key or
-    ///         bytes that were tampered with, and what reading the opened bytes raises.
+    /// @param error  Receives the failure, and the result is null. When `error` is null, the
+    /// failure
+    ///               is raised. A success leaves `*error` alone.
+    /// @raises As `authenticate`; error.vxattribute.value.secured.authentication: a wrong key, or
+    ///         parts that were tampered with; what reading the opened bytes raises.
     [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key, ErrorPtr * error) const;
     [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key,
                                          ICipherProvider const & provider, ErrorPtr * error) const;
@@ -181,15 +216,15 @@ class VXATTRIBUTE_API SecuredValue {
     /// The key that was sealed, or the bytes of a value that is one Binary. No other copy of them
     /// stays in memory.
     ///
-    /// Beware of an unknown cipher: with an `error` place it is only reported, and the result is an
-    /// empty key. An empty key is what "NULL" asks for. A stranger who renames the cipher of a
-    /// wrapped key thus has the default provider accept any value of his own that is opened with
-    /// the result. Pass `strict_cipher_provider()` here and where the result is used, and look at
-    /// `error` and at the size of the key; or pass a null `error`, with which every failure raises.
+    /// Beware of an unknown cipher: when `error` is not null it is only reported, and the result is
+    /// an empty key. An empty key is what "NULL" takes. An attacker who renames the cipher of a
+    /// wrapped key thus makes the default provider accept any forged value that is opened with the
+    /// result. Pass `strict_cipher_provider()` here and where the result is used, and check `error`
+    /// and the size of the key; or pass a null `error`, with which every failure is raised.
     ///
-    /// @param error  Takes the failure; it is raised as well, unless the cipher is unknown. Null
-    ///               raises it in any case.
-    /// @raises As `extract`, error.vxattribute.value.type.mismatch, .type.unknown and
+    /// @param error  Receives the failure, which is raised as well unless the cipher is unknown.
+    ///               When `error` is null, every failure is raised.
+    /// @raises As `extract`; error.vxattribute.value.type.mismatch, .type.unknown and
     ///         .cardinality.expectSingle: what was sealed is not one Binary.
     [[nodiscard]] vxcrypto::Key extract_binary_as_key(vxcrypto::Key const & key,
                                                       ErrorPtr * error) const;
@@ -197,17 +232,19 @@ class VXATTRIBUTE_API SecuredValue {
                                                       ICipherProvider const & provider,
                                                       ErrorPtr * error) const;
 
-    /// A record of annotation, cipher id, key id and sealed bytes. When reading raises, the value
-    /// is as it was. What is read is not checked: that takes the key.
+    /// A record of annotation, cipher id, key id and sealed bytes: see docs/formats/values.md. What
+    /// is read is not checked, which takes the key.
     void read(vxserialize::Reader & reader);
     void write(vxserialize::Writer & writer) const;
 
-    /// Computed once and kept. O(size) at the first call.
+    /// Of all parts; equal values have equal hashes. O(size) at the first call, then stored.
     unsigned int hash() const noexcept;
 
-    /// By the sealed bytes, then annotation, cipher id and key id.
+    /// By the sealed bytes, then annotation, cipher id and key id. Only the sign of the result
+    /// counts.
     [[nodiscard]] int compare(SecuredValue const & other) const noexcept;
 
+    /// The order of `compare`, all parts equal for `==`.
     [[nodiscard]] friend bool operator==(SecuredValue const & a, SecuredValue const & b) noexcept {
         return a.compare(b) == 0;
     }
@@ -229,7 +266,7 @@ class VXATTRIBUTE_API SecuredValue {
     }
 
   private:
-    /// Seals what stands in `plaintext`; the annotation is this value's.
+    /// Seals `plaintext` with this value's annotation.
     void seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & plaintext,
               vxcrypto::Key const & key, ICipher const & cipher,
               vxcrypto::IRandomProvider & random);
@@ -243,25 +280,28 @@ class VXATTRIBUTE_API SecuredValue {
     mutable std::atomic<unsigned int> m_hash{0};
 };
 
-/// A way of sealing. It holds no key and may be used from any thread.
+/// A way of sealing, for implementing ciphers of one's own. It holds no key and may be used from
+/// any thread. The destructor is protected: never delete through this interface.
 class SecuredValue::ICipher {
   public:
+    /// The id that sealed values store.
     virtual std::string const & cipher_id() const = 0;
 
-    /// Bytes of the keys that it takes.
+    /// The size of its keys, in bytes.
     virtual unsigned int keysize() const = 0;
 
-    /// The sealed bytes of `plaintext`, which stays as it is; null counts as empty.
+    /// The sealed bytes of `plaintext`, which is not changed. Raises when the key has another size.
     virtual Ciphertext encrypt(Ciphertext const & plaintext, std::string const & annotation,
                                vxcrypto::Key const & key,
                                vxcrypto::IRandomProvider & random) const = 0;
 
-    /// The plaintext; raises when the check fails.
+    /// The plaintext. Raises when the check fails, before it has deciphered anything.
     [[nodiscard]] virtual Ciphertext decrypt(vxcrypto::Key const & key,
                                              std::string const & annotation,
                                              Ciphertext const & ciphertext) const = 0;
 
-    /// Checks only.
+    /// Checks only. Raises on a wrong size of the key or the bytes; otherwise returns whether they
+    /// belong together.
     [[nodiscard]] virtual bool authenticate(vxcrypto::Key const & key,
                                             std::string const & annotation,
                                             Ciphertext const & ciphertext) const = 0;
@@ -273,10 +313,10 @@ class SecuredValue::ICipher {
     ~ICipher() = default;
 };
 
-/// Finds ciphers by their ids.
+/// Finds ciphers by their ids. The destructor is protected: never delete through this interface.
 class SecuredValue::ICipherProvider {
   public:
-    /// Empty when the id is not known.
+    /// The cipher of that id, by exact bytes; an empty pointer when the id is unknown.
     virtual CipherPtr find_cipher(std::string const & cipher_id) const = 0;
 
   protected:
@@ -286,11 +326,11 @@ class SecuredValue::ICipherProvider {
     ~ICipherProvider() = default;
 };
 
-/// Writes 'category':instance.
+/// Inserts the category in single quotes, a colon and the instance id.
 VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream, SecuredValue::KeyId const & id);
 
-/// Writes the annotation, cut at 256 bytes, cipher, key id and the number of sealed bytes; never
-/// one of these bytes.
+/// Inserts the annotation, cut at 256 bytes, the cipher id, the key id and the number of sealed
+/// bytes, but none of these bytes.
 VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream, SecuredValue const & value);
 
 namespace impl {
@@ -299,6 +339,7 @@ template <>
 struct VXATTRIBUTE_API ValueTypeTraits<SecuredValue> : ObjValueTypeTraits<SecuredValue> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeSecured; }
 
+    /// As the value's own operations.
     static int compare(SecuredValue const & a, SecuredValue const & b) noexcept;
     static bool equal(SecuredValue const & a, SecuredValue const & b) noexcept;
     static unsigned int hash(SecuredValue const & a) noexcept;

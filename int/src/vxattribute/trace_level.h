@@ -4,8 +4,8 @@
 
 namespace vxattribute {
 
-/// The matcher for a trace level: a number from -1 to 100, or one of the names NEVER (-1), STATUS
-/// (41), NOTE (61), VERBOSE (81) and ALWAYS (100) in any case. A number may stand in a String.
+/// The matcher for a trace level: a number from -1 to 100, also as text, or one of the names NEVER
+/// (-1), STATUS (41), NOTE (61), VERBOSE (81) and ALWAYS (100), in upper or lower case.
 ///
 ///     char level = 41;
 ///     static Query const query = Query("trace_level").scalar(true);
@@ -16,11 +16,11 @@ class VXATTRIBUTE_API TraceLevel {
     ///                this object.
     explicit TraceLevel(char & target VXCORE_LIFETIMEBOUND) noexcept : m_target(&target) {}
 
-    /// Reads the level. A number is stored also when it is no level.
+    /// Reads the level. A number outside the range is stored too.
     ///
-    /// @return whether the number is a level.
-    /// @raises error.vxattribute.query: several values.
-    /// @raises As ConvertableValue of a `char`: neither a name nor such a number.
+    /// @return Whether the level is in the range.
+    /// @raises error.vxattribute.query: several elements.
+    /// @raises As ConvertableValue for a `char`: neither a name nor a number from -128 to 127.
     bool operator()(Query::MatchContext const & context);
 
   private:

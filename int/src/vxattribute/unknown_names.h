@@ -7,10 +7,14 @@
 
 namespace vxattribute {
 
-/// The settings of a configuration that none of the queries asks for, under any of its names: most
-/// often they are misspelt. In alphabetical order. Names inside nested maps are not looked at.
+/// The names in a configuration that none of the queries looks for: most often misspelt settings.
+/// They are sorted by their bytes. Names inside nested maps are not considered.
 ///
-/// @cost  One look-up in a hash table for each setting.
+///     for (AttributeName const & name : unknown_names(config, queries)) {
+///         warn("unknown setting", name);
+///     }
+///
+/// @cost  One lookup in a hash table for each name, and a sort of the result.
 VXATTRIBUTE_API std::vector<AttributeName> unknown_names(AttributeMapBase const & config,
                                                          std::span<Query const> queries);
 
