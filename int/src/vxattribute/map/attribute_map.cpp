@@ -22,7 +22,8 @@ AttributeMapBase::AttributeMapBase(vxserialize::Reader & reader, IAttributeNameD
     share_if_empty();
 }
 
-/// An empty map is one byte of a stream: with a holder of its own it would take 150 times that.
+/// An empty map takes one byte in a stream. With a holder of its own it would take 150 bytes of
+/// memory, which a hostile stream could multiply.
 void AttributeMapBase::share_if_empty() noexcept {
     if (empty() && sm_pEmptyImpl) {
         m_pImpl = sm_pEmptyImpl;
@@ -90,6 +91,8 @@ AttributeMap AttributeMapBase::merged_with(AttributeMapBase const & other) const
     return AttributeMap(merged);
 }
 
+// Both maps are in the order of names, so each element goes to the end of the new map: with `end()`
+// as the hint that takes constant time.
 AttributeMapBase::HolderPtr AttributeMapBase::merged_aux(Map const & first, Map const & second) {
     HolderPtr merged = vxcore::make_ref_counted<MapHolder>();
     merged->m_arena.expect(std::max(first.size(), second.size()));

@@ -1,5 +1,8 @@
-// How maps are compared and hashed as elements of values: the first levels by recursion, which is
-// quick and takes no memory, deeper ones with a list of what is open.
+// Comparing and hashing maps as elements of values. These operations of a map call those of its
+// values, which call those of nested maps, so plain recursion would let the depth of a map decide
+// how much stack is used. Hostile input chooses that depth. Lists of open maps alone would be safe
+// too, but allocate memory for every comparison. So the first levels, which hold nearly all maps,
+// recurse, and deeper ones are walked with a list.
 
 #include "vxattribute/map/nested_maps_internal.h"
 #include "vxattribute/value/typed_value_internal.h"
@@ -11,13 +14,15 @@ namespace vxattribute::impl {
 
 namespace {
 
-/// The maps inside each other that recursion takes: a few KiB of stack.
+/// Levels of nested maps that recurse: a few KiB of stack.
 constexpr int maxRecursion = 32;
 
-/// How many further maps inside each other this thread may take by recursion.
+/// Levels that may still recurse in this thread. A thread-local counter, since the public
+/// operations between two levels have no parameter for it.
 thread_local constinit int recursionsLeft __attribute__((tls_model("initial-exec"))) = maxRecursion;
 
-/// One map that is taken by recursion or, when there are too many around it, by a list.
+/// Counts one level for its lifetime. Beyond the limit it is not shallow, and the map is walked
+/// with a list instead.
 class Recursion {
   public:
     Recursion() noexcept { --recursionsLeft; }
@@ -35,10 +40,10 @@ struct OpenPair {
     MapsCursor b;
 };
 
-/// The first difference of two maps, in map order: what `difference` returns for two values of one
-/// name that are not both of maps, or -1 or 1 for names and lengths; 0 when there is none.
+/// The first difference of two maps, in map order, or 0. For different names or lengths it is -1 or
+/// 1. For two values of one name that do not both hold maps it is what `difference` returns.
 ///
-/// Maps that share a holder do not differ, even where a value of theirs does not equal itself.
+/// Maps that share a holder do not differ, even if a value in them does not equal itself.
 template <typename Difference>
 int first_difference(AttributeMap const & a, AttributeMap const & b, Difference difference) {
     std::vector<OpenPair> open;
@@ -47,7 +52,7 @@ int first_difference(AttributeMap const & a, AttributeMap const & b, Difference 
         OpenPair & pair = open.back();
         MapsCursor::Element const * const x = pair.a.next_element();
         MapsCursor::Element const * const y = pair.b.next_element();
-        if (x == y) { // both null, at the end of both maps, or of one holder
+        if (x == y) { // both maps are at their end, or they share a holder: skip to the next ones
             bool const isMoreOfA = pair.a.next_map();
             bool const isMoreOfB = pair.b.next_map();
             if (isMoreOfA != isMoreOfB) {
@@ -69,7 +74,7 @@ int first_difference(AttributeMap const & a, AttributeMap const & b, Difference 
     return 0;
 }
 
-// The three deep walks are not inlined: they would make the frames of the recursion larger.
+// The three deep walks are not inlined, to keep the stack frames of the recursion small.
 
 [[gnu::noinline]] int compare_deep(AttributeMap const & a, AttributeMap const & b) {
     return first_difference(a, b, [](AttributeValue const & x, AttributeValue const & y) {
@@ -106,7 +111,7 @@ struct OpenHash {
             }
             continue;
         }
-        // Before the first map this folds 0 onto 0, which is 0.
+        // The end of a map, or the start before the first one, which folds 0 into 0 and stays 0.
         top.folded = vxcore::hash_fold(top.folded, std::exchange(top.seed, 0));
         if (top.maps.next_map()) {
             continue;

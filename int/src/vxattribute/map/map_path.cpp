@@ -12,14 +12,14 @@ namespace vxattribute {
 
 namespace {
 
-/// Gives the steps of a path one after the other.
+/// Splits a path at its slashes, one step after the other.
 class Steps {
   public:
     explicit Steps(std::string_view path) noexcept : m_rest(path) {}
 
     bool at_end() const noexcept { return m_isDone; }
 
-    /// The next step as it is written.
+    /// The next step, with its escapes.
     std::string_view next() noexcept {
         std::size_t const slash = m_rest.find('/');
         std::string_view const step = m_rest.substr(0, slash);
@@ -33,6 +33,7 @@ class Steps {
     bool m_isDone = false;
 };
 
+/// The step without its escapes. A tilde that starts none is kept.
 std::string name_of(std::string_view step) {
     std::string name;
     for (std::size_t i = 0; i < step.size(); ++i) {
@@ -43,8 +44,9 @@ std::string name_of(std::string_view step) {
     return name;
 }
 
-/// Where the map that `value` leads to stands among its elements. A single map needs no step of its
-/// own, several take one.
+/// Finds the map of `value` in which the path continues and sets `index` to its place among the
+/// elements. A single map takes no step of the path; several take one, which is the index. False
+/// when there is no such map.
 bool index_of_map(AttributeValue const & value, Steps & steps, unsigned int & index) {
     index = 0;
     if (value.type() != ValueTypeId::typeAttributeMap || value.empty()) {
@@ -62,7 +64,7 @@ bool index_of_map(AttributeValue const & value, Steps & steps, unsigned int & in
     return error == std::errc() && end == last && index < value.size();
 }
 
-/// More maps inside each other than a stream carries help nobody, and each takes a call.
+/// `set_step` recurses, so the depth is limited: to less than the nesting that streams allow.
 constexpr std::ptrdiff_t maxSlashes = 255;
 
 [[noreturn]] void throw_no_way(std::string_view path) {
@@ -72,6 +74,8 @@ constexpr std::ptrdiff_t maxSlashes = 255;
                      VXCORE_LOCATION("vxattribute::set_path()"));
 }
 
+/// Sets the value at the rest of the path. The maps on the way are copied, changed and put back, so
+/// a failure at any depth leaves all of them as they were.
 void set_step(MutableAttributeMap & map, Steps steps, std::string_view path,
               AttributeValue & value) {
     AttributeName const name(name_of(steps.next()));

@@ -2,6 +2,8 @@
 
 namespace vxattribute {
 
+// Callers keep the result until they are done: the arguments may be in the holder that is replaced,
+// and this map may have held its last reference.
 AttributeMapBase::HolderPtr MutableAttributeMap::prepare_modify() {
     HolderPtr shared;
     if (!m_pImpl->has_unique_ref()) {
@@ -11,7 +13,7 @@ AttributeMapBase::HolderPtr MutableAttributeMap::prepare_modify() {
     return shared;
 }
 
-/// For operations whose arguments cannot live in the holder that is let go.
+/// For operations whose arguments cannot be in the holder that is replaced.
 AttributeMapBase::Map & MutableAttributeMap::modifiable() {
     prepare_modify();
     return m_pImpl->m_map;
@@ -53,7 +55,8 @@ MutableAttributeMap & MutableAttributeMap::add(AttributeMapBase const & other) {
         m_pImpl.swap(merged);
         return *this;
     }
-    // All that can raise happens aside: copies of the elements in nodes of this map's own arena.
+    // What may raise comes first: copying the elements into nodes of this map's arena. Swapping
+    // values and moving nodes into the tree cannot raise.
     Map & map = m_pImpl->m_map;
     Map additions(map.get_allocator());
     additions.insert(source.begin(), source.end());
@@ -80,14 +83,14 @@ MutableAttributeMap::insert(value_type const & element) {
 MutableAttributeMap::iterator MutableAttributeMap::insert(iterator hint,
                                                           value_type const & element) {
     HolderPtr const kept = prepare_modify();
-    // A hint into the holder that was let go says nothing about the clone.
+    // A hint into the holder that was replaced means nothing in the clone.
     return kept ? m_pImpl->m_map.insert(element).first : m_pImpl->m_map.insert(hint, element);
 }
 
 void MutableAttributeMap::insert(const_iterator first, const_iterator last) {
     HolderPtr const kept = prepare_modify();
     Map & map = m_pImpl->m_map;
-    Map additions(map.get_allocator());
+    Map additions(map.get_allocator()); // aside, so that a failure leaves the map as it was
     for (; first != last; ++first) {
         if (map.find(first->first) == map.end()) {
             additions.insert(*first);

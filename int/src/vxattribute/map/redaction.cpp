@@ -12,13 +12,13 @@ namespace {
 
 using Element = impl::MapsCursor::Element;
 
-/// Maps that are being searched.
+/// The maps of one value that are being searched, and their copies once something was replaced.
 class OpenMaps {
   public:
     explicit OpenMaps(std::span<AttributeMap const> maps) noexcept
         : m_originals(maps), m_cursor(maps) {}
 
-    /// The next element of all the maps; null at the end.
+    /// The next element of the maps; null at the end of the last one.
     Element const * next_element() {
         m_element = m_cursor.next_element();
         while (m_element == nullptr && m_cursor.next_map()) {
@@ -28,7 +28,8 @@ class OpenMaps {
         return m_element;
     }
 
-    /// Replaces the value of that element in the copy of its map.
+    /// Replaces the value of the element that was returned last, in the copy of its map. The first
+    /// replacement makes the copies, so that maps without one stay shared.
     void replace(AttributeValue value) {
         if (!is_changed()) {
             m_copies.assign(m_originals.begin(), m_originals.end());
@@ -38,7 +39,7 @@ class OpenMaps {
 
     bool is_changed() const noexcept { return !m_copies.empty(); }
 
-    /// All the maps with what was replaced in them, once something was.
+    /// All the maps after the replacements; empty when there were none.
     std::span<AttributeMap const> copies() const noexcept { return m_copies; }
 
   private:

@@ -14,6 +14,8 @@ namespace vxattribute {
 
 namespace {
 
+// Each returns false for a text that is not of its form, or raises itself.
+
 bool parse_text(std::string const & text, bool & result) {
     result =
         vxcore::impl::string_to_bool(text.data(), static_cast<unsigned int>(text.size()), nullptr);
@@ -50,7 +52,7 @@ T integer_from(AttributeValue const & value) {
     return static_cast<T>(number);
 }
 
-/// As of a signed 8-bit number, whatever the sign of `char` here.
+/// Reads a signed 8-bit number, whether `char` is signed on this platform or not.
 char char_from(AttributeValue const & value) {
     if (value.type() == ValueTypeId::typeString) {
         return static_cast<char>(impl::parse_signed_char(value.get<std::string>()));

@@ -13,11 +13,11 @@ template <typename T>
 [[noreturn]] void fail(std::string_view text) {
     vxcore::impl::string_to_failure(text.data(), static_cast<unsigned int>(text.size()),
                                     vxcore::type_name(typeid(T)).c_str(), nullptr);
-    __builtin_unreachable(); // without a place for the failure it was raised
+    __builtin_unreachable(); // with a null error argument the call above raises
 }
 
-/// A wrap shows as a number that goes down. Some wraps are missed: they leave a number that is far
-/// out of the range of the one caller.
+/// An overflow is detected by a number that becomes smaller. Overflows that this misses still leave
+/// numbers far out of the range that the only caller accepts.
 unsigned long long parse_digits(std::string_view digits) {
     unsigned long long number = 0;
     for (char const c : digits) {

@@ -6,13 +6,14 @@ namespace vxattribute::impl {
 
 /// Reads a decimal number from -128 to 127 with an optional sign.
 ///
-/// @raises error.vxcore.conversion: no such number. A bad digit and a number beyond 64 bits are
-///         reported as those of the digits behind the sign, everything else as those of the text.
+/// @raises error.vxcore.conversion: the text is not such a number. The failure shows the digits
+/// after
+///         the sign for a bad digit or more than 64 bits, and the whole text otherwise.
 signed char parse_signed_char(std::string const & text);
 
 /// Reads a decimal number with an optional sign; all of the text must be used.
 ///
-/// @raises error.vxcore.conversion: no such number, or one that `T` does not hold.
+/// @raises error.vxcore.conversion: the text is not a number, or out of the range of `T`.
 template <typename T>
 T parse_integer(std::string const & text);
 

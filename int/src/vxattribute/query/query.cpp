@@ -33,7 +33,7 @@ std::string names_text(std::vector<AttributeName> const & names) {
         .throw_error(error::vxattribute_query_notFound, VXCORE_LOCATION(queryImpl));
 }
 
-/// @param limit  The name of the parameter that holds `count`, the limit that was passed.
+/// @param limit  The name of the parameter for `count`, the limit that was exceeded.
 [[noreturn]] void throw_count(vxcore::ErrorCode const & code, char const * message,
                               char const * limit, unsigned short count, AttributeName const & name,
                               AttributeMapBase const & config) {

@@ -48,7 +48,7 @@ bool TraceLevel::operator()(Query::MatchContext const & context) {
     if (value.type() == ValueTypeId::typeString && assign_from_name(value.get<std::string>())) {
         return true;
     }
-    // Not a plain char, which has no sign on some platforms.
+    // A plain char is unsigned on some platforms, where -1 would be 255.
     auto const level = static_cast<signed char>(context.value().convert_to<char>());
     *m_target = static_cast<char>(level);
     return level >= minLevel && level <= maxLevel;

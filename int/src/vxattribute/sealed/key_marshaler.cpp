@@ -27,7 +27,8 @@ constexpr char const readKey[] = "vxattribute::impl::read_key_as_binary()";
         VXCORE_LOCATION(readKey));
 }
 
-/// The type of a value whose element stands without a tag; Binary where a tag has to tell.
+/// The type of a value that is one element without a type tag; Binary for the kinds of element that
+/// start other values, whose tag says the type.
 ValueTypeId const & bare_type(vxserialize::EElementKind kind) {
     switch (kind) {
     case vxserialize::eElement_Null:
@@ -51,6 +52,7 @@ ValueTypeId const & bare_type(vxserialize::EElementKind kind) {
     }
 }
 
+/// The element of a tagged Binary: bare, or a list that must have exactly one.
 vxcore::RefCountPtr<vxserialize::MemoryList> read_only_element(vxserialize::MemoryReader & reader) {
     if (reader.next_type() != vxserialize::eElement_List) {
         return reader.read_binary_as_memory_list();
@@ -66,6 +68,8 @@ vxcore::RefCountPtr<vxserialize::MemoryList> read_only_element(vxserialize::Memo
     return bytes;
 }
 
+/// The bytes of a value that is one Binary, in any form that a marshaled value may have: a bare
+/// element, or a type tag followed by an element or a list.
 vxcore::RefCountPtr<vxserialize::MemoryList> read_bytes(vxserialize::MemoryReader & reader) {
     vxserialize::EElementKind const kind = reader.next_type();
     if (kind == vxserialize::eElement_Binary) {

@@ -4,6 +4,7 @@
 #include "vxattribute/memory_list_order.h"
 #include "vxattribute/sealed/key_marshaler_internal.h"
 #include "vxattribute/sealed/memory_wipe_internal.h"
+#include "vxattribute/sealed/secured_value_ciphers_internal.h"
 #include "vxcore/hash.h"
 #include "vxcore/streamers.h"
 #include "vxcore/text_conversion.h"
@@ -38,6 +39,18 @@ void SecuredValue::KeyId::write(vxserialize::Writer & writer) const {
     writer.end_record();
 }
 
+SecuredValue::ICipher const & SecuredValue::default_cipher() noexcept {
+    return impl::cipherEaxAes128;
+}
+
+SecuredValue::ICipherProvider const & SecuredValue::default_cipher_provider() noexcept {
+    return impl::defaultCipherProvider;
+}
+
+SecuredValue::ICipherProvider const & SecuredValue::strict_cipher_provider() noexcept {
+    return impl::strictCipherProvider;
+}
+
 SecuredValue::SecuredValue(AttributeValue const & value, std::string annotation, KeyId key_id,
                            vxcrypto::Key const & key, ICipher const & cipher)
     : SecuredValue(value, std::move(annotation), std::move(key_id), key, cipher,
@@ -62,7 +75,7 @@ namespace {
 
 impl::WipedList marshaled(vxcrypto::Key const & key) {
     vxserialize::MemoryWriter writer;
-    impl::write_key_as_binary(writer, key); // when this raises, none of the key was written
+    impl::write_key_as_binary(writer, key); // if this raises, nothing of the key was written
     return impl::WipedList(writer.close_and_detach_memory_list());
 }
 
@@ -82,8 +95,7 @@ void SecuredValue::seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & pla
                         vxcrypto::IRandomProvider & random) {
     Ciphertext sealed = cipher.encrypt(Ciphertext(plaintext), m_annotation, key, random);
     if (!sealed || sealed.get() == plaintext.get()) {
-        // "NULL" returns the plaintext list itself, which is wiped when it holds a key: keep a
-        // copy.
+        // "NULL" returns the plaintext list itself, which the caller wipes when it holds a key.
         auto copy = vxserialize::MemoryList::create();
         if (sealed) {
             copy->append_defragmented(*plaintext);
@@ -171,7 +183,7 @@ unsigned int SecuredValue::hash() const noexcept {
     h = vxcore::hash_mix(h, m_keyId.hash());
     h = vxcore::hash_mix(h, impl::hash_memory_list(m_ciphertext));
     if (h == 0) {
-        h = ciphertext_size(); // 0 says "not computed"
+        h = ciphertext_size(); // a stored 0 means "not computed"
     }
     m_hash.store(h, std::memory_order_relaxed);
     return h;

@@ -11,9 +11,7 @@
 #include <cstring>
 #include <initializer_list>
 
-namespace vxattribute {
-
-namespace impl {
+namespace vxattribute::impl {
 
 namespace {
 
@@ -48,8 +46,9 @@ constexpr char const authenticateDecrypt[] =
         .throw_error(code, VXCORE_LOCATION(authenticateDecrypt));
 }
 
-/// Fills `nonce` from `random`. All zeros mean that nothing was written, which is a failure: two
-/// messages under one nonce reveal each other. A working source returns zeros once in 2^128 calls.
+/// Fills `nonce` from `random`. All zeros mean that the provider wrote nothing, which is a failure:
+/// two messages under one nonce reveal each other. A working source returns zeros once in 2^128
+/// calls.
 void make_nonce(vxcrypto::IRandomProvider & random, unsigned char (&nonce)[nonceSize]) {
     static constexpr vxcore::ErrorCode failed("error.vxcrypto.randomProvider.failed", true);
     std::memset(nonce, 0, nonceSize);
@@ -101,6 +100,7 @@ SecuredValueCipherEaxAesBase::encrypt(SecuredValue::Ciphertext const & plaintext
     if (plaintext) {
         sealed->append_defragmented(*plaintext);
     }
+    // EAX authenticates the enciphered bytes, so each run is enciphered first.
     for_each_run_from(*sealed, nonceSize, [&eax](unsigned char * data, unsigned int size) {
         eax.ctr().process(data, size);
         eax.cmac().update(data, size);
@@ -201,18 +201,4 @@ SecuredValue::CipherPtr StrictCipherProvider::find_cipher(std::string const & ci
     return find_among({&cipherEaxAes128, &cipherEaxAes256}, cipherId);
 }
 
-} // namespace impl
-
-SecuredValue::ICipher const & SecuredValue::default_cipher() noexcept {
-    return impl::cipherEaxAes128;
-}
-
-SecuredValue::ICipherProvider const & SecuredValue::default_cipher_provider() noexcept {
-    return impl::defaultCipherProvider;
-}
-
-SecuredValue::ICipherProvider const & SecuredValue::strict_cipher_provider() noexcept {
-    return impl::strictCipherProvider;
-}
-
-} // namespace vxattribute
+} // namespace vxattribute::impl

@@ -4,8 +4,11 @@
 
 namespace vxattribute::impl {
 
-/// AES-EAX. Sealed bytes are a nonce of 16 bytes, as many bytes as the plaintext has, and a tag of
-/// 16 bytes; the annotation is the header.
+/// AES-EAX. The sealed bytes are, in this order:
+///
+/// 1. the nonce, 16 bytes;
+/// 2. the enciphered plaintext, of the same size;
+/// 3. the tag over nonce, annotation and enciphered bytes, 16 bytes.
 class SecuredValueCipherEaxAesBase : public SecuredValue::ICipher {
   public:
     std::string const & cipher_id() const final { return m_id; }
@@ -24,8 +27,10 @@ class SecuredValueCipherEaxAesBase : public SecuredValue::ICipher {
     ~SecuredValueCipherEaxAesBase() = default;
 
   private:
-    /// @param plaintext  Receives the opened list; null checks only, and then false tells a tag
-    ///                   that differs.
+    /// Checks the tag, and deciphers only when it matches.
+    ///
+    /// @param plaintext  Receives the opened list. Null means to check only; then the result is
+    ///                   false for a tag that differs. Otherwise such a tag raises.
     bool authenticate_decrypt(vxcrypto::Key const & key, std::string const & annotation,
                               SecuredValue::Ciphertext const & ciphertext,
                               SecuredValue::Ciphertext * plaintext) const;
@@ -47,8 +52,8 @@ class SecuredValueCipherEaxAes256 final : public SecuredValueCipherEaxAesBase {
     unsigned int keysize() const override { return 32; }
 };
 
-/// Hands through what it is given. It takes an empty key only: whoever has a real key and meets
-/// bytes of strangers under this name gets an error.
+/// Returns what it is given. It accepts an empty key only, so a caller with a real key gets an
+/// error for forged bytes that name this cipher.
 class SecuredValueCipherNull final : public SecuredValue::ICipher {
   public:
     std::string const & cipher_id() const override { return m_id; }
@@ -69,19 +74,19 @@ class SecuredValueCipherNull final : public SecuredValue::ICipher {
     std::string const m_id = "NULL";
 };
 
-/// The three above.
+/// Knows the three ciphers above.
 class DefaultCipherProvider final : public SecuredValue::ICipherProvider {
   public:
     SecuredValue::CipherPtr find_cipher(std::string const & cipherId) const override;
 };
 
-/// Those that check a key.
+/// Knows the ciphers above that check a key.
 class StrictCipherProvider final : public SecuredValue::ICipherProvider {
   public:
     SecuredValue::CipherPtr find_cipher(std::string const & cipherId) const override;
 };
 
-// They stand in statics.cpp, at their place in the order of the library's statics.
+// Defined in module/statics.cpp, at their place in the order of the library's statics.
 extern SecuredValueCipherEaxAes128 const cipherEaxAes128;
 extern SecuredValueCipherEaxAes256 const cipherEaxAes256;
 extern SecuredValueCipherNull const cipherNull;
