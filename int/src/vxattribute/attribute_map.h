@@ -139,15 +139,14 @@ class VXATTRIBUTE_API AttributeMapBase {
     /// Reads what `write` wrote; an empty map shares the empty holder.
     explicit AttributeMapBase(vxserialize::Reader & reader);
     AttributeMapBase(vxserialize::Reader & reader, IAttributeNameDecoder & decoder);
+    /// Not virtual: do not delete maps through their base.
     ~AttributeMapBase();
 
     /// Checks for typed accessors, whose messages name the attribute: attribute_access.h has some.
     ///
-    /// @raises error.vxattribute.value.type.mismatch: the value, or the default, is of another
-    /// type.
-    /// @raises error.vxattribute.value.cardinality.expectSingle: no or several elements, from
-    ///         `check_scalar_of_type`.
-    /// @raises error.vxattribute.map.attributeNotFound: always, from `throw_attribute_not_found`.
+    /// @raises error.vxattribute.value.type.mismatch: the value, or the default, has another type.
+    /// @raises error.vxattribute.value.cardinality.expectSingle: `check_scalar_of_type` of no or
+    ///         several elements.
     static void check_attribute_of_type(AttributeName const & name, AttributeValue const & value,
                                         ValueTypeId const & expected);
     static void check_default_of_type(AttributeName const & name, AttributeValue const & value,
@@ -155,7 +154,9 @@ class VXATTRIBUTE_API AttributeMapBase {
     static void check_scalar_of_type(AttributeName const & name, AttributeValue const & value,
                                      ValueTypeId const & expected);
 
-    /// @raises error.vxattribute.map.attributeNotFound
+    /// The failure of accessors that demand a value.
+    ///
+    /// @raises error.vxattribute.map.attributeNotFound: always.
     [[noreturn]] static void throw_attribute_not_found(AttributeName const & name);
 
     /// A holder with the elements of both; on equal names those of `first`. Linear in the sizes.
@@ -306,7 +307,7 @@ class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
     using AttributeMapBase::lower_bound;
     using AttributeMapBase::upper_bound;
 
-    /// Empty; takes no memory until the first change.
+    /// Empty; takes no memory until the first change. A copy shares the holder.
     MutableAttributeMap() = default;
     MutableAttributeMap(MutableAttributeMap const &) noexcept = default;
 
@@ -368,9 +369,8 @@ class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
     /// itself. Walks over it never end (`hash`, `compare`, `write`), and its memory is never freed.
     /// Use `add(name, map)`, which copies first.
     ///
-    /// @keeps  The reference holds until the element is erased or the map is assigned to, cleared
-    /// or
-    ///         destroyed; for writing, only until the map is copied.
+    /// @keeps  The reference holds until the element is erased, or the map assigned to, cleared or
+    ///         destroyed. For writing, it holds only until the map is copied.
     AttributeValue & operator[](AttributeName const & name) VXCORE_LIFETIMEBOUND;
 
     /// Inserts the element if its name is absent; an existing value stays.

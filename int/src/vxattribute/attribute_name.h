@@ -22,6 +22,9 @@ namespace vxattribute {
 /// The order is total while the names live. It is not alphabetical and means nothing to another
 /// process.
 ///
+/// Life. A token is freed with the last name on it, so a name that is kept nowhere is interned anew
+/// each time it is made. Maps, queries and packages keep theirs.
+///
 /// Cost. Making a name from characters hashes them and takes a lock: make the names you use once,
 /// as statics, and pass those. Everything else handles one pointer; a copy is one atomic count.
 ///
@@ -30,6 +33,11 @@ namespace vxattribute {
 ///
 ///     static AttributeName const port("port");
 ///     map.add(port, 8080);
+///
+/// Names in untrusted input are better looked up with `find_interned`, which makes no token:
+///
+///     AttributeName name;
+///     bool const isKnown = AttributeName::find_interned(text, name) && map.exists(name);
 class VXATTRIBUTE_API AttributeName {
   public:
     /// The empty name.

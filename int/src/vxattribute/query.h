@@ -83,9 +83,8 @@ class VXATTRIBUTE_API Query {
     /// It is not called for an absent setting, nor for a setting under the empty name, which no
     /// failure could name: such a setting is returned when its number of elements is right.
     ///
-    /// @param matcher  Is called with a `MatchContext const &` and returns whether the value is
-    /// good.
-    ///                 It may raise instead; its exception then becomes the nested failure.
+    /// @param matcher  Is called with a `MatchContext const &` and returns whether it accepts the
+    ///                 value. It may raise instead; its exception then becomes the nested failure.
     /// @raises error.vxattribute.query.badValue: the matcher did not accept the value. A failure of
     ///         the matcher that already names a setting is passed on instead.
     template <typename Matcher>

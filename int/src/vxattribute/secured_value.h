@@ -204,9 +204,8 @@ class VXATTRIBUTE_API SecuredValue {
 
     /// The value that was sealed. Nothing is deciphered before the check has passed.
     ///
-    /// @param error  Receives the failure, and the result is null. When `error` is null, the
-    /// failure
-    ///               is raised. A success leaves `*error` alone.
+    /// @param error  Receives the failure, and the result is null. Null means to raise the failure.
+    ///               On success `*error` is not touched.
     /// @raises As `authenticate`; error.vxattribute.value.secured.authentication: a wrong key, or
     ///         parts that were tampered with; what reading the opened bytes raises.
     [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key, ErrorPtr * error) const;

@@ -15,6 +15,7 @@ TEST(DeepMerge, JoinsMapsAndLetsTheWinnerHaveTheRest) {
     AttributeMap const user =
         make_map({{"port", 1},
                   {"in", make_map({{"a", 1}})},
+                  {"own", make_map({{"c", 1}})},
                   {"log", make_map({{"level", "NOTE"}, {"file", AttributeValue()}})},
                   {"list", make_list<AttributeMap>({make_map({{"a", 1}})})},
                   {"mixed", 3}});
@@ -30,6 +31,7 @@ TEST(DeepMerge, JoinsMapsAndLetsTheWinnerHaveTheRest) {
             {{"port", 1},
              {"host", "localhost"},
              {"in", make_map({{"a", 1}, {"b", 2}})},
+             {"own", make_map({{"c", 1}})},
              {"log", make_map({{"level", "NOTE"}, {"file", AttributeValue()}, {"rotate", true}})},
              {"list", make_list<AttributeMap>({make_map({{"a", 1}})})},
              {"mixed", 3}}));
