@@ -178,8 +178,8 @@ class VXATTRIBUTE_API AttributeMapBase {
     void share_if_empty() noexcept;
 };
 
-/// The shared content of maps: a balanced tree whose nodes lie in runs of memory of the holder's
-/// own.
+/// The shared content of maps: a balanced tree whose nodes are in runs of memory that the holder
+/// owns.
 ///
 /// It is written only while one map refers to it. Destroying it destroys the maps nested in it in a
 /// loop, so that their depth takes no stack.
@@ -211,7 +211,7 @@ class VXATTRIBUTE_API AttributeMapBase::MapHolder final
     void destroy() noexcept override;
     ~MapHolder() override;
 
-    /// The value of that name, null when new. O(1) when names come in map order, else O(log n).
+    /// The value of that name, null when new. O(1) for names in map order, otherwise O(log n).
     AttributeValue & find_or_make(AttributeName && name);
     /// Empties the tree and frees its memory.
     void clear() noexcept;

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-/// Values to and from JSON text, in one call. json_marshaler.h says which JSON stands for which
-/// value; docs/guide/json.md shows examples.
+/// Values to and from JSON text, in one call. json_marshaler.h says how values and JSON correspond,
+/// and docs/guide/json.md has examples.
 namespace vxattribute {
 
 /// How JSON text is read. The defaults take JSON as RFC 8259 has it, whatever its names.

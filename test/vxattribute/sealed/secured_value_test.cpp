@@ -156,7 +156,7 @@ TEST(SecuredValue, NoOtherCipherIdIsAWayIn) {
         EXPECT_EQ(sealed.extract(key, nullptr), AttributeValue(7));
         for (std::string const & id : ids) {
             SecuredValue const renamed = value_of("note", id, bytes_of(sealed.ciphertext()));
-            // Who has no key says that anything will do.
+            // An attacker without the key may pass one of any size.
             for (unsigned int size = id == "NULL" ? 16 : 0; size <= 32; size += 16) {
                 bool const mayOpen = id == sealedWith && size == key.size();
                 EXPECT_EQ(renamed.extract(key_of_size(size), &error).is_null(), !mayOpen)
@@ -168,7 +168,7 @@ TEST(SecuredValue, NoOtherCipherIdIsAWayIn) {
     EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
 }
 
-/// docs/guide/security.md tells of this road, under "Wrapped keys".
+/// The attack is explained in docs/guide/security.md, "Wrapped keys".
 TEST(SecuredValue, AnUnknownCipherOfAWrappedKeyLeadsToForgedValuesUnlessOpenedStrictly) {
     auto const & strict = SecuredValue::strict_cipher_provider();
     Key const master = key_of_size(16);
@@ -199,7 +199,7 @@ TEST(SecuredValue, AFailedSetLeavesTheOldValue) {
 }
 
 TEST(SecuredValue, NoKeyStaysInMemory) {
-    std::string secret; // two segments of a list, and any run of bytes stands in it once
+    std::string secret; // two segments of a list; each run of 16 bytes occurs once
     secret.reserve(600);
     for (int i = 200; i < 400; ++i) {
         secret += vxcore::to_string(i);
@@ -263,7 +263,7 @@ TEST(SecuredValue, ComparesByAllItsParts) {
     vxserialize::MemoryReader reader = writer.reader();
     EXPECT_EQ(SecuredValue(reader), SecuredValue());
     EXPECT_EQ(value_of("\x80", "\x01", "\xff").hash(), 0xE0E1B4D6u);
-    EXPECT_EQ(value_of("a", "c", "aaabacadecdced").hash(), 14u); // the sum is 0: the size stands in
+    EXPECT_EQ(value_of("a", "c", "aaabacadecdced").hash(), 14u); // the sum is 0: the size is used
 }
 
 TEST(SecuredValue, NeverKeepsTheHashOfOtherContent) {
