@@ -64,7 +64,7 @@ bool index_of_map(AttributeValue const & value, Steps & steps, unsigned int & in
     return error == std::errc() && end == last && index < value.size();
 }
 
-/// `set_step` recurses, so the depth is limited: to less than the nesting that streams allow.
+/// `set_step` recurses, so the depth is limited. Streams could not carry more nested maps either.
 constexpr std::ptrdiff_t maxSlashes = 255;
 
 [[noreturn]] void throw_no_way(std::string_view path) {

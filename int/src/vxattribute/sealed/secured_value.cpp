@@ -95,7 +95,8 @@ void SecuredValue::seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & pla
                         vxcrypto::IRandomProvider & random) {
     Ciphertext sealed = cipher.encrypt(Ciphertext(plaintext), m_annotation, key, random);
     if (!sealed || sealed.get() == plaintext.get()) {
-        // "NULL" returns the plaintext list itself, which the caller wipes when it holds a key.
+        // "NULL" returns the plaintext list itself, which the caller wipes when it holds a key. So
+        // the value keeps a copy.
         auto copy = vxserialize::MemoryList::create();
         if (sealed) {
             copy->append_defragmented(*plaintext);
