@@ -1,6 +1,8 @@
 #include "forms.h"
 #include "support/allocation.h"
 
+#include "vxserialize/memory_list_order.h"
+
 #include <random>
 #include <stdexcept>
 #include <vector>
@@ -8,6 +10,8 @@
 namespace {
 
 using namespace vxtest;
+using impl::compare_memory_lists;
+using impl::hash_memory_list;
 
 using OwnListPtr = vxcore::RefCountPtr<MemoryList>;
 
@@ -145,6 +149,19 @@ TEST(MemoryList, FailedAllocationLeavesTheListAsItWas) {
         list.reset();
         EXPECT_EQ(vxtest::live_blocks(), before);
     }
+}
+
+TEST(MemoryListOrder, GoesByContentAndNotBySegments) {
+    for (unsigned int piece : {1u, 2u, 3u, 100u}) {
+        EXPECT_EQ(compare_memory_lists(list_of("abcde"), list_of("abcde", piece)), 0);
+        EXPECT_EQ(hash_memory_list(list_of("abcde")), hash_memory_list(list_of("abcde", piece)));
+        EXPECT_EQ(compare_memory_lists(list_of("abcd\x80"), list_of("abcd\x7f", piece)), 1);
+        EXPECT_EQ(compare_memory_lists(list_of("abc", piece), list_of("abcd")), -1);
+    }
+    EXPECT_EQ(compare_memory_lists(nullptr, list_of("")), 0);
+    EXPECT_EQ(compare_memory_lists(nullptr, list_of("a")), -1);
+    EXPECT_EQ(compare_memory_lists(list_of("a"), nullptr), 1);
+    EXPECT_EQ(hash_memory_list(nullptr), 0u);
 }
 
 } // namespace

@@ -3,29 +3,12 @@
 
 #include "support/streams.h"
 
-#include "vxattribute/memory_list_order.h"
 #include "vxattribute/vxattribute.h"
 
 namespace {
 
 using namespace vxattribute;
-using impl::compare_memory_lists;
-using impl::hash_memory_list;
-using impl::MemoryListPtr;
 using vxtest::list_of;
-
-TEST(MemoryListOrder, GoesByContentAndNotBySegments) {
-    for (unsigned int piece : {1u, 2u, 3u, 100u}) {
-        EXPECT_EQ(compare_memory_lists(list_of("abcde"), list_of("abcde", piece)), 0);
-        EXPECT_EQ(hash_memory_list(list_of("abcde")), hash_memory_list(list_of("abcde", piece)));
-        EXPECT_EQ(compare_memory_lists(list_of("abcd\x80"), list_of("abcd\x7f", piece)), 1);
-        EXPECT_EQ(compare_memory_lists(list_of("abc", piece), list_of("abcd")), -1);
-    }
-    EXPECT_EQ(compare_memory_lists(nullptr, list_of("")), 0);
-    EXPECT_EQ(compare_memory_lists(nullptr, list_of("a")), -1);
-    EXPECT_EQ(compare_memory_lists(list_of("a"), nullptr), 1);
-    EXPECT_EQ(hash_memory_list(nullptr), 0u);
-}
 
 TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
     SerializedValue value("x", list_of("abc"));
@@ -48,7 +31,7 @@ TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
 }
 
 TEST(SerializedValue, ValuesWithoutPayloadCompareAlike) {
-    SerializedValue const null("a", MemoryListPtr()), empty("b", list_of("")),
+    SerializedValue const null("a", vxtest::ListPtr()), empty("b", list_of("")),
         full("", list_of("x"));
     EXPECT_TRUE(null.empty());
     EXPECT_TRUE(empty.empty());

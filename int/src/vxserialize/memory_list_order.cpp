@@ -1,11 +1,11 @@
-#include "vxattribute/memory_list_order.h"
+#include "vxserialize/memory_list_order.h"
 
 #include "vxcore/hash.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace vxattribute::impl {
+namespace vxserialize::impl {
 
 namespace {
 
@@ -18,8 +18,8 @@ unsigned int size_of(MemoryListPtr const & list) noexcept {
 int compare_memory_lists(MemoryListPtr const & a, MemoryListPtr const & b) noexcept {
     unsigned int common = std::min(size_of(a), size_of(b));
     if (common != 0) {
-        vxserialize::MemoryListCursor left = a->reader();
-        vxserialize::MemoryListCursor right = b->reader();
+        MemoryListCursor left = a->reader();
+        MemoryListCursor right = b->reader();
         while (common != 0) {
             unsigned int leftSize;
             unsigned int rightSize;
@@ -48,4 +48,4 @@ unsigned int hash_memory_list(MemoryListPtr const & list) noexcept {
     return h;
 }
 
-} // namespace vxattribute::impl
+} // namespace vxserialize::impl
