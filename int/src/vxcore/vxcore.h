@@ -26,7 +26,7 @@
 #include "vxcore/streamers.h"
 #include "vxcore/string_key.h"
 #include "vxcore/text_conversion.h"
-#include "vxcore/text_ends.h"
+#include "vxcore/text_fingerprint.h"
 #include "vxcore/text_size.h"
 #include "vxcore/tick_count.h"
 #include "vxcore/transfer_source.h"

@@ -2,7 +2,8 @@
 
 namespace vxserialize::impl {
 
-vxcore::StringKey NameCache::intern(vxcore::TextEnds const & print, std::string_view text) {
+vxcore::StringKey NameCache::intern(vxcore::TextFingerprint const & fingerprint,
+                                    std::string_view text) {
     vxcore::StringKey key(text);
     unsigned int const bits = 32 - m_shift;
     ++m_misses;
@@ -12,35 +13,35 @@ vxcore::StringKey NameCache::intern(vxcore::TextEnds const & print, std::string_
     if (bits == 0 || (bits < sm_maxBits && m_misses > sm_missesPerSlot << bits)) {
         grow();
     }
-    if (was_seen(print.hash())) {
-        Slot fresh{key, print, 0};
+    if (was_seen(fingerprint.hash())) {
+        Slot fresh{key, fingerprint, 0};
         add(fresh);
     }
     return key;
 }
 
-/// Tells whether a name of that hash came by lately, and notes it when not. Chance decides which of
-/// the two notes makes way: in any fixed order, names that come in turn could push each other out
-/// for ever.
+/// True if a name of that hash appeared recently; otherwise notes the hash. Which of two notes is
+/// replaced is random: in a fixed order, names that appear in turn could evict each other forever.
 bool NameCache::was_seen(unsigned int hash) noexcept {
-    unsigned int const place = hash >> m_shift;
-    if (m_slots[place].seen == hash || m_slots[place ^ 1].seen == hash) {
+    unsigned int const index = hash >> m_shift;
+    if (m_slots[index].seen == hash || m_slots[index ^ 1].seen == hash) {
         return true;
     }
-    m_dice = m_dice * 1664525u + 1013904223u;
-    m_slots[place ^ (m_dice >> 31)].seen = hash;
+    m_random = m_random * 1664525u + 1013904223u;
+    m_slots[index ^ (m_random >> 31)].seen = hash;
     return false;
 }
 
-/// Puts the slot in the first place; what stood there moves on and the older one into `slot`.
+/// Moves `slot` to the first of its two places, and the content of that place to the second. `slot`
+/// is left with the key that was in the second.
 void NameCache::add(Slot & slot) {
-    unsigned int const place = slot.print.hash() >> m_shift;
-    Slot & first = m_slots[place];
-    Slot & second = m_slots[place ^ 1];
+    unsigned int const index = slot.fingerprint.hash() >> m_shift;
+    Slot & first = m_slots[index];
+    Slot & second = m_slots[index ^ 1];
     second.key.swap(first.key);
-    second.print = first.print;
+    second.fingerprint = first.fingerprint;
     first.key.swap(slot.key);
-    first.print = slot.print;
+    first.fingerprint = slot.fingerprint;
 }
 
 void NameCache::grow() {
@@ -51,7 +52,7 @@ void NameCache::grow() {
     m_shift = 32 - newBits;
     m_misses = 0;
     for (unsigned int i = 0; bits != 0 && i < 1u << bits; ++i) {
-        if (slots[i].print.size != 0) {
+        if (slots[i].fingerprint.size != 0) {
             add(slots[i]);
         }
     }

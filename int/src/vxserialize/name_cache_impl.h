@@ -1,24 +1,25 @@
 #pragma once
 
-// Included by the readers; not for direct use.
+// Included by readers, here and in vxattribute; not for direct use.
 
 #include "vxcore/string_key.h"
-#include "vxcore/text_ends.h"
+#include "vxcore/text_fingerprint.h"
+#include "vxserialize/export.h"
 
 #include <memory>
 #include <string_view>
 
 namespace vxserialize::impl {
 
-/// Names that were read lately: a name that comes again costs neither the hash nor the lock of the
-/// intern table.
+/// The names that one reader met recently. A name found here costs neither the hash nor the lock of
+/// the intern table.
 ///
-/// A name has two slots, side by side; the older of the two makes way for a new one. A name is
-/// taken in when it comes for the second time: those that come once, such as the keys of a large
-/// map, cost little here and push out no other. There are no slots at all at first, then few, and
-/// four times as many after every so many misses, to a limit. A copy starts anew: slots are a
-/// matter of speed alone.
-class NameCache {
+/// Each name has two adjacent slots; a new name replaces the older of the two. A name enters at its
+/// second appearance, so names that appear once, such as the keys of a large map, replace nothing.
+///
+/// The cache starts without slots, makes 32 after 8 misses, and grows by a factor of 4 after 4
+/// misses per slot, up to 2,048. A copy starts empty: the slots affect speed only.
+class VXSERIALIZE_API NameCache {
   public:
     NameCache() noexcept = default;
 
@@ -26,31 +27,32 @@ class NameCache {
 
     NameCache & operator=(NameCache const &) noexcept { return *this; }
 
-    /// The key of `text`.
+    /// Returns the key of `text`, interned if necessary.
     vxcore::StringKey find(std::string_view text) {
-        vxcore::TextEnds const print(text);
+        vxcore::TextFingerprint const fingerprint(text);
         if (m_slots) {
-            unsigned int const slot = print.hash() >> m_shift;
-            if (m_slots[slot].holds(print, text)) {
+            unsigned int const slot = fingerprint.hash() >> m_shift;
+            if (m_slots[slot].holds(fingerprint, text)) {
                 return m_slots[slot].key;
             }
-            if (m_slots[slot ^ 1].holds(print, text)) {
+            if (m_slots[slot ^ 1].holds(fingerprint, text)) {
                 return m_slots[slot ^ 1].key;
             }
         }
-        return intern(print, text);
+        return intern(fingerprint, text);
     }
 
   private:
     /// An unused slot holds the empty text, whose key is the empty one.
     struct Slot {
-        bool holds(vxcore::TextEnds const & other, std::string_view text) const noexcept {
-            return print == other && (text.size() <= 16 || key.value() == text);
+        bool holds(vxcore::TextFingerprint const & other, std::string_view text) const noexcept {
+            return fingerprint == other &&
+                   (text.size() <= vxcore::TextFingerprint::exact_size || key.value() == text);
         }
 
         vxcore::StringKey key;
-        vxcore::TextEnds print;
-        unsigned int seen = 0; // the hash of a name that came by and was not known
+        vxcore::TextFingerprint fingerprint;
+        unsigned int seen = 0; // hash of a name that appeared once; no part of what the slot holds
     };
 
     static constexpr unsigned int sm_missesBeforeSlots = 8;
@@ -58,15 +60,15 @@ class NameCache {
     static constexpr unsigned int sm_minBits = 5;
     static constexpr unsigned int sm_maxBits = 11;
 
-    vxcore::StringKey intern(vxcore::TextEnds const & print, std::string_view text);
+    vxcore::StringKey intern(vxcore::TextFingerprint const & fingerprint, std::string_view text);
     bool was_seen(unsigned int hash) noexcept;
     void grow();
     void add(Slot & slot);
 
     std::unique_ptr<Slot[]> m_slots;
-    unsigned int m_shift = 32; // of a hash to the number of a slot
-    unsigned int m_misses = 0; // since the slots last grew
-    unsigned int m_dice = 1;
+    unsigned int m_shift = 32; // right shift from a hash to the index of its slot
+    unsigned int m_misses = 0; // since the last growth
+    unsigned int m_random = 1; // state of a linear congruential generator
 };
 
 } // namespace vxserialize::impl

@@ -1,12 +1,12 @@
 #include "vxattribute/attribute_map.h"
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/json/keys_internal.h"
-#include "vxattribute/json/name_cache_internal.h"
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map/map_builder_internal.h"
 #include "vxattribute/multi_value_writer.h"
 #include "vxcore/error_info.h"
+#include "vxserialize/name_cache_impl.h"
 #include "vxserialize/text_reader.h"
 
 #include <algorithm>
@@ -278,7 +278,7 @@ class JsonValueReader {
     impl::MapBuilder m_elements;
     std::vector<double> m_doubles;
     std::vector<long long> m_integers;
-    impl::JsonNameCache m_names;
+    vxserialize::impl::NameCache m_names;
 };
 
 } // namespace

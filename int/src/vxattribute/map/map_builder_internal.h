@@ -14,7 +14,7 @@ class MapBuilder {
     std::size_t size() const noexcept { return m_elements.size(); }
 
     /// Adds an element whose value is null until `last_value` is set.
-    void add(AttributeName const & name) { m_elements.emplace_back(name, AttributeValue()); }
+    void add(AttributeName name) { m_elements.emplace_back(std::move(name), AttributeValue()); }
 
     /// The value of the element that was added last.
     AttributeValue & last_value() noexcept { return m_elements.back().second; }

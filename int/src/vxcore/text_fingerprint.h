@@ -7,15 +7,18 @@
 
 namespace vxcore {
 
-/// The size and up to 8 bytes of both ends of a text: a print that is made in a few instructions,
-/// for small caches of names.
+/// The size of a text and up to 8 bytes of both its ends: a fingerprint for small caches of names,
+/// made in a few instructions.
 ///
-/// It is all there is of a text of 16 bytes or less: two of them are equal exactly when their
-/// prints are. Longer texts with equal prints may differ in the middle.
-struct TextEnds {
-    TextEnds() noexcept = default;
+/// Texts of up to `exact_size` bytes are equal exactly when their fingerprints are. Longer texts
+/// with equal fingerprints may differ in the middle.
+struct TextFingerprint {
+    /// The longest text, in bytes, that its fingerprint holds completely.
+    static constexpr std::size_t exact_size = 16;
 
-    explicit TextEnds(std::string_view text) noexcept : size(text.size()) {
+    TextFingerprint() noexcept = default;
+
+    explicit TextFingerprint(std::string_view text) noexcept : size(text.size()) {
         char const * const data = text.data();
         if (size >= 8) {
             std::memcpy(&head, data, 8);
@@ -30,18 +33,18 @@ struct TextEnds {
         }
     }
 
-    /// A number for choosing a slot by its upper bits. Anybody can find texts with equal numbers:
-    /// for tables where that costs time only, and little of it.
+    /// A hash whose upper bits choose a slot. Texts with equal hashes are easy to find, so use it
+    /// only in tables where a collision costs a little time and nothing else.
     unsigned int hash() const noexcept {
         std::uint64_t const mixed = (head * 0x9E3779B97F4A7C15u) ^ (tail + size);
         return static_cast<unsigned int>((mixed * 0xD6E8FEB86659FD93u) >> 32);
     }
 
-    bool operator==(TextEnds const &) const = default;
+    bool operator==(TextFingerprint const &) const = default;
 
     std::uint64_t head = 0;
     std::uint64_t tail = 0;
-    std::size_t size = 0;
+    std::size_t size = 0; // bytes of the text
 };
 
 } // namespace vxcore
