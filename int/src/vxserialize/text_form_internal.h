@@ -1,13 +1,15 @@
 #pragma once
 
 #include <array>
+#include <charconv>
+#include <string_view>
 
-/// Characters of the text form, as docs/formats/text.md tells it.
+/// The characters and numbers of the text form, which docs/formats/text.md specifies.
 namespace vxserialize::impl::text {
 
 enum ECharClass : unsigned char {
-    eChar_Blank = 1, // stands between tokens
-    eChar_Plain = 2, // stands for itself in a string
+    eChar_Blank = 1, // may separate tokens
+    eChar_Plain = 2, // needs no escape in a string
     eChar_Word = 4   // part of a number, a name or a time
 };
 
@@ -21,8 +23,7 @@ inline constexpr std::array<unsigned char, 256> char_classes = [] {
     for (unsigned int c = 0x20; c <= 0x7E; ++c) {
         table[c] = eChar_Plain;
     }
-    // Neither the marks of the string itself nor anything that the texts around it may give a
-    // meaning to.
+    // Escaped: the marks of strings, and what has a meaning in JSON or in a shell.
     for (char const c : {'%', '<', '>', '"', '\'', '\\', '`'}) {
         table[static_cast<unsigned char>(c)] = 0;
     }
@@ -36,7 +37,11 @@ inline bool is_char(int c, ECharClass charClass) noexcept {
     return c >= 0 && (char_classes[static_cast<unsigned char>(c)] & charClass) != 0;
 }
 
-/// The value of a hexadecimal digit of either case, -1 for another character.
+inline bool is_digit(int c) noexcept {
+    return c >= '0' && c <= '9';
+}
+
+/// Returns the value of a hexadecimal digit of either case, or -1 for any other character.
 inline int hex_value(int c) noexcept {
     if (c >= '0' && c <= '9') {
         return c - '0';
@@ -49,5 +54,17 @@ inline int hex_value(int c) noexcept {
     }
     return -1;
 }
+
+/// Parses all of `text` as a decimal number. False if it is none or out of range.
+template <typename T>
+bool parse_number(std::string_view text, T & value) noexcept {
+    char const * const end = text.data() + text.size();
+    auto const result = std::from_chars(text.data(), end, value);
+    return result.ec == std::errc() && result.ptr == end;
+}
+
+/// A NaN is written as its bits in hexadecimal digits: "nan(7ff8000000000001)".
+inline constexpr std::string_view nan_prefix = "nan(";
+inline constexpr unsigned int nan_digits = 16;
 
 } // namespace vxserialize::impl::text

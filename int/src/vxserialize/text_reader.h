@@ -9,29 +9,41 @@
 
 namespace vxserialize {
 
-/// Reads the text form from a stream. The form is told in docs/formats/text.md.
+/// Reads the text form, which docs/formats/text.md specifies, from a stream.
 ///
-/// Beside what TextWriter writes it takes blanks, tabs and line ends between all tokens, digits of
-/// either case, and lists of any number of elements that announce none.
+/// It accepts more than TextWriter writes: blanks, tabs and line ends between all tokens,
+/// hexadecimal digits of either case, and lists that do not announce their count.
 ///
-/// The stream may deliver its bytes in any pieces. The reader reads ahead by up to its buffer; what
-/// stands behind the last element that is asked for is not looked at.
+///     TextReader reader(stream, 4096);
+///     std::string name;
+///     reader >> name;
+///     unsigned int const port = reader.read_uint();
 ///
-/// Cost. Beside the buffer, memory grows only with the data: a count is told by `begin_list()` only
-/// where at least as many bytes are known to follow, by the stream's `size()` or in the buffer. An
-/// announced count is exact all the same.
+/// The stream may deliver its bytes in pieces of any size. The reader reads ahead by up to its
+/// buffer, but does not check what follows the last element that the caller reads.
 ///
-/// Errors. Those of Reader; offsets count bytes from where the stream stood.
+/// Cost. Besides the buffer, memory grows only with the data received. Names are remembered, so a
+/// name that comes again costs a comparison and an atomic count.
+///
+/// Errors. Those of Reader; offsets count bytes from where the stream was at construction. Also
+/// `error.vxserialize.data.count` for a list with another number of elements than it announces.
+/// What the stream raises passes through.
 class VXSERIALIZE_API TextReader final : public Reader {
   public:
     /// @param stream  Must outlive the reader.
     /// @param size    Bytes of the buffer; 0 counts as 1.
+    /// @cost          Allocates the buffer. Nothing is read yet.
     TextReader(vxcore::IReadStream & stream, unsigned int size);
     TextReader(TextReader const &) = delete;
     TextReader & operator=(TextReader const &) = delete;
     ~TextReader() override;
 
+    /// Scans a number, name or time completely, since its kind shows only then. The stream may
+    /// raise while it is read.
     EElementKind next_type() override;
+
+    /// The reads of single elements, as in Reader. A number must fit its type: others raise
+    /// `error.vxserialize.data`.
     void read_null() override;
     bool read_if_null() override;
     bool read_bool() override;
@@ -43,27 +55,40 @@ class VXSERIALIZE_API TextReader final : public Reader {
     vxcore::AbsoluteTime read_absolute_time() override;
     vxcore::RelativeTime read_relative_time() override;
     vxcore::Uuid read_uuid() override;
+
+    /// Both decode the whole block into memory first.
     ReadStreamPtr read_binary() override;
     vxcore::RefCountPtr<MemoryList> read_binary_as_memory_list() override;
+
+    /// Returns the announced count only if at least that many bytes are known to follow, from the
+    /// stream's `size()` or from the buffer; otherwise 0. The list must match its count in any
+    /// case.
     unsigned int begin_list() override;
+
     bool has_next() override;
     void begin_record() override;
     void end_record() override;
 
   private:
-    /// Longer than any number or time that a writer makes.
+    /// In bytes; longer than any number or time that a writer makes.
     static constexpr unsigned int sm_maxWord = 128;
 
     bool refill();
-    int peek();
+
+    /// The next byte, which stays where it is; -1 at the end of the stream.
+    int peek() {
+        return m_cursor == m_limit && !refill() ? -1 : static_cast<unsigned char>(*m_cursor);
+    }
+
     int peek_token();
     void scan_word();
+    void scan_nan_bits();
     void add_to_word(int c);
     EElementKind word_kind() const noexcept;
 
     std::string_view word() const noexcept { return {m_word, m_wordSize}; }
 
-    /// The word of the next element, which must be of that kind. `take_word` then passes over it.
+    /// Returns the word of the next element, which must be of that kind. `take_word` consumes it.
     std::string_view peek_word(EElementKind kind);
     void take_word() noexcept;
 
@@ -76,17 +101,17 @@ class VXSERIALIZE_API TextReader final : public Reader {
     [[noreturn]] void fail(char const * detail) const;
     [[noreturn]] void fail_count(char const * detail) const;
     [[noreturn]] void fail_truncated() const;
+    [[noreturn]] void fail_type(EElementKind expected, EElementKind found) const;
 
     vxcore::IReadStream & m_stream;
     std::unique_ptr<char[]> m_buffer;
     unsigned int const m_bufferSize;
     char const * m_cursor = nullptr;
     char const * m_limit = nullptr;
-    unsigned long long m_received = 0; // bytes that the stream gave so far
+    unsigned long long m_received = 0; // bytes, from the stream so far
     bool m_streamEnded = false;
 
-    // A number, name or time is taken off the buffer before its kind is known; until it is read it
-    // stands here.
+    // A number, name or time that was scanned to find its kind, and is not read yet.
     unsigned int m_wordSize = 0;
     EElementKind m_wordKind = eElement_None;
     char m_word[sm_maxWord];

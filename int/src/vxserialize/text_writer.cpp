@@ -141,7 +141,7 @@ void TextWriter::write_uint(unsigned int value) {
 void TextWriter::write_double(double value) {
     char buffer[number_size];
     if (std::isnan(value)) {
-        put_word("nan(");
+        put_word(impl::text::nan_prefix);
         auto const bits = std::bit_cast<unsigned long long>(value);
         for (int shift = 56; shift >= 0; shift -= 8) {
             put_hex(static_cast<unsigned char>(bits >> shift));
