@@ -6,27 +6,28 @@
 #include <bit>
 #include <cstring>
 
-/// The binary form, as docs/formats/binary.md tells it: the first byte of each element.
+/// The binary form, which docs/formats/binary.md specifies: the first byte of each element, its
+/// tag.
 namespace vxserialize::impl::binary {
 
-inline constexpr unsigned int string_small = 0x00; // size in the low 6 bits
-inline constexpr unsigned int string_small_max = 63;
-inline constexpr unsigned int integer_small = 0x40; // value + 8 in the low 6 bits
+/// The tags of elements that start with an unsigned number: a size, a count or the value itself.
+struct NumberTags {
+    EElementKind kind;
+    unsigned int small;     // tag of 0; numbers up to `small_max` are added to it
+    unsigned int small_max; // the largest number that fits into the tag
+    unsigned int wide;      // tag of a number in 1 byte after it, followed by the tags of 2 to 4
+};
+
+inline constexpr NumberTags string_tags{eElement_String, 0x00, 63, 0xDC};
+inline constexpr NumberTags unsigned_tags{eElement_Unsigned, 0x80, 31, 0xE8};
+inline constexpr NumberTags list_tags{eElement_List, 0xA0, 31, 0xEC};
+inline constexpr NumberTags block_tags{eElement_Binary, 0xC0, 23, 0xD8};
+
+inline constexpr unsigned int integer_small = 0x40; // tag of `integer_small_min`
 inline constexpr int integer_small_min = -8;
 inline constexpr int integer_small_max = 55;
-inline constexpr unsigned int unsigned_small = 0x80; // value in the low 5 bits
-inline constexpr unsigned int unsigned_small_max = 31;
-inline constexpr unsigned int list_small = 0xA0; // count in the low 5 bits
-inline constexpr unsigned int list_small_max = 31;
-inline constexpr unsigned int block_small = 0xC0; // size of a binary block, up to 23
-inline constexpr unsigned int block_small_max = 23;
-
-// Behind these stand 1 to 4 bytes (integers: 1 to 8), by the distance from the first of the row.
-inline constexpr unsigned int block_wide = 0xD8;
-inline constexpr unsigned int string_wide = 0xDC;
-inline constexpr unsigned int integer_wide = 0xE0;
-inline constexpr unsigned int unsigned_wide = 0xE8;
-inline constexpr unsigned int list_wide = 0xEC;
+inline constexpr unsigned int integer_small_count = 64;
+inline constexpr unsigned int integer_wide = 0xE0; // 1 byte follows; the next tags: 2 to 8
 
 inline constexpr unsigned int null_value = 0xF0;
 inline constexpr unsigned int false_value = 0xF1;
@@ -37,13 +38,16 @@ inline constexpr unsigned int relative_time = 0xF5;
 inline constexpr unsigned int uuid = 0xF6;
 inline constexpr unsigned int record_begin = 0xF7;
 inline constexpr unsigned int record_end = 0xF8;
-inline constexpr unsigned int version_mark = 0xFF; // as the first byte of a stream only
+inline constexpr unsigned int version_mark = 0xFF; // only as the first byte of a stream
 inline constexpr unsigned int version = 1;
 
-/// The longest element but strings and binary blocks: a UUID.
-inline constexpr unsigned int max_element_size = 17;
+/// Bytes that a tag and a number take while they are written: `store` writes all 8 bytes of the
+/// number, however few of them are kept.
+inline constexpr unsigned int number_room = 9;
 
-/// The kind of an element by its first byte.
+inline constexpr unsigned int uuid_size = 17; // bytes, tag included
+
+/// The kind of an element by its tag; `eElement_None` for tags that start none.
 inline constexpr std::array<unsigned char, 256> kinds = [] {
     std::array<unsigned char, 256> table{};
     auto const fill = [&table](unsigned int first, unsigned int last, EElementKind kind) {
@@ -51,15 +55,12 @@ inline constexpr std::array<unsigned char, 256> kinds = [] {
             table[tag] = static_cast<unsigned char>(kind);
         }
     };
-    fill(string_small, integer_small - 1, eElement_String);
-    fill(integer_small, unsigned_small - 1, eElement_Integer);
-    fill(unsigned_small, list_small - 1, eElement_Unsigned);
-    fill(list_small, block_small - 1, eElement_List);
-    fill(block_small, string_wide - 1, eElement_Binary);
-    fill(string_wide, integer_wide - 1, eElement_String);
-    fill(integer_wide, unsigned_wide - 1, eElement_Integer);
-    fill(unsigned_wide, list_wide - 1, eElement_Unsigned);
-    fill(list_wide, null_value - 1, eElement_List);
+    for (NumberTags const & tags : {string_tags, unsigned_tags, list_tags, block_tags}) {
+        fill(tags.small, tags.small + tags.small_max, tags.kind);
+        fill(tags.wide, tags.wide + 3, tags.kind);
+    }
+    fill(integer_small, integer_small + integer_small_count - 1, eElement_Integer);
+    fill(integer_wide, integer_wide + 7, eElement_Integer);
     fill(null_value, null_value, eElement_Null);
     fill(false_value, true_value, eElement_Boolean);
     fill(double_value, double_value, eElement_Double);
@@ -70,7 +71,7 @@ inline constexpr std::array<unsigned char, 256> kinds = [] {
     return table;
 }();
 
-/// `value` with its low byte first in memory, and back.
+/// Converts between the byte order of the machine and little-endian, in either direction.
 inline unsigned long long little_endian(unsigned long long value) noexcept {
     static_assert(sizeof(value) == 8);
     if constexpr (std::endian::native == std::endian::big) {
@@ -79,7 +80,7 @@ inline unsigned long long little_endian(unsigned long long value) noexcept {
     return value;
 }
 
-/// Writes all 8 bytes, of which the caller keeps as many as it needs.
+/// Writes all 8 bytes; the caller keeps as many as it needs.
 inline void store(unsigned char * out, unsigned long long value) noexcept {
     value = little_endian(value);
     std::memcpy(out, &value, sizeof(value));
@@ -91,12 +92,12 @@ inline unsigned long long load(unsigned char const * in) noexcept {
     return little_endian(value);
 }
 
-/// Bytes that `value` needs, at least one.
+/// Returns how many bytes `value` needs, at least one.
 inline unsigned int width_of(unsigned long long value) noexcept {
     return (static_cast<unsigned int>(std::bit_width(value | 1)) + 7) / 8;
 }
 
-/// The same for a number in two's complement, whose top bit is the sign.
+/// The same for a number in two's complement, whose top bit holds the sign.
 inline unsigned int signed_width_of(long long value) noexcept {
     auto const bits = static_cast<unsigned long long>(value < 0 ? ~value : value);
     return static_cast<unsigned int>(std::bit_width(bits)) / 8 + 1;

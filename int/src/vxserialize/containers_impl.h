@@ -13,10 +13,10 @@ namespace vxserialize::impl {
 /// Raises `error.vxserialize.depth`.
 [[noreturn]] void throw_too_many_containers();
 
-/// A stack of open lists and records above one frame for the stream itself.
+/// A stack of open lists and records, on top of one frame for the stream itself.
 ///
-/// Every attribute map opens and closes two lists, so the first levels live inside the object and
-/// only deep nesting takes memory.
+/// Every attribute map opens and closes two lists, so the first frames are inside the object and
+/// only deep nesting allocates.
 template <typename Frame>
 class ContainerStack {
   public:
@@ -50,13 +50,13 @@ class ContainerStack {
         *++m_top = frame;
     }
 
-    /// Only above the frame of the stream.
+    /// Not for the frame of the stream.
     void pop() noexcept { --m_top; }
 
   private:
     static constexpr unsigned int sm_inlineFrames = 16;
 
-    /// Twice the frames; at the limit it raises, with nothing changed.
+    /// Doubles the capacity. At the limit it raises and changes nothing.
     void grow() {
         if (m_capacity > max_open_containers) {
             throw_too_many_containers();
@@ -79,22 +79,23 @@ class ContainerStack {
 
 enum class EContainer : unsigned char { eStream, eList, eRecord };
 
-/// What a writer knows of its open lists and records, and the check that calls nest and count.
+/// The open lists and records of a writer, and the check that its calls nest and count.
 class WriteContainers {
   public:
-    /// Something of the present element is written. Gives whether it is the first of it.
+    /// Records that a primitive of the current element is written. Returns whether it is the first.
     bool element() noexcept {
         bool const first = !m_stack.top().written;
         m_stack.top().written = true;
         return first;
     }
 
+    /// As `element()`, for callers without use for the result.
     void mark_element() noexcept { m_stack.top().written = true; }
 
     unsigned int depth() const noexcept { return m_stack.depth(); }
 
-    /// A container is part of the present element of what it stands in; the two that open tell, as
-    /// `element()` does, whether it is the first of it.
+    /// A container is a primitive of the current element around it. Both return, as `element()`,
+    /// whether it is the first.
     bool begin_list(unsigned int count) { return open({count, 0, EContainer::eList, false}); }
 
     bool begin_record() { return open({0, 0, EContainer::eRecord, false}); }
@@ -108,7 +109,7 @@ class WriteContainers {
         frame.written = false;
     }
 
-    /// Gives the number of elements.
+    /// Returns the number of elements.
     unsigned int end_list(char const * function);
     void end_record(char const * function);
 
@@ -117,7 +118,7 @@ class WriteContainers {
         unsigned int count;  // announced
         unsigned int closed; // elements that next_list_item has closed
         EContainer kind;
-        bool written; // something of the present element
+        bool written; // a primitive of the current element
     };
 
     bool open(Frame frame) {
@@ -130,14 +131,14 @@ class WriteContainers {
     ContainerStack<Frame> m_stack;
 };
 
-/// What a reader knows of its open lists and records.
+/// The open lists and records of a reader.
 ///
-/// `touched` tells whether something of the present element of the innermost list was read, for one
-/// element may be several primitives and `has_next()` must not move on twice.
+/// One element of a list may be several primitives. `touched` says whether any of the current
+/// element was read, so that `has_next()` moves on once for each element.
 class ReadContainers {
   public:
     struct Frame {
-        unsigned int remaining; // elements of a list that are not done, the present one included
+        unsigned int remaining; // unfinished elements of a list, the current one included
         EContainer kind;
         bool counted; // the list announced its count
         bool touched;
@@ -145,14 +146,12 @@ class ReadContainers {
 
     Frame & top() noexcept { return m_stack.top(); }
 
-    /// Something of the present element is read.
+    /// Records that a primitive of the current element is read.
     void element() noexcept { m_stack.top().touched = true; }
 
-    unsigned int depth() const noexcept { return m_stack.depth(); }
-
-    /// Elements that all open containers still owe behind the present ones: no element is smaller
-    /// than a byte, so as many bytes of what is left are not for a list that opens now.
-    unsigned long long owed() const noexcept { return m_owed + owed_by(m_stack.top()); }
+    /// Elements that the open containers still expect after their current ones. Each needs at least
+    /// one byte, so that many of the remaining bytes cannot belong to a list opened now.
+    unsigned long long pending() const noexcept { return m_pending + pending_in(m_stack.top()); }
 
     /// True in a list that was announced as empty.
     bool in_empty_list() const noexcept {
@@ -166,7 +165,7 @@ class ReadContainers {
 
     void begin_record() { open({0, EContainer::eRecord, false, false}); }
 
-    /// `has_next()` of a list whose announced count decides.
+    /// `has_next()` of a form whose lists all announce their counts.
     bool has_next_counted(char const * function) {
         Frame & frame = m_stack.top();
         if (frame.touched || frame.kind != EContainer::eList) {
@@ -191,11 +190,11 @@ class ReadContainers {
 
     void close() noexcept {
         m_stack.pop();
-        m_owed -= owed_by(m_stack.top());
+        m_pending -= pending_in(m_stack.top());
     }
 
   private:
-    static unsigned int owed_by(Frame const & frame) noexcept {
+    static unsigned int pending_in(Frame const & frame) noexcept {
         if (frame.kind == EContainer::eList) {
             return frame.remaining == 0 ? 0 : frame.remaining - 1;
         }
@@ -204,15 +203,15 @@ class ReadContainers {
 
     void open(Frame frame) {
         m_stack.top().touched = true;
-        unsigned int const owed = owed_by(m_stack.top());
+        unsigned int const pending = pending_in(m_stack.top());
         m_stack.push(frame);
-        m_owed += owed;
+        m_pending += pending;
     }
 
     [[noreturn]] void fail_element(char const * function) const;
 
     ContainerStack<Frame> m_stack;
-    unsigned long long m_owed = 0; // by all containers but the innermost
+    unsigned long long m_pending = 0; // in all containers but the innermost
 };
 
 } // namespace vxserialize::impl

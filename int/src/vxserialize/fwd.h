@@ -1,8 +1,12 @@
 #pragma once
 
-/// Declarations without definitions of everything that other headers of the family name.
+/// Forward declarations of the classes of this library.
 
 namespace vxserialize {
+
+namespace impl::binary {
+struct NumberTags;
+}
 
 class MemoryList;
 class MemoryListBase;

@@ -10,7 +10,7 @@ namespace vxserialize {
 
 namespace {
 
-/// The size of a list of `size` bytes that gets `added` more.
+/// Returns `size + added`, the new size of a list, or raises if it is beyond the limit.
 unsigned int grown_size(unsigned int size, unsigned int added) {
     if (added > std::numeric_limits<unsigned int>::max() - size) {
         throw std::length_error("vxserialize: a memory list may have at most 4294967295 bytes");
@@ -21,13 +21,13 @@ unsigned int grown_size(unsigned int size, unsigned int added) {
 } // namespace
 
 bool MemoryListCursor::enter_next_segment() noexcept {
-    if (m_behind == 0) {
+    if (m_bytesAfter == 0) {
         m_data = m_end;
         return false;
     }
     m_data = m_next->data();
     m_end = m_data + m_next->size();
-    m_behind -= m_next->size();
+    m_bytesAfter -= m_next->size();
     ++m_next;
     return true;
 }
@@ -95,7 +95,7 @@ vxcore::RefCountPtr<MemoryList> MemoryListCursor::sublist_at_cursor(unsigned int
 MemoryListCursor MemoryListBase::reader(unsigned int position) const noexcept {
     MemoryListCursor cursor;
     cursor.m_next = m_segments.data();
-    cursor.m_behind = m_size;
+    cursor.m_bytesAfter = m_size;
     cursor.cursor_advance(position);
     return cursor;
 }
@@ -125,7 +125,7 @@ void MemoryListBase::append(void const * data, unsigned int size) {
     auto const * const bytes = static_cast<unsigned char const *>(data);
     unsigned int const slack = m_segments.empty() ? 0 : m_segments.back().own_slack();
     unsigned int const inPlace = std::min(size, slack);
-    // Everything that can fail comes first.
+    // First everything that can fail.
     vxcore::RefCountPtr<impl::MemoryBlock> block;
     if (inPlace < size) {
         reserve_segments(1);
@@ -149,7 +149,7 @@ void MemoryListBase::append(MemoryListBase const & list, unsigned int position, 
         throw std::out_of_range("vxserialize::MemoryListBase::append()");
     }
     grown_size(m_size, std::min(size, list.m_size - position));
-    // Collected aside first: the list may be this one.
+    // Collected first: `list` may be this list.
     add_segments(list.reader(position).segments_at_cursor(size));
 }
 
@@ -170,7 +170,7 @@ void MemoryListBase::append_defragmented(MemoryListBase const & list, unsigned i
         m_size += size;
         return;
     }
-    reserve_segments(1); // ahead of the copy: bytes that may be secret go to no block in vain
+    reserve_segments(1); // before the copy: a failure leaves no copy of a secret in a freed block
     vxcore::RefCountPtr<impl::MemoryBlock> block = impl::MemoryBlock::create(size);
     list.read_at(position, block->data(), size);
     unsigned char * const start = block->data();
@@ -186,7 +186,7 @@ void MemoryListBase::overwrite_own_bytes(void (*overwrite)(void *, std::size_t) 
         auto const last = std::find_if(second, m_segments.end(), [&first](auto const & segment) {
             return segment.m_block != first->m_block;
         });
-        // One reference stands for all of this list: is it the only one?
+        // Keep one reference of this list: if it is the only one, no other list uses the block.
         std::for_each(second, last, [](auto & segment) { segment.m_block.reset(); });
         bool const isOwn = first->m_block->has_unique_ref();
         std::for_each(second, last, [&first](auto & segment) { segment.m_block = first->m_block; });

@@ -9,7 +9,7 @@ namespace vxserialize {
 
 namespace impl {
 
-/// A walk over the segments of a list, `Segment` being `MemorySegment`, const for reading.
+/// Iterates over the segments of a list. `Segment` is `MemorySegment`, const for reading.
 template <typename Segment>
 class SegmentIterator {
   public:
@@ -33,34 +33,36 @@ class SegmentIterator {
 
 } // namespace impl
 
+/// Iterators until `at_end()`: see `MemoryListBase::segment_read_iterator()`.
 using SegmentReadIterator = impl::SegmentIterator<MemorySegment const>;
 using SegmentWriteIterator = impl::SegmentIterator<MemorySegment>;
 
-/// A place in a MemoryList that moves forward.
+/// A position in a MemoryList that moves forward. Copies are independent.
 ///
-/// Holds until the list is changed or destroyed. Copies are places of their own.
+/// A cursor does not keep the list alive: it dangles when the list is changed or destroyed.
 class VXSERIALIZE_API MemoryListCursor {
   public:
     /// At the end of an empty list.
     MemoryListCursor() noexcept = default;
 
+    /// True if no bytes are left.
     bool is_eof() const noexcept { return bytes_left() == 0; }
 
+    /// Bytes from the cursor to the end of the list.
     unsigned int bytes_left() const noexcept {
-        return m_behind + static_cast<unsigned int>(m_end - m_data);
+        return m_bytesAfter + static_cast<unsigned int>(m_end - m_data);
     }
 
-    /// The bytes that stand in one piece at the cursor; `size` gets their number, 0 only at the
-    /// end.
+    /// Returns the contiguous bytes at the cursor. `size` receives their number, 0 only at the end.
     unsigned char const * data_at_cursor(unsigned int & size) noexcept;
 
-    /// Copies up to `size` bytes without moving, and gives their number, less only at the end.
+    /// Copies up to `size` bytes without moving. Returns their number, less only at the end.
     unsigned int read_at_cursor(void * buffer, unsigned int size) const noexcept;
 
-    /// Moves on by up to `size` bytes and gives their number, less only at the end.
+    /// Moves on by up to `size` bytes. Returns their number, less only at the end.
     unsigned int cursor_advance(unsigned int size) noexcept;
 
-    /// The next `size` bytes, or those left, as a list that shares them.
+    /// Returns the next `size` bytes, or those left, as a list that shares them.
     vxcore::RefCountPtr<MemoryList> sublist_at_cursor(unsigned int size) const;
 
   private:
@@ -74,14 +76,14 @@ class VXSERIALIZE_API MemoryListCursor {
 
     unsigned char const * m_data = nullptr; // at the cursor
     unsigned char const * m_end = nullptr;  // of the current segment
-    MemorySegment const * m_next = nullptr; // the segment behind the current one
-    unsigned int m_behind = 0;              // bytes in the segments behind the current one
+    MemorySegment const * m_next = nullptr; // the segment after the current one
+    unsigned int m_bytesAfter = 0;          // bytes in the segments after the current one
 };
 
-/// Bytes in a row of segments that lists share: see MemoryList.
+/// The operations of MemoryList, without the count of references.
 class VXSERIALIZE_API MemoryListBase {
   public:
-    /// As a size: everything up to the end.
+    /// As a size: all bytes up to the end.
     static constexpr unsigned int all = 0xFFFFFFFFu;
 
     MemoryListBase(MemoryListBase const &) = delete;
@@ -92,51 +94,53 @@ class VXSERIALIZE_API MemoryListBase {
 
     bool empty() const noexcept { return m_size == 0; }
 
-    /// Copies up to `size` bytes from `position` on to `buffer` and gives their number, which is
-    /// less only at the end; a position beyond the end gives 0.
+    /// Copies up to `size` bytes, starting at `position`, to `buffer`. Returns their number, which
+    /// is less only at the end; 0 for a position beyond the end.
     ///
-    /// @cost  O(segments before `position`). A cursor is the way to read in order.
+    /// @cost  O(segments before `position`). To read in order, use a cursor.
     unsigned int read_at(unsigned int position, void * buffer, unsigned int size) const noexcept;
 
-    /// A list of up to `size` bytes from `position` on. It shares them.
+    /// Returns a list of up to `size` bytes, starting at `position`. It shares them.
     ///
     /// @raises std::out_of_range: `position` is above `size()`.
     /// @cost   O(segments); no byte is copied.
     vxcore::RefCountPtr<MemoryList> sublist(unsigned int position, unsigned int size = all) const;
 
-    /// A list of the same bytes, which it shares: `sublist` of everything.
+    /// Returns a list of the same bytes, which it shares: `sublist(0)`.
     vxcore::RefCountPtr<MemoryList> shallow_clone() const;
 
-    /// Adds a copy of `size` bytes. They go behind the last segment where its block has room that
-    /// nobody else sees, and to a new segment.
+    /// Appends a copy of `size` bytes: first to the last segment, as far as its block has room that
+    /// no other list can see, then to a new segment.
     ///
-    /// @raises std::length_error: the list would be beyond 2^32 - 1 bytes. As in the other two, a
-    ///         failure leaves the list as it was.
+    /// @raises std::length_error: the list would exceed 2^32 - 1 bytes. After any failure, here and
+    ///         in the two functions below, the list is as it was.
     void append(void const * data, unsigned int size);
 
-    /// Adds up to `size` bytes of `list` from `position` on. They are shared; the list itself is a
-    /// good argument.
+    /// Appends up to `size` bytes of `list`, starting at `position`. They are shared. `list` may be
+    /// this list.
     ///
     /// @raises std::out_of_range: `position` is above the size of `list`. std::length_error: as
     /// above.
     void append(MemoryListBase const & list, unsigned int position = 0, unsigned int size = all);
 
-    /// As the function above, but with a copy of the bytes, in one piece.
+    /// As the function above, but appends a copy of the bytes, in one piece.
     void append_defragmented(MemoryListBase const & list, unsigned int position = 0,
                              unsigned int size = all);
 
-    /// Calls `overwrite(data, size)` for each run of bytes in memory that only this list uses, for
-    /// wiping a secret in its place. That includes a block that several segments of this list
-    /// share, for which `MemorySegment::is_shared()` is true. Other bytes keep their values, but
-    /// the segments may be in another order afterwards.
+    /// Calls `overwrite(data, size)` for each run of bytes in memory that only this list uses, to
+    /// wipe a secret in place. That includes blocks that several segments of this list share, for
+    /// which `MemorySegment::is_shared()` is true. Other bytes keep their values. The order of the
+    /// segments may change.
     ///
     /// @cost  O(n log n) for n segments; no allocation.
     void overwrite_own_bytes(void (*overwrite)(void *, std::size_t) noexcept) noexcept;
 
-    /// A cursor at `position`, or at the end.
+    /// Returns a cursor at `position`, or at the end of a shorter list.
     MemoryListCursor reader(unsigned int position = 0) const noexcept VXCORE_LIFETIMEBOUND;
 
-    /// A walk over all segments. Writing goes through `MemorySegment::get_inplace_write_ptr`.
+    /// Iterators over all segments. To write, call `MemorySegment::get_inplace_write_ptr`.
+    ///
+    /// @keeps  Until the list is changed or destroyed.
     SegmentReadIterator segment_read_iterator() const noexcept VXCORE_LIFETIMEBOUND {
         return {m_segments.data(), m_segments.data() + m_segments.size()};
     }
@@ -155,15 +159,16 @@ class VXSERIALIZE_API MemoryListBase {
     friend class MemoryListCursor;
     friend class MemoryWriter;
 
-    /// Makes place in the row of segments for `count` more, so that adding them cannot fail.
+    /// Makes room in `m_segments` for `count` more, so that adding them cannot fail.
     void reserve_segments(std::size_t count);
 
     void add_segments(std::vector<MemorySegment> segments);
 
-    /// Adds a segment that there is place for.
+    /// Adds a segment for which room was reserved.
     void add_reserved_segment(MemorySegment segment) noexcept;
 
-    /// A block for at least `needed` bytes; each is twice as large as the one before, to a limit.
+    /// Creates a block for at least `needed` bytes. Each is twice as large as the previous one, up
+    /// to `max_segment_size`.
     vxcore::RefCountPtr<impl::MemoryBlock> create_block(unsigned int needed);
 
     std::vector<MemorySegment> m_segments; // none of them empty
@@ -171,22 +176,26 @@ class VXSERIALIZE_API MemoryListBase {
     unsigned int m_nextCapacity;
 };
 
-/// A run of bytes in segments, shared and counted: what payloads and marshaled data are held in.
+/// A reference-counted sequence of bytes in segments. It holds payloads and marshaled data.
 ///
-/// Sublists and clones share the memory; only the row of segments is a list's own. Lists that share
-/// memory are independent all the same: a write through one of them is never seen in another.
-/// `MemorySegment` tells which writes copy. To overwrite secrets in their place, drop the other
-/// lists, and the readers' sublists of them, first; then call `overwrite_own_bytes()`.
+/// Sublists and clones share the memory; each list only owns its vector of segments. A write
+/// through one list is never seen through another: MemorySegment documents which writes copy. To
+/// overwrite secrets in place, first drop the other lists, and the readers' sublists of them, then
+/// call `overwrite_own_bytes()`.
 ///
-/// Threads. A list held as `MemoryList const` may be read anywhere. Different lists may be used in
-/// different threads even when they share memory.
+///     auto list = MemoryList::create();
+///     list->append("payload", 7);
+///     auto head = list->sublist(0, 3); // shares 3 bytes
+///
+/// Threads. A list held as `MemoryList const` may be read from any thread. Different lists may be
+/// used in different threads even if they share memory.
 class VXSERIALIZE_API MemoryList final : public vxcore::RefCounted<vxcore::AtomicRefCount>,
                                          public MemoryListBase {
   public:
-    /// The size of the first segment that a list makes for itself, in bytes.
+    /// Size in bytes of the first segment that a list allocates.
     static constexpr unsigned int first_segment_size = 256;
 
-    /// Segments grow up to this size, in bytes; only a larger single piece makes a larger one.
+    /// Segments grow up to this size in bytes. Only a larger single piece gets a larger segment.
     static constexpr unsigned int max_segment_size = 64 * 1024;
 
     /// An empty list.
@@ -195,7 +204,7 @@ class VXSERIALIZE_API MemoryList final : public vxcore::RefCounted<vxcore::Atomi
     /// An empty list whose first segment will have room for `segmentSize` bytes.
     static vxcore::RefCountPtr<MemoryList> create(unsigned int segmentSize);
 
-    /// A list of a copy of the bytes, in one segment without room behind it.
+    /// A list of a copy of the bytes, in one segment without spare room.
     static vxcore::RefCountPtr<MemoryList> create(void const * data, unsigned int size);
 
   private:

@@ -18,8 +18,8 @@ MemoryReader::MemoryReader(vxcore::RefCountPtr<MemoryList const> list) : m_list(
         return;
     }
     m_at = m_list->reader();
-    // A stream may state the version of its form. Another one than ours stays where it is and fails
-    // the first read.
+    // A stream may start with the version of its form. A version other than ours is not skipped, so
+    // that the first read fails.
     unsigned int run = 0;
     unsigned char const * const first = m_at.data_at_cursor(run);
     if (run != 0 && *first == version_mark) {
@@ -42,7 +42,7 @@ unsigned int MemoryReader::offset() const noexcept {
 void MemoryReader::fail_type(EElementKind expected) const {
     MemoryListCursor at = m_at;
     unsigned int run = 0;
-    unsigned int const tag = *at.data_at_cursor(run); // there is one: it does not fit
+    unsigned int const tag = *at.data_at_cursor(run); // not the end: callers have seen the tag
     if (tag == version_mark && offset() == 0) {
         impl::throw_data(error::vxserialize_data_version, "vxserialize::MemoryReader", 0,
                          "the version of this stream is not known");
@@ -60,7 +60,7 @@ void MemoryReader::fail_count() const {
                      offset(), "a list announces more elements than the data can hold");
 }
 
-/// The first byte of the next element, which stays where it is.
+/// The tag of the next element, which stays where it is. Raises at the end of the data.
 inline unsigned int MemoryReader::peek_tag() {
     if (m_at.m_data == m_at.m_end) [[unlikely]] {
         if (!m_at.enter_next_segment()) {
@@ -100,24 +100,23 @@ void MemoryReader::take_bytes(void * buffer, unsigned int size) {
     m_at.cursor_advance(size);
 }
 
-/// A size or number that stands in the first byte, or behind it in 1 to 4 bytes.
-inline unsigned int MemoryReader::take_size(unsigned int smallTag, unsigned int smallCount,
-                                            unsigned int wideTag, EElementKind kind) {
+/// A size, count or value that is part of the tag or follows it in 1 to 4 bytes.
+inline unsigned int MemoryReader::take_number(NumberTags const & tags) {
     unsigned int const tag = peek_tag();
-    if (tag - smallTag < smallCount) {
+    // Differences are unsigned: a tag below the first of a row is far above its last.
+    if (tag - tags.small <= tags.small_max) {
         ++m_at.m_data;
-        return tag - smallTag;
+        return tag - tags.small;
     }
-    if (tag - wideTag >= 4) [[unlikely]] {
-        fail_type(kind);
+    if (tag - tags.wide >= 4) [[unlikely]] {
+        fail_type(tags.kind);
     }
     ++m_at.m_data;
-    return static_cast<unsigned int>(take_bits(tag - wideTag + 1));
+    return static_cast<unsigned int>(take_bits(tag - tags.wide + 1));
 }
 
 inline unsigned int MemoryReader::take_string_size() {
-    unsigned int const size =
-        take_size(string_small, string_small_max + 1, string_wide, eElement_String);
+    unsigned int const size = take_number(string_tags);
     if (size > m_at.bytes_left()) [[unlikely]] {
         fail_truncated();
     }
@@ -125,8 +124,7 @@ inline unsigned int MemoryReader::take_string_size() {
 }
 
 unsigned int MemoryReader::take_block_size() {
-    unsigned int const size =
-        take_size(block_small, block_small_max + 1, block_wide, eElement_Binary);
+    unsigned int const size = take_number(block_tags);
     if (size > m_at.bytes_left()) {
         fail_truncated();
     }
@@ -168,7 +166,7 @@ bool MemoryReader::read_bool() {
 
 long long MemoryReader::read_integer() {
     unsigned int const tag = peek_tag();
-    if (tag - integer_small < 64) {
+    if (tag - integer_small < integer_small_count) {
         ++m_at.m_data;
         m_containers.element();
         return static_cast<int>(tag - integer_small) + integer_small_min;
@@ -179,14 +177,13 @@ long long MemoryReader::read_integer() {
     unsigned int const width = tag - integer_wide + 1;
     ++m_at.m_data;
     m_containers.element();
-    // The shifts carry the sign from the top bit of the width to all bits above.
+    // The shifts copy the sign from the top bit of the width to all bits above.
     unsigned int const shift = 64 - 8 * width;
     return static_cast<long long>(take_bits(width) << shift) >> shift;
 }
 
 unsigned int MemoryReader::read_uint() {
-    unsigned int const value =
-        take_size(unsigned_small, unsigned_small_max + 1, unsigned_wide, eElement_Unsigned);
+    unsigned int const value = take_number(unsigned_tags);
     m_containers.element();
     return value;
 }
@@ -259,9 +256,9 @@ vxcore::RefCountPtr<MemoryList> MemoryReader::read_binary_as_memory_list() {
 }
 
 unsigned int MemoryReader::begin_list() {
-    unsigned int const count = take_size(list_small, list_small_max + 1, list_wide, eElement_List);
+    unsigned int const count = take_number(list_tags);
     m_containers.element();
-    if (count + m_containers.owed() > m_at.bytes_left()) [[unlikely]] {
+    if (count + m_containers.pending() > m_at.bytes_left()) [[unlikely]] {
         fail_count();
     }
     m_containers.begin_list(count, true);

@@ -9,38 +9,48 @@
 
 namespace vxserialize {
 
-/// Reads the binary form from memory. The form itself is told in docs/formats/binary.md.
+/// Reads the binary form, which docs/formats/binary.md specifies, from memory.
 ///
-/// A copy of a reader is a reader of its own at the same place; it shares the bytes.
+/// A copy of a reader is an independent reader at the same position. It shares the bytes.
 ///
-/// Cost. Elements are read straight from the segments. Names are remembered, some hundreds of them,
-/// so a name that comes again costs a comparison and a count.
+///     MemoryReader reader(list);
+///     std::string name;
+///     reader >> name;
 ///
-/// Errors. Beside those of Reader: `error.vxserialize.data.count` for a list that announces more
+/// Cost. Elements are read directly from the segments. Up to 2,048 names are remembered, so a name
+/// that comes again costs a comparison and an atomic count.
+///
+/// Errors. Besides those of Reader: `error.vxserialize.data.count` for a list that announces more
 /// elements than bytes are left for it, `error.vxserialize.data.version` for a stream of a later
-/// form. Sizes are checked before memory is taken.
+/// version. Sizes are checked before memory is allocated.
 class VXSERIALIZE_API MemoryReader final : public Reader {
   public:
-    /// Reads nothing: it is at the end at once, and its `memory_list()` is null.
+    /// A reader without data: it is at the end, and its `memory_list()` is null.
     MemoryReader();
 
-    /// @param list  May be null, which reads as an empty one.
+    /// @param list  May be null, which reads as an empty list. The reader keeps it alive.
     explicit MemoryReader(vxcore::RefCountPtr<MemoryList const> list);
 
+    /// A copy starts without remembered names.
     MemoryReader(MemoryReader const & other);
     MemoryReader & operator=(MemoryReader const & other);
     ~MemoryReader() override;
 
-    /// The whole list, wherever the reader stands.
+    /// The whole list, whatever the position of the reader.
+    ///
+    /// @keeps  The reference holds until the reader is assigned to or destroyed.
     vxcore::RefCountPtr<MemoryList const> const &
     memory_list() const noexcept VXCORE_LIFETIMEBOUND {
         return m_list;
     }
 
-    /// Bytes not read yet.
+    /// Bytes that are not read yet.
     unsigned int bytes_left() const noexcept { return m_at.bytes_left(); }
 
+    /// Looks at one byte. Never raises.
     EElementKind next_type() override;
+
+    /// The reads of single elements, as in Reader. No case but strings, names and blocks allocates.
     void read_null() override;
     bool read_if_null() override;
     bool read_bool() override;
@@ -52,14 +62,21 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     vxcore::AbsoluteTime read_absolute_time() override;
     vxcore::RelativeTime read_relative_time() override;
     vxcore::Uuid read_uuid() override;
-    ReadStreamPtr read_binary() override;
 
-    /// The block as a list that shares its bytes with this reader's.
+    /// Both share the bytes of the block with the reader's list; no byte is copied.
+    ReadStreamPtr read_binary() override;
     vxcore::RefCountPtr<MemoryList> read_binary_as_memory_list() override;
 
+    /// Returns the announced count, or 0 below 2.
+    ///
+    /// @raises error.vxserialize.data.count: fewer bytes are left for the list than the announced
+    ///         elements need at least.
     unsigned int begin_list() override;
+
     bool has_next() override;
     void begin_record() override;
+
+    /// @raises error.vxserialize.data: the next byte is not the end of the record.
     void end_record() override;
 
   private:
@@ -68,8 +85,7 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     void take_tag(unsigned int tag, EElementKind kind);
     unsigned long long take_bits(unsigned int width);
     unsigned long long take_bits_slowly(unsigned int width);
-    unsigned int take_size(unsigned int smallTag, unsigned int smallCount, unsigned int wideTag,
-                           EElementKind kind);
+    unsigned int take_number(impl::binary::NumberTags const & tags);
     unsigned int take_string_size();
     unsigned int take_block_size();
     void take_bytes(void * buffer, unsigned int size);

@@ -15,7 +15,7 @@ using namespace impl::binary;
 
 namespace {
 
-/// Copies up to 63 bytes in a few moves that may overlap; a call for so little costs more.
+/// Copies up to 63 bytes in a few moves that may overlap. A call of memcpy would cost more.
 inline void copy_small(unsigned char * out, char const * in, unsigned int size) noexcept {
     if (size >= 16) {
         std::memcpy(out, in, 16);
@@ -74,15 +74,15 @@ void MemoryWriter::check_open() const {
     }
 }
 
-/// Makes a block for `needed` bytes after those that the present block has room for. A failure
-/// changes nothing; entering the block cannot fail.
+/// Creates a block for `needed` bytes beyond those that the current block has room for. A failure
+/// changes nothing. Entering the block then cannot fail.
 MemoryWriter::BlockPtr MemoryWriter::create_block(unsigned int needed) {
     check_open();
     unsigned int const full = m_list->size() + static_cast<unsigned int>(m_limit - m_begin);
     if (needed > std::numeric_limits<unsigned int>::max() - full) {
         throw std::length_error("vxserialize: a memory list may have at most 4294967295 bytes");
     }
-    m_list->reserve_segments(2); // for the present block and for the new one
+    m_list->reserve_segments(2); // for the current block and for the new one
     return m_list->create_block(needed);
 }
 
@@ -93,7 +93,7 @@ void MemoryWriter::enter_block(BlockPtr block) noexcept {
     }
     m_block = std::move(block);
     m_begin = m_cursor = m_block->data();
-    // The last block of a list of nearly 4 GiB may be larger than what is left to count with.
+    // Near 4 GiB the block may have more room than the size of the list can count.
     m_limit = m_begin + std::min(m_block->capacity(),
                                  std::numeric_limits<unsigned int>::max() - m_list->size());
 }
@@ -108,43 +108,40 @@ inline void MemoryWriter::put_tag(unsigned int tag) {
 }
 
 inline void MemoryWriter::put_tag_and_bits(unsigned int tag, unsigned long long bits) {
-    unsigned char * const out = room(9);
+    unsigned char * const out = room(number_room);
     *out = static_cast<unsigned char>(tag);
     store(out + 1, bits);
-    m_cursor = out + 9;
+    m_cursor = out + number_room;
 }
 
-inline void MemoryWriter::put_small_or_wide(unsigned int value, unsigned int smallTag,
-                                            unsigned int smallMax, unsigned int wideTag) {
-    unsigned char * const out = room(9);
-    if (value <= smallMax) {
-        *out = static_cast<unsigned char>(smallTag + value);
+inline void MemoryWriter::put_number(unsigned int value, NumberTags const & tags) {
+    unsigned char * const out = room(number_room);
+    if (value <= tags.small_max) {
+        *out = static_cast<unsigned char>(tags.small + value);
         m_cursor = out + 1;
         return;
     }
     unsigned int const width = width_of(value);
-    *out = static_cast<unsigned char>(wideTag + width - 1);
+    *out = static_cast<unsigned char>(tags.wide + width - 1);
     store(out + 1, value);
     m_cursor = out + 1 + width;
 }
 
-/// Puts the head of an element of `size` bytes. Returns the block that `put_bytes` needs for the
-/// bytes that do not fit into the present one, or null. A failure writes nothing: half an element
-/// never stays, nor do bytes of a secret where nobody wipes them.
-inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, unsigned int smallTag,
-                                                     unsigned int smallMax, unsigned int wideTag) {
-    constexpr unsigned int headRoom = 9;
-    room(headRoom);
-    unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor) - headRoom;
+/// Writes the tag and size of an element of `size` bytes. Returns the block that `put_bytes` needs
+/// for the bytes that do not fit into the current one, or null. A failure writes nothing: neither
+/// half an element is left, nor bytes of a secret that nobody wipes.
+inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, NumberTags const & tags) {
+    room(number_room);
+    unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor) - number_room;
     BlockPtr next;
     if (size > left) {
         next = create_block(size - left);
     }
-    put_small_or_wide(size, smallTag, smallMax, wideTag);
+    put_number(size, tags);
     return next;
 }
 
-/// Puts bytes of an element, the last of which may go to the block that `put_head` returned.
+/// Writes bytes of an element. The last of them may go to the block that `put_head` returned.
 inline void MemoryWriter::put_bytes(void const * data, unsigned int size,
                                     BlockPtr & next) noexcept {
     auto const * const bytes = static_cast<unsigned char const *>(data);
@@ -171,7 +168,7 @@ void MemoryWriter::write_bool(bool value) {
 }
 
 void MemoryWriter::write_integer(long long value) {
-    unsigned char * const out = room(9);
+    unsigned char * const out = room(number_room);
     if (value >= integer_small_min && value <= integer_small_max) {
         *out = static_cast<unsigned char>(static_cast<int>(integer_small) +
                                           static_cast<int>(value) - integer_small_min);
@@ -186,7 +183,7 @@ void MemoryWriter::write_integer(long long value) {
 }
 
 void MemoryWriter::write_uint(unsigned int value) {
-    put_small_or_wide(value, unsigned_small, unsigned_small_max, unsigned_wide);
+    put_number(value, unsigned_tags);
     m_containers.mark_element();
 }
 
@@ -196,13 +193,13 @@ void MemoryWriter::write_double(double value) {
 }
 
 void MemoryWriter::write_string(char const * data, unsigned int size) {
-    if (size <= string_small_max && static_cast<unsigned int>(m_limit - m_cursor) > size) {
+    if (size <= string_tags.small_max && static_cast<unsigned int>(m_limit - m_cursor) > size) {
         unsigned char * const out = m_cursor;
-        *out = static_cast<unsigned char>(string_small + size);
+        *out = static_cast<unsigned char>(string_tags.small + size);
         copy_small(out + 1, data, size);
         m_cursor = out + 1 + size;
     } else {
-        BlockPtr next = put_head(size, string_small, string_small_max, string_wide);
+        BlockPtr next = put_head(size, string_tags);
         put_bytes(data, size, next);
     }
     m_containers.mark_element();
@@ -224,21 +221,21 @@ void MemoryWriter::write_relative_time(vxcore::RelativeTime value) {
 }
 
 void MemoryWriter::write_uuid(vxcore::Uuid const & value) {
-    unsigned char * const out = room(max_element_size);
+    unsigned char * const out = room(uuid_size);
     *out = static_cast<unsigned char>(uuid);
     std::memcpy(out + 1, value.data().data(), value.data().size());
-    m_cursor = out + max_element_size;
+    m_cursor = out + uuid_size;
     m_containers.mark_element();
 }
 
 void MemoryWriter::write_binary(void const * data, unsigned int size) {
-    BlockPtr next = put_head(size, block_small, block_small_max, block_wide);
+    BlockPtr next = put_head(size, block_tags);
     put_bytes(data, size, next);
     m_containers.mark_element();
 }
 
 void MemoryWriter::write_memory_list(MemoryListBase const & list) {
-    BlockPtr next = put_head(list.size(), block_small, block_small_max, block_wide);
+    BlockPtr next = put_head(list.size(), block_tags);
     for (auto segment = list.segment_read_iterator(); !segment.at_end(); ++segment) {
         put_bytes(segment->data(), segment->size(), next);
     }
@@ -246,9 +243,9 @@ void MemoryWriter::write_memory_list(MemoryListBase const & list) {
 }
 
 void MemoryWriter::begin_list(unsigned int count) {
-    room(9); // first, so that a failure leaves no list open
+    room(number_room); // first, so that a failure leaves no list open
     m_containers.begin_list(count);
-    put_small_or_wide(count, list_small, list_small_max, list_wide);
+    put_number(count, list_tags);
 }
 
 void MemoryWriter::next_list_item() {

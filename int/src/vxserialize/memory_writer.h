@@ -6,41 +6,44 @@
 
 namespace vxserialize {
 
-/// Writes the binary form into memory. The form itself is told in docs/formats/binary.md.
+/// Writes the binary form, which docs/formats/binary.md specifies, into memory.
 ///
 ///     MemoryWriter writer;
 ///     writer << "port" << 8080;
 ///     auto list = writer.close_and_detach_memory_list();
 ///
-/// Cost. Small elements are a few stores behind one check of the room left. Memory grows in
-/// segments of 256 bytes, then twice as much each time up to 64 KiB, or what the rest of one
-/// element needs; bytes once written never move.
+/// Cost. A small element is one check of the remaining room and a few stores. Memory grows by
+/// segments of 256 bytes, doubling up to 64 KiB, or by what the rest of one element needs. Written
+/// bytes never move.
 ///
-/// Errors. Beside those of Writer: `std::length_error` beyond 2^32 - 1 bytes in all. Each call
-/// makes its room first: when memory runs out, the writer is as before the call.
+/// Errors. Besides those of Writer: `std::length_error` beyond 2^32 - 1 bytes in all. Each call
+/// allocates first: if memory runs out, the writer is as before the call.
 class VXSERIALIZE_API MemoryWriter final : public Writer {
   public:
+    /// An open writer without elements. The first block is allocated by the first write.
     MemoryWriter();
     MemoryWriter(MemoryWriter const &) = delete;
     MemoryWriter & operator=(MemoryWriter const &) = delete;
     ~MemoryWriter() override;
 
-    /// Bytes written so far.
+    /// Bytes written so far; 0 after `close_and_detach_memory_list()`.
     unsigned int size() const noexcept {
         return (m_list ? m_list->size() : 0) + static_cast<unsigned int>(m_cursor - m_begin);
     }
 
-    /// A reader over what stands so far, open lists and records included. It shares the memory;
-    /// what is written later does not show in it.
+    /// A reader of what is written so far, open lists and records included. It shares the memory;
+    /// later writes do not show in it.
     ///
     /// @cost O(segments); no byte is copied.
     MemoryReader reader() const;
 
-    /// Ends the writer and hands over what was written, also in the middle of open lists: the bytes
-    /// may need wiping. Every later write raises `error.vxserialize.usage`; a second call gives an
-    /// empty list.
+    /// Closes the writer and returns what was written. Lists may still be open, so that a caller
+    /// that failed half-way can wipe the bytes. Later writes raise `error.vxserialize.usage`; a
+    /// second call returns an empty list.
     vxcore::RefCountPtr<MemoryList> close_and_detach_memory_list();
 
+    /// The writes, as in Writer. Strings and blocks are copied; only they may need more than one
+    /// segment.
     void write_null() override;
     void write_bool(bool value) override;
     void write_integer(long long value) override;
@@ -52,15 +55,21 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     void write_relative_time(vxcore::RelativeTime value) override;
     void write_uuid(vxcore::Uuid const & value) override;
     void write_binary(void const * data, unsigned int size) override;
+
+    /// Copies the bytes of `list`, which is not kept.
     void write_memory_list(MemoryListBase const & list) override;
+
+    /// Counts take no more room than small integers; separators and ends of lists take none.
     void begin_list(unsigned int count) override;
     void next_list_item() override;
     void end_list() override;
+
+    /// The two ends of a record take one byte each.
     void begin_record() override;
     void end_record() override;
 
   private:
-    /// Place for `size` bytes in one piece, at the cursor, which stays where it is.
+    /// Returns the cursor, after which there is now room for `size` bytes in one piece.
     unsigned char * room(unsigned int size) {
         if (static_cast<unsigned int>(m_limit - m_cursor) < size) [[unlikely]] {
             start_block(size);
@@ -74,17 +83,17 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     void enter_block(BlockPtr block) noexcept;
     void start_block(unsigned int needed);
     void check_open() const;
+
+    // The parts of elements, each with the room for it.
     void put_tag(unsigned int tag);
     void put_tag_and_bits(unsigned int tag, unsigned long long bits);
-    void put_small_or_wide(unsigned int value, unsigned int smallTag, unsigned int smallMax,
-                           unsigned int wideTag);
-    BlockPtr put_head(unsigned int size, unsigned int smallTag, unsigned int smallMax,
-                      unsigned int wideTag);
+    void put_number(unsigned int value, impl::binary::NumberTags const & tags);
+    BlockPtr put_head(unsigned int size, impl::binary::NumberTags const & tags);
     void put_bytes(void const * data, unsigned int size, BlockPtr & next) noexcept;
 
-    vxcore::RefCountPtr<MemoryList> m_list; // null when closed; without the present block
+    vxcore::RefCountPtr<MemoryList> m_list; // full blocks; null when closed
     BlockPtr m_block;
-    unsigned char * m_begin = nullptr; // of what was written to the present block
+    unsigned char * m_begin = nullptr; // of the bytes written to `m_block`
     unsigned char * m_cursor = nullptr;
     unsigned char * m_limit = nullptr;
     impl::WriteContainers m_containers;

@@ -34,7 +34,7 @@ unsigned int TextReader::believed_count(unsigned int count) {
     long long const unread = m_streamEnded ? 0 : m_stream.size();
     unsigned long long const known =
         buffered + (unread < 0 ? 0 : static_cast<unsigned long long>(unread));
-    if (count + m_containers.owed() > known) {
+    if (count + m_containers.pending() > known) {
         if (unread >= 0) {
             fail_count("a list announces more elements than the data can hold");
         }
