@@ -14,7 +14,7 @@ namespace vxserialize {
 
 namespace {
 
-/// One error without what led to it, while a chain is read: the innermost is made first.
+/// One error without its cause, while a chain is read: the innermost is created first.
 struct Link {
     vxcore::SourceString code;
     vxcore::SourceString message;
@@ -75,7 +75,7 @@ Link read_link(Reader & reader) {
     return link;
 }
 
-/// The undefined reference with that text.
+/// Returns the undefined reference with that text.
 vxuri::UriReference undefined_uri(std::string text) {
     using vxuri::impl::UriParseData;
     auto const data = UriParseData::split(std::move(text));

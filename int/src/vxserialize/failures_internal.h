@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// The failures of this library, out of line so that the readers and writers stay small. `function`
-/// is a literal, the qualified name of the operation.
+/// Raises the errors of this library, out of line so that readers and writers stay small.
+/// `function` is a literal: the qualified name of the operation.
 namespace vxserialize::impl {
 
 /// Raises `error.vxserialize.usage`. `detail` is a literal that says what was done wrong.

@@ -5,7 +5,7 @@
 
 namespace vxserialize::impl {
 
-/// A stream over the next `size` bytes at `cursor`, a place in `list`, which it keeps alive.
+/// Returns a stream over the `size` bytes at `cursor`, a position in `list`. It keeps `list` alive.
 ReadStreamPtr create_memory_list_stream(vxcore::RefCountPtr<MemoryList const> list,
                                         MemoryListCursor const & cursor, unsigned int size);
 

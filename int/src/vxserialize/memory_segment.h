@@ -8,11 +8,11 @@ namespace vxserialize {
 
 namespace impl {
 
-/// A piece of memory that segments of any number of lists look into. The bytes stand behind the
-/// object in the same heap block.
+/// A piece of memory that segments of any number of lists refer to. The bytes follow the object in
+/// the same allocation.
 class VXSERIALIZE_API MemoryBlock final : public vxcore::RefCounted<vxcore::AtomicRefCount> {
   public:
-    /// @param capacity  Bytes; their content is not set.
+    /// @param capacity  Bytes; they are not initialised.
     static vxcore::RefCountPtr<MemoryBlock> create(unsigned int capacity);
 
     unsigned char * data() noexcept { return reinterpret_cast<unsigned char *>(this + 1); }
@@ -33,27 +33,31 @@ class VXSERIALIZE_API MemoryBlock final : public vxcore::RefCounted<vxcore::Atom
 
 /// A run of bytes of a MemoryList: a view into a block of memory that other lists may share.
 ///
-/// Who may write where: a segment whose block has no second user is written in place. Otherwise the
-/// segment first takes a copy of its bytes, so a write is never seen through another list.
+/// A segment that is the only user of its block is written in place. Otherwise the segment first
+/// copies its bytes, so a write is never seen through another list.
 class VXSERIALIZE_API MemorySegment {
   public:
+    /// A segment of no bytes.
     MemorySegment() noexcept = default;
 
+    /// The bytes.
+    ///
+    /// @keeps  Until the list is changed or destroyed.
     unsigned char const * data() const noexcept { return m_data; }
 
     /// Bytes; not 0 in a segment of a list.
     unsigned int size() const noexcept { return m_size; }
 
-    /// True while another segment, of this or another list, or a MemoryWriter uses the same block:
-    /// the next write will copy then.
+    /// True while another segment, of this or another list, or a MemoryWriter uses the same block.
+    /// The next write then copies.
     bool is_shared() const noexcept { return m_block && !m_block->has_unique_ref(); }
 
-    /// The first `size` bytes for writing; the content is as `data()` showed it.
+    /// Returns the first `size` bytes for writing, with their present content.
     ///
     /// @raises std::out_of_range: `size` is above `size()`.
-    /// @cost   None, or one allocation and copy of the segment when it is shared.
+    /// @cost   None, or one allocation and copy of the segment if it is shared.
     /// @keeps  Until the list is changed, copied or destroyed. A list made from this one afterwards
-    ///         shares the bytes, so ask again before writing again.
+    ///         shares the bytes, so call this again before writing again.
     unsigned char * get_inplace_write_ptr(unsigned int size);
 
   private:
@@ -66,7 +70,7 @@ class VXSERIALIZE_API MemorySegment {
                   unsigned int size) noexcept
         : m_block(std::move(block)), m_data(data), m_size(size) {}
 
-    /// Bytes of the block behind this segment that nobody else can see or write.
+    /// Bytes of the block after this segment that no other segment can see or write.
     unsigned int own_slack() const noexcept;
 
     vxcore::RefCountPtr<impl::MemoryBlock> m_block;

@@ -15,72 +15,88 @@
 
 namespace vxserialize {
 
-/// A stream over one binary block together with what keeps it alive.
+/// A stream over one binary block, together with the object that owns the stream.
 using ReadStreamPtr =
     vxcore::InterfacePtr<vxcore::IReadStream,
                          vxcore::RefCountPtr<vxcore::RefCounted<vxcore::AtomicRefCount>>>;
 
-/// Gives back, in the same order, what a Writer of the same form took.
+/// Reads elements from some form, in the order in which a Writer of the same form wrote them.
 ///
-/// Lists are read by `has_next()`, which also closes them:
+/// `has_next()` drives the reading of a list, and also closes it:
 ///
 ///     reader.begin_list();
 ///     while (reader.has_next()) {
 ///         names.push_back(reader.read_string_key());
 ///     }
 ///
+/// A form overrides the functions below; callers use them or `>>`.
+///
 /// Threads. One reader belongs to one thread at a time.
 ///
 /// Errors. A read that does not find its element raises `error.vxserialize.data` or a code below
-/// it, with the byte offset in the message. The place of the reader is unspecified then and so is a
-/// string that was being read; anything else is as it was.
+/// it, with the byte offset in the message: `.type` for another kind of element, `.truncated` at
+/// the end of the data, `.count` for a list with the wrong number of elements. Lists and records
+/// beyond `max_open_containers` raise `error.vxserialize.depth`. The position of the reader is
+/// unspecified then, and so is a string that was being read; anything else is as it was. Calls in
+/// an order that does not fit the open containers raise `error.vxserialize.usage`.
 class VXSERIALIZE_API Reader {
   public:
     virtual ~Reader();
 
-    /// The kind of the next element. Consumes nothing and does not raise on bad data, for which it
-    /// gives `eElement_None`.
+    /// Returns the kind of the next element without consuming it. Does not raise on bad data, for
+    /// which it returns `eElement_None`.
     virtual EElementKind next_type() = 0;
 
+    /// Consumes a null element.
     virtual void read_null() = 0;
 
-    /// Consumes the next element if it is a null element, and tells whether it did.
+    /// Consumes the next element if it is null. Returns whether it did.
     virtual bool read_if_null() = 0;
 
+    /// Reads what `write_bool` and `write_integer` wrote.
     virtual bool read_bool() = 0;
     virtual long long read_integer() = 0;
 
-    /// Reads what `write_uint` wrote. An integer is another kind.
+    /// Reads what `write_uint` wrote. An integer is another kind of element.
     virtual unsigned int read_uint() = 0;
 
+    /// Reads all bit patterns unchanged, those of NaNs too.
     virtual double read_double() = 0;
+
+    /// Reads a string, which may hold any bytes, over the content of `value`.
     virtual void read_string(std::string & value) = 0;
+
+    /// Reads a string as a name, which is interned.
     virtual vxcore::StringKey read_string_key() = 0;
+
+    /// Read what the writes of the same types wrote.
     virtual vxcore::AbsoluteTime read_absolute_time() = 0;
     virtual vxcore::RelativeTime read_relative_time() = 0;
     virtual vxcore::Uuid read_uuid() = 0;
 
-    /// Steps over one binary block at once and gives a stream of known size over it. The stream may
-    /// be dropped half read and may outlive the reader.
+    /// Consumes one binary block and returns a stream of known size over it. The stream may be
+    /// dropped half read and may outlive the reader.
     virtual ReadStreamPtr read_binary() = 0;
 
-    /// One binary block as a list, never null. A form may share its memory with the list; this
-    /// version copies from `read_binary()`.
+    /// Reads one binary block as a list, never null. A form may share its memory with the list;
+    /// this implementation copies from `read_binary()`.
     virtual vxcore::RefCountPtr<MemoryList> read_binary_as_memory_list();
 
-    /// Enters a list and gives its count, or 0 where that is not known. It is a hint: read by
-    /// `has_next()`, and do not reserve more for it than a modest amount.
+    /// Enters a list and returns its count, or 0 if it is not known. The count is a hint: read with
+    /// `has_next()`, and reserve only a modest amount.
     ///
-    /// The forms of this library say 0 below a count of 2, so that every list is left the same way.
+    /// The forms of this library return 0 for counts below 2, so that callers leave all lists the
+    /// same way.
     virtual unsigned int begin_list() = 0;
 
-    /// True while another element of the open list follows. May be asked again until something of
-    /// that element is read. False leaves the list.
+    /// True while another element of the open list follows. Calls before any of that element is
+    /// read return the same. False leaves the list.
     virtual bool has_next() = 0;
 
+    /// Enters a record.
     virtual void begin_record() = 0;
 
-    /// Leaves the open record, whose contents must have been read to the last.
+    /// Leaves the open record, whose contents must have been read completely.
     virtual void end_record() = 0;
 
   protected:
@@ -89,13 +105,14 @@ class VXSERIALIZE_API Reader {
     Reader & operator=(Reader const &) = default;
 };
 
+/// As `read_bool`.
 template <std::same_as<bool> T>
 Reader & operator>>(Reader & reader, T & value) {
     value = reader.read_bool();
     return reader;
 }
 
-/// 64-bit integers, by either name.
+/// As `read_integer`, for 64-bit integers of either name.
 template <typename T>
 
 requires((std::same_as<T, long> || std::same_as<T, long long>)&&sizeof(T) == 8) Reader &
@@ -110,6 +127,7 @@ inline Reader & operator>>(Reader & reader, unsigned int & value) {
     return reader;
 }
 
+/// The others, each as the read of the type.
 inline Reader & operator>>(Reader & reader, double & value) {
     value = reader.read_double();
     return reader;
@@ -121,8 +139,8 @@ inline Reader & operator>>(Reader & reader, std::string & value) {
 }
 
 inline Reader & operator>>(Reader & reader, vxcore::Uuid & value) {
-    // A temporary first: g++ 12 takes the result of a call for stored even when the call raises,
-    // and drops what the caller's local variable held before.
+    // A temporary first: g++ 12 assumes that the result is stored even if the call raises, and
+    // drops what the caller's local variable held before.
     vxcore::Uuid const result = reader.read_uuid();
     value = result;
     return reader;
@@ -142,7 +160,7 @@ inline Reader & operator>>(Reader & reader, vxcore::RelativeTime & value) {
     return reader;
 }
 
-/// Reads one binary block as a list, never null: an empty block gives an empty list.
+/// Reads one binary block as a list, never null: an empty block becomes an empty list.
 VXSERIALIZE_API vxcore::RefCountPtr<MemoryList> read_memory_list_as_binary(Reader & reader);
 
 } // namespace vxserialize

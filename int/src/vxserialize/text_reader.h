@@ -65,7 +65,9 @@ class VXSERIALIZE_API TextReader final : public Reader {
     /// case.
     unsigned int begin_list() override;
 
+    /// @raises error.vxserialize.data: a comma or the closing bracket is missing.
     bool has_next() override;
+
     void begin_record() override;
     void end_record() override;
 

@@ -15,7 +15,7 @@ namespace vxserialize {
 
 namespace {
 
-/// Room for the longest number, a double of 24 characters.
+/// Characters; enough for the longest number, a double of 24.
 constexpr unsigned int number_size = 32;
 
 template <typename T>
@@ -49,7 +49,7 @@ void TextWriter::close() {
 }
 
 void TextWriter::flush() {
-    m_state = eState_Failed; // and stays when the target raises: half an element is out
+    m_state = eState_Failed; // remains if the target raises: half an element may be written
     if (m_size == 1) {
         m_target.write_char(m_buffer[0]);
     } else if (m_size != 0) {
@@ -106,7 +106,7 @@ void TextWriter::check_open() const {
     }
 }
 
-/// Marks the element and sets it apart from the primitive before it.
+/// Marks the element as written and separates it from the primitive before it.
 void TextWriter::begin_element() {
     check_open();
     if (!m_containers.element()) {
@@ -184,7 +184,7 @@ void TextWriter::write_string_key(vxcore::StringKey const & key) {
 }
 
 void TextWriter::write_absolute_time(vxcore::AbsoluteTime value) {
-    std::string const text = value.as_string(); // first: it takes memory
+    std::string const text = value.as_string(); // first, since it allocates
     put_word("@");
     put(text);
 }

@@ -5,24 +5,26 @@
 
 namespace vxserialize {
 
-/// Writes the text form, which a person can read and any text can carry: printable ASCII without
-/// quotes, backslashes and control characters. The form is told in docs/formats/text.md.
+/// Writes the text form, which docs/formats/text.md specifies. People can read it and other texts
+/// can contain it: it is printable ASCII without quotes, backslashes and control characters.
 ///
 ///     TextWriter writer(target, TextWriter::Options());
 ///     writer << "port" << 8080;
-///     writer.close();                         // the target got: <port> 8080
+///     writer.close();                         // the target received: <port> 8080
 ///
-/// Text goes through a small buffer inside the writer, so a value never stands in memory as a
+/// Cost. Text goes through a buffer of 256 bytes inside the writer. No value is held in memory as a
 /// whole.
 ///
-/// Errors. Beside those of Writer, what the target raises passes through. Drop the writer then:
-/// every later call raises `error.vxserialize.usage`, since the target may have got half an
-/// element.
+/// Errors. Besides those of Writer, what the target raises passes through. Drop the writer then:
+/// the target may have received half an element, so every later call raises
+/// `error.vxserialize.usage`.
 class VXSERIALIZE_API TextWriter final : public Writer {
   public:
-    /// Where the text goes, in pieces cut anywhere.
+    /// Receives the text in pieces, which may end anywhere. The destructor is protected: never
+    /// delete through this interface.
     class ITextTarget {
       public:
+        /// Take the next character, or the next `size` of them. Both may raise.
         virtual void write_char(char c) = 0;
         virtual void write_data(char const * data, unsigned int size) = 0;
 
@@ -33,26 +35,29 @@ class VXSERIALIZE_API TextWriter final : public Writer {
         ~ITextTarget() = default;
     };
 
-    /// With all fields zero the text is one line.
+    /// By default the text is one line.
     struct Options {
-        /// Blanks that each list indents its elements by, a line for each element; 0: no lines. The
-        /// line feeds are the one control character that the text holds then.
+        /// If not 0, each element of a list is on a line of its own, indented by so many blanks per
+        /// open list. Line feeds are then the only control characters in the text.
         unsigned int indent = 0;
     };
 
-    /// @param target  Must outlive the writer.
+    /// @param target   Must outlive the writer. The destructor does not use it.
+    /// @param options  Are copied.
     TextWriter(ITextTarget & target, Options const & options);
     TextWriter(TextWriter const &) = delete;
     TextWriter & operator=(TextWriter const &) = delete;
 
-    /// Without `close()` the end of the text is lost.
+    /// Writes nothing: without `close()` the end of the text is lost.
     ~TextWriter() override;
 
-    /// Hands the rest of the text to the target. A second call does nothing.
+    /// Passes the rest of the text to the target. A second call does nothing.
     ///
-    /// @raises error.vxserialize.usage: a list or record is open.
+    /// @raises error.vxserialize.usage: a list or record is open, or the target has failed. An open
+    ///         list or record leaves the writer usable.
     void close();
 
+    /// The writes, as in Writer. After `close()` they raise `error.vxserialize.usage`.
     void write_null() override;
     void write_bool(bool value) override;
     void write_integer(long long value) override;
@@ -65,19 +70,24 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     void write_uuid(vxcore::Uuid const & value) override;
     void write_binary(void const * data, unsigned int size) override;
     void write_memory_list(MemoryListBase const & list) override;
+
+    /// Announces the count in the text only if it is 2 or more.
     void begin_list(unsigned int count) override;
+
     void next_list_item() override;
     void end_list() override;
     void begin_record() override;
     void end_record() override;
 
   private:
-    static constexpr unsigned int sm_bufferSize = 256;
+    static constexpr unsigned int sm_bufferSize = 256; // bytes
 
     enum EState : unsigned char { eState_Open, eState_Closed, eState_Failed };
 
     void check_open() const;
     void begin_element();
+
+    // Text for the buffer, which goes to the target when it is full.
     void put(char c);
     void put(std::string_view text);
     void put_word(std::string_view text);
@@ -89,7 +99,7 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     ITextTarget & m_target;
     Options const m_options;
     impl::WriteContainers m_containers;
-    unsigned int m_lists = 0; // open ones, which set the indent
+    unsigned int m_lists = 0; // open lists, which determine the indent
     unsigned int m_size = 0;
     EState m_state = eState_Open;
     char m_buffer[sm_bufferSize];

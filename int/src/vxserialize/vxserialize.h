@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything of vxserialize.
+/// Includes all public headers of vxserialize.
 
 #include "vxserialize/element_kind.h"
 #include "vxserialize/error_codes.h"
