@@ -22,6 +22,7 @@ unsigned int WriteContainers::end_list(char const * function) {
     if (frame.closed != 0 && !frame.written) {
         throw_usage(function, "a list item without an element behind it");
     }
+    // next_list_item() closes each element but the last.
     unsigned int const elements = frame.closed + (frame.written ? 1 : 0);
     if (elements != frame.count) {
         throw_usage(function, "a list with another number of elements than announced");

@@ -91,6 +91,7 @@ void write_error_info(Writer & writer, vxcore::ErrorInfo const * info) {
         writer.write_null();
         return;
     }
+    // Counted before anything is written: a chain that is too long must leave no half of itself.
     unsigned int links = 0;
     for (auto const * link = info; link != nullptr; link = link->nested().get()) {
         if (++links > max_error_chain) {

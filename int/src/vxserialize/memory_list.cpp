@@ -20,6 +20,7 @@ unsigned int grown_size(unsigned int size, unsigned int added) {
 
 } // namespace
 
+// At the end of a segment a cursor enters the next one only when its bytes are needed.
 bool MemoryListCursor::enter_next_segment() noexcept {
     if (m_bytesAfter == 0) {
         m_data = m_end;
@@ -77,7 +78,7 @@ std::vector<MemorySegment> MemoryListCursor::segments_at_cursor(unsigned int siz
         unsigned int run = 0;
         unsigned char const * const data = from.data_at_cursor(run);
         run = std::min(run, left);
-        MemorySegment const & segment = from.m_next[-1];
+        MemorySegment const & segment = from.m_next[-1]; // the current one
         segments.push_back(
             MemorySegment(segment.m_block, segment.m_data + (data - segment.m_data), run));
         left -= run;
@@ -178,6 +179,7 @@ void MemoryListBase::append_defragmented(MemoryListBase const & list, unsigned i
 }
 
 void MemoryListBase::overwrite_own_bytes(void (*overwrite)(void *, std::size_t) noexcept) noexcept {
+    // By block: the segments of one block are next to each other then.
     std::sort(m_segments.begin(), m_segments.end(), [](auto const & a, auto const & b) {
         return std::less<>()(a.m_block.get(), b.m_block.get());
     });
@@ -207,7 +209,7 @@ void MemoryListBase::reserve_segments(std::size_t count) {
 
 void MemoryListBase::add_segments(std::vector<MemorySegment> segments) {
     if (m_segments.empty()) {
-        m_segments.swap(segments);
+        m_segments.swap(segments); // no copy
         for (MemorySegment const & segment : m_segments) {
             m_size += segment.size();
         }
@@ -227,6 +229,7 @@ void MemoryListBase::add_reserved_segment(MemorySegment segment) noexcept {
 vxcore::RefCountPtr<impl::MemoryBlock> MemoryListBase::create_block(unsigned int needed) {
     vxcore::RefCountPtr<impl::MemoryBlock> block =
         impl::MemoryBlock::create(std::max(needed, m_nextCapacity));
+    // A list created with a small first segment goes on with at least the default size.
     m_nextCapacity = m_nextCapacity >= MemoryList::max_segment_size / 2
                          ? MemoryList::max_segment_size
                          : std::max(2 * m_nextCapacity, MemoryList::first_segment_size);
@@ -244,7 +247,7 @@ vxcore::RefCountPtr<MemoryList> MemoryList::create(unsigned int segmentSize) {
 vxcore::RefCountPtr<MemoryList> MemoryList::create(void const * data, unsigned int size) {
     vxcore::RefCountPtr<MemoryList> list = create(size);
     list->append(data, size);
-    list->m_nextCapacity = first_segment_size;
+    list->m_nextCapacity = first_segment_size; // later appends start small
     return list;
 }
 

@@ -25,6 +25,7 @@ int compare_memory_lists(MemoryListPtr const & a, MemoryListPtr const & b) noexc
             unsigned int rightSize;
             unsigned char const * const leftData = left.data_at_cursor(leftSize);
             unsigned char const * const rightData = right.data_at_cursor(rightSize);
+            // The longest piece that is contiguous in both lists.
             unsigned int const piece = std::min({leftSize, rightSize, common});
             if (int const order = std::memcmp(leftData, rightData, piece); order != 0) {
                 return order < 0 ? -1 : 1;

@@ -77,7 +77,8 @@ inline void MemoryReader::take_tag(unsigned int tag, EElementKind kind) {
     ++m_at.m_data;
 }
 
-/// A little-endian number of `width` bytes, 1 to 8.
+/// A little-endian number of `width` bytes, 1 to 8. Loads 8 bytes where the segment has them, and
+/// masks out those after the number.
 inline unsigned long long MemoryReader::take_bits(unsigned int width) {
     if (m_at.m_end - m_at.m_data < 8) [[unlikely]] {
         return take_bits_slowly(width);
@@ -115,8 +116,9 @@ inline unsigned int MemoryReader::take_number(NumberTags const & tags) {
     return static_cast<unsigned int>(take_bits(tag - tags.wide + 1));
 }
 
-inline unsigned int MemoryReader::take_string_size() {
-    unsigned int const size = take_number(string_tags);
+/// The size of a string or block, all of whose bytes are there.
+inline unsigned int MemoryReader::take_size(NumberTags const & tags) {
+    unsigned int const size = take_number(tags);
     if (size > m_at.bytes_left()) [[unlikely]] {
         fail_truncated();
     }
@@ -124,11 +126,7 @@ inline unsigned int MemoryReader::take_string_size() {
 }
 
 unsigned int MemoryReader::take_block_size() {
-    unsigned int const size = take_number(block_tags);
-    if (size > m_at.bytes_left()) {
-        fail_truncated();
-    }
-    return size;
+    return take_size(block_tags);
 }
 
 EElementKind MemoryReader::next_type() {
@@ -195,21 +193,21 @@ double MemoryReader::read_double() {
 }
 
 void MemoryReader::read_string(std::string & value) {
-    unsigned int const size = take_string_size();
+    unsigned int const size = take_size(string_tags);
     m_containers.element();
-    if (size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data)) {
+    if (is_contiguous(size)) {
         value.assign(reinterpret_cast<char const *>(m_at.m_data), size);
         m_at.m_data += size;
         return;
     }
-    value.resize(size);
+    value.resize(size); // bounded by the bytes that are left
     take_bytes(value.data(), size);
 }
 
 vxcore::StringKey MemoryReader::read_string_key() {
-    unsigned int const size = take_string_size();
+    unsigned int const size = take_size(string_tags);
     m_containers.element();
-    if (size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data)) {
+    if (is_contiguous(size)) {
         std::string_view const text(reinterpret_cast<char const *>(m_at.m_data), size);
         m_at.m_data += size;
         return m_names.find(text);
@@ -258,6 +256,7 @@ vxcore::RefCountPtr<MemoryList> MemoryReader::read_binary_as_memory_list() {
 unsigned int MemoryReader::begin_list() {
     unsigned int const count = take_number(list_tags);
     m_containers.element();
+    // Each announced element, and each that the containers around still expect, needs a byte.
     if (count + m_containers.pending() > m_at.bytes_left()) [[unlikely]] {
         fail_count();
     }

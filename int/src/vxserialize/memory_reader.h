@@ -81,12 +81,18 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
 
   private:
     unsigned int offset() const noexcept;
+
+    /// True if the next `size` bytes are in the current segment.
+    bool is_contiguous(unsigned int size) const noexcept {
+        return size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data);
+    }
+
     unsigned int peek_tag();
     void take_tag(unsigned int tag, EElementKind kind);
     unsigned long long take_bits(unsigned int width);
     unsigned long long take_bits_slowly(unsigned int width);
     unsigned int take_number(impl::binary::NumberTags const & tags);
-    unsigned int take_string_size();
+    unsigned int take_size(impl::binary::NumberTags const & tags);
     unsigned int take_block_size();
     void take_bytes(void * buffer, unsigned int size);
 

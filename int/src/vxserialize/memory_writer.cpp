@@ -55,14 +55,20 @@ MemoryReader MemoryWriter::reader() const {
     return MemoryReader(std::move(list));
 }
 
-vxcore::RefCountPtr<MemoryList> MemoryWriter::close_and_detach_memory_list() {
-    if (!m_list) {
-        return MemoryList::create();
-    }
+/// Adds what was written to the current block to the list. Its segment was reserved together with
+/// the block.
+inline void MemoryWriter::finish_block() noexcept {
     if (m_cursor != m_begin) {
         m_list->add_reserved_segment(MemorySegment(std::move(m_block), m_begin,
                                                    static_cast<unsigned int>(m_cursor - m_begin)));
     }
+}
+
+vxcore::RefCountPtr<MemoryList> MemoryWriter::close_and_detach_memory_list() {
+    if (!m_list) {
+        return MemoryList::create();
+    }
+    finish_block();
     m_block.reset();
     m_begin = m_cursor = m_limit = nullptr;
     return std::move(m_list);
@@ -87,10 +93,7 @@ MemoryWriter::BlockPtr MemoryWriter::create_block(unsigned int needed) {
 }
 
 void MemoryWriter::enter_block(BlockPtr block) noexcept {
-    if (m_cursor != m_begin) {
-        m_list->add_reserved_segment(MemorySegment(std::move(m_block), m_begin,
-                                                   static_cast<unsigned int>(m_cursor - m_begin)));
-    }
+    finish_block();
     m_block = std::move(block);
     m_begin = m_cursor = m_block->data();
     // Near 4 GiB the block may have more room than the size of the list can count.
@@ -193,6 +196,7 @@ void MemoryWriter::write_double(double value) {
 }
 
 void MemoryWriter::write_string(char const * data, unsigned int size) {
+    // The common case, a short string with room for it: one check and a copy without a call.
     if (size <= string_tags.small_max && static_cast<unsigned int>(m_limit - m_cursor) > size) {
         unsigned char * const out = m_cursor;
         *out = static_cast<unsigned char>(string_tags.small + size);

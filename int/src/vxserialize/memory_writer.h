@@ -80,6 +80,7 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     using BlockPtr = vxcore::RefCountPtr<impl::MemoryBlock>;
 
     BlockPtr create_block(unsigned int needed);
+    void finish_block() noexcept;
     void enter_block(BlockPtr block) noexcept;
     void start_block(unsigned int needed);
     void check_open() const;

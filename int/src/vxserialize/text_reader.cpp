@@ -32,6 +32,7 @@ bool parse_nan(std::string_view text, double & value) noexcept {
     return result.ptr == digits + nan_digits && std::isnan(value);
 }
 
+/// Independent of the rounding mode and the flush-to-zero modes of the thread.
 bool parse_double(std::string_view text, double & value) noexcept {
     if (text == "inf" || text == "-inf") {
         double const infinity = std::numeric_limits<double>::infinity();
@@ -136,6 +137,7 @@ void TextReader::read_string(std::string & value) {
     take_mark('<', eElement_String);
     m_containers.element();
     value.clear();
+    // Runs of plain characters are copied at once, up to an escape or the end of the buffer.
     while (true) {
         char const * run = m_cursor;
         while (run != m_limit && is_char(static_cast<unsigned char>(*run), eChar_Plain)) {
@@ -215,7 +217,7 @@ vxcore::RefCountPtr<MemoryList> TextReader::read_binary_as_memory_list() {
     take_mark('#', eElement_Binary);
     m_containers.element();
     vxcore::RefCountPtr<MemoryList> list = MemoryList::create();
-    unsigned char bytes[256];
+    unsigned char bytes[256]; // appended when full, so memory grows only with the data
     unsigned int size = 0;
     while (hex_value(peek()) >= 0) {
         if (size == sizeof(bytes)) {

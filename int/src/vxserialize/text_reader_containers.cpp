@@ -57,6 +57,7 @@ bool TextReader::has_next() {
     m_containers.check_in_list("vxserialize::TextReader::has_next()");
     impl::ReadContainers::Frame & list = m_containers.top();
     int c = peek_token();
+    // After an element a comma leads to the next one, which must exist.
     if (list.touched && c == ',') {
         list.remaining -= list.remaining == 0 ? 0 : 1; // 0 if no count was announced
         list.touched = false;
@@ -80,6 +81,7 @@ bool TextReader::has_next() {
     if (list.touched || c == ',' || c == ')') {
         fail("',' or ']' is missing");
     }
+    // Reported here, before the surplus element is read.
     if (list.counted && list.remaining == 0) {
         fail_count("a list holds more elements than announced");
     }

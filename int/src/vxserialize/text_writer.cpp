@@ -161,6 +161,7 @@ void TextWriter::write_string(char const * data, unsigned int size) {
     begin_element();
     put('<');
     char const * const end = data + size;
+    // Runs of plain characters are copied at once; each is followed by an escape or the end.
     while (data != end) {
         char const * run = data;
         while (run != end &&
@@ -214,6 +215,7 @@ void TextWriter::write_memory_list(MemoryListBase const & list) {
 
 void TextWriter::begin_list(unsigned int count) {
     check_open();
+    // A list or record after another primitive of the same element needs the blank between them.
     put(m_containers.begin_list(count) ? "[" : " [");
     ++m_lists;
     if (count >= 2) {
