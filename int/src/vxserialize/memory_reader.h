@@ -87,6 +87,7 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
         return size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data);
     }
 
+    // Parts of elements. All raise at the end of the data.
     unsigned int peek_tag();
     void take_tag(unsigned int tag, EElementKind kind);
     unsigned long long take_bits(unsigned int width);

@@ -59,7 +59,7 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     /// Copies the bytes of `list`, which is not kept.
     void write_memory_list(MemoryListBase const & list) override;
 
-    /// Counts take no more room than small integers; separators and ends of lists take none.
+    /// A list takes 1 to 5 bytes before its elements. Separators and ends take none.
     void begin_list(unsigned int count) override;
     void next_list_item() override;
     void end_list() override;
@@ -77,6 +77,7 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
         return m_cursor;
     }
 
+    // Blocks are created before any byte of an element is written. Entering them cannot fail.
     using BlockPtr = vxcore::RefCountPtr<impl::MemoryBlock>;
 
     BlockPtr create_block(unsigned int needed);
@@ -85,7 +86,7 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     void start_block(unsigned int needed);
     void check_open() const;
 
-    // The parts of elements, each with the room for it.
+    // Parts of elements. All but `put_bytes` make the room that they need.
     void put_tag(unsigned int tag);
     void put_tag_and_bits(unsigned int tag, unsigned long long bits);
     void put_number(unsigned int value, impl::binary::NumberTags const & tags);
@@ -94,7 +95,9 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
 
     vxcore::RefCountPtr<MemoryList> m_list; // full blocks; null when closed
     BlockPtr m_block;
-    unsigned char * m_begin = nullptr; // of the bytes written to `m_block`
+
+    // The bytes written to `m_block` start at `m_begin`; the cursor is at their end.
+    unsigned char * m_begin = nullptr;
     unsigned char * m_cursor = nullptr;
     unsigned char * m_limit = nullptr;
     impl::WriteContainers m_containers;

@@ -75,6 +75,7 @@ class VXSERIALIZE_API TextReader final : public Reader {
     /// In bytes; longer than any number or time that a writer makes.
     static constexpr unsigned int sm_maxWord = 128;
 
+    // Bytes: text_reader.cpp.
     bool refill();
 
     /// The next byte, which stays where it is; -1 at the end of the stream.
@@ -82,6 +83,7 @@ class VXSERIALIZE_API TextReader final : public Reader {
         return m_cursor == m_limit && !refill() ? -1 : static_cast<unsigned char>(*m_cursor);
     }
 
+    // Tokens: text_reader_words.cpp. A word is a number, name or time.
     int peek_token();
     void scan_word();
     void scan_nan_bits();
@@ -95,9 +97,11 @@ class VXSERIALIZE_API TextReader final : public Reader {
     void take_word() noexcept;
 
     void take_mark(char mark, EElementKind kind);
+    unsigned char take_hex_pair();
+
+    // Lists: text_reader_containers.cpp.
     unsigned int take_count(bool & counted);
     unsigned int believed_count(unsigned int count);
-    unsigned char take_hex_pair();
 
     unsigned long long offset() const noexcept;
     [[noreturn]] void fail(char const * detail) const;
@@ -108,12 +112,14 @@ class VXSERIALIZE_API TextReader final : public Reader {
     vxcore::IReadStream & m_stream;
     std::unique_ptr<char[]> m_buffer;
     unsigned int const m_bufferSize;
+
+    // The unread bytes of the buffer.
     char const * m_cursor = nullptr;
     char const * m_limit = nullptr;
     unsigned long long m_received = 0; // bytes, from the stream so far
     bool m_streamEnded = false;
 
-    // A number, name or time that was scanned to find its kind, and is not read yet.
+    // A word that was scanned to find its kind, and is not read yet.
     unsigned int m_wordSize = 0;
     EElementKind m_wordKind = eElement_None;
     char m_word[sm_maxWord];

@@ -12,6 +12,8 @@ namespace vxserialize {
 ///     writer << "port" << 8080;
 ///     writer.close();                         // the target received: <port> 8080
 ///
+/// With the option `indent` the elements of lists are on lines of their own. Readers accept both.
+///
 /// Cost. Text goes through a buffer of 256 bytes inside the writer. No value is held in memory as a
 /// whole.
 ///
@@ -82,6 +84,7 @@ class VXSERIALIZE_API TextWriter final : public Writer {
   private:
     static constexpr unsigned int sm_bufferSize = 256; // bytes
 
+    /// A writer fails when its target raises. It accepts no calls in the last two states.
     enum EState : unsigned char { eState_Open, eState_Closed, eState_Failed };
 
     void check_open() const;
@@ -90,6 +93,8 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     // Text for the buffer, which goes to the target when it is full.
     void put(char c);
     void put(std::string_view text);
+
+    // Parts of elements.
     void put_word(std::string_view text);
     void put_hex(unsigned char byte);
     void put_hex_bytes(unsigned char const * data, unsigned int size);
