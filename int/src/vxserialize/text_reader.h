@@ -38,8 +38,8 @@ class VXSERIALIZE_API TextReader final : public Reader {
     TextReader & operator=(TextReader const &) = delete;
     ~TextReader() override;
 
-    /// Scans a number, name or time completely, since its kind shows only then. The stream may
-    /// raise while it is read.
+    /// Scans a number, name, time or UUID completely, since its kind shows only then. The stream
+    /// may raise while it is read.
     EElementKind next_type() override;
 
     /// The reads of single elements, as in Reader. A number must fit its type: others raise
@@ -83,7 +83,7 @@ class VXSERIALIZE_API TextReader final : public Reader {
         return m_cursor == m_limit && !refill() ? -1 : static_cast<unsigned char>(*m_cursor);
     }
 
-    // Tokens: text_reader_words.cpp. A word is a number, name or time.
+    // Tokens: text_reader_words.cpp. A word is a number, name, time or UUID.
     int peek_token();
     void scan_word();
     void scan_nan_bits();

@@ -1,7 +1,7 @@
 #include "vxserialize/text_form_internal.h"
 #include "vxserialize/text_reader.h"
 
-/// The tokens of TextReader: marks such as '[', and words, which are numbers, names and times.
+/// The tokens of TextReader: marks such as '[', and words: numbers, names, times and UUIDs.
 namespace vxserialize {
 
 using namespace impl::text;
