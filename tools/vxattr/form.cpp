@@ -1,6 +1,7 @@
 #include "form.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace vxattr {
 
@@ -8,6 +9,16 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 constexpr std::string_view digits = "0123456789";
+
+struct Form {
+    char const * name;
+    EForm form;
+};
+
+constexpr Form forms[] = {{"json", EForm::eJson},
+                          {"binary", EForm::eBinary},
+                          {"text", EForm::eText},
+                          {"trace", EForm::eTrace}};
 
 bool is_printable(char c) noexcept {
     return (c >= ' ' && c <= '~') || blanks.find(c) != std::string_view::npos;
@@ -18,7 +29,7 @@ std::string_view without_blanks(std::string_view text) noexcept {
     return text;
 }
 
-/// What stands behind a "[" of the text form, or of a JSON array.
+/// Whether `rest`, which follows a "[", continues a list of the text form, not a JSON array.
 bool is_text_list(std::string_view rest) noexcept {
     rest = without_blanks(rest);
     std::size_t const number = rest.find_first_not_of(digits);
@@ -36,14 +47,16 @@ bool is_text_element(std::string_view text) noexcept {
 
 } // namespace
 
-EForm form_of(std::string const & name) {
-    if (name.empty()) {
-        return EForm::eGuess;
-    }
-    return name == "json"     ? EForm::eJson
-           : name == "binary" ? EForm::eBinary
-           : name == "text"   ? EForm::eText
-                              : EForm::eTrace;
+EForm form_of(std::string_view name) {
+    return std::find_if(std::begin(forms), std::end(forms),
+                        [name](Form const & known) { return known.name == name; })
+        ->form;
+}
+
+char const * name_of(EForm form) {
+    return std::find_if(std::begin(forms), std::end(forms),
+                        [form](Form const & known) { return known.form == form; })
+        ->name;
 }
 
 EForm guess_form(std::string_view head) {

@@ -1,19 +1,21 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 namespace vxattr {
 
-/// How a value stands in a file.
-enum class EForm { eGuess, eJson, eBinary, eText, eTrace };
+/// How a file holds a value. eTrace is for people, and only written.
+enum class EForm { eJson, eBinary, eText, eTrace };
 
-/// The form of that name, which the option parser has checked; empty for `eGuess`.
-EForm form_of(std::string const & name);
+/// The form with this name, which the option parser has checked.
+EForm form_of(std::string_view name);
 
-/// The form of a file by its first bytes: JSON where it starts as an object, an array or a
-/// string does, text where it starts as an element of the text form does and holds no other bytes,
-/// else binary.
+/// The name of a form that files are read in.
+char const * name_of(EForm form);
+
+/// Guesses the form of a file from its first bytes: JSON where it starts like an object, an array
+/// or a string; text where it starts like an element of the text form and all bytes are printable;
+/// otherwise binary.
 EForm guess_form(std::string_view head);
 
 } // namespace vxattr

@@ -1,7 +1,7 @@
 #include "commands.h"
 #include "failure.h"
+#include "file_options.h"
 #include "input.h"
-#include "name_packages.h"
 #include "output.h"
 #include "stream_walk.h"
 
@@ -98,14 +98,8 @@ void add_inspect(CLI::App & app, Run & run) {
     CLI::App & command = *app.add_subcommand(
         "inspect", "List the elements of a binary stream, up to where it breaks");
     command.add_option("FILE", options->in, "Binary file, - for standard input")->required();
-    command
-        .add_option("--package", options->packages.files,
-                    "File of a name package; may be given again")
-        ->take_all()
-        ->expected(1);
-    command.add_option("--max-size", options->maxSize, "Most bytes of an input")
-        ->check(CLI::Range(1ull, 0xFFFFFFFFull))
-        ->capture_default_str();
+    add_package_option(command, options->packages);
+    add_max_size_option(command, options->maxSize);
     command.footer("Offsets and lengths are bytes; an element that breaks off has the length ?.\n"
                    "Example:\n"
                    "  vxattr inspect records.bin --package records.names");

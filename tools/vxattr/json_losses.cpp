@@ -34,35 +34,19 @@ std::string_view shortened(std::string_view text) noexcept {
 EToken JsonLosses::next() {
     EToken const token = m_tokens.next();
     switch (token) {
-    case eToken_Punctuator: {
-        StringSlice slice;
-        char const c = m_tokens.text(slice)[0];
-        if (c == '{' || c == '[') {
-            open(c == '{');
-        } else if (c == '}' || c == ']') {
-            close();
-        }
+    case eToken_Punctuator:
+        take_punctuator();
         break;
-    }
     case eToken_StringBegin:
     case eToken_IdentifierBegin:
-        m_isName = !m_open.empty() && m_open.back().isObject && m_open.back().isNameDue;
-        m_name.clear();
-        m_tokens.position(m_namePosition);
+        begin_string();
         break;
     case eToken_CharData:
-        if (m_isName) {
-            StringSlice slice;
-            m_name += m_tokens.text(slice).view();
-        }
+        take_characters();
         break;
     case eToken_StringEnd:
     case eToken_IdentifierEnd:
-        if (m_isName) {
-            take_name();
-        } else {
-            end_value();
-        }
+        end_string();
         break;
     case eToken_Number:
         take_number();
@@ -77,6 +61,37 @@ EToken JsonLosses::next() {
         break;
     }
     return token;
+}
+
+void JsonLosses::take_punctuator() {
+    StringSlice slice;
+    char const c = m_tokens.text(slice)[0];
+    if (c == '{' || c == '[') {
+        open(c == '{');
+    } else if (c == '}' || c == ']') {
+        close();
+    }
+}
+
+void JsonLosses::begin_string() {
+    m_isName = !m_open.empty() && m_open.back().isObject && m_open.back().isNameDue;
+    m_name.clear();
+    m_tokens.position(m_position);
+}
+
+void JsonLosses::take_characters() {
+    if (m_isName) {
+        StringSlice slice;
+        m_name += m_tokens.text(slice).view();
+    }
+}
+
+void JsonLosses::end_string() {
+    if (m_isName) {
+        take_name();
+    } else {
+        end_value();
+    }
 }
 
 void JsonLosses::open(bool isObject) {
@@ -124,12 +139,12 @@ void JsonLosses::take_number() {
     std::string_view const text = m_tokens.text(slice).view();
     bool const isInteger = text.find_first_of(".eE") == std::string_view::npos;
     bool const isDropped = !m_open.empty() && m_open.back().isDropped;
-    // Doubles hold all integers of 15 digits, and none above 309 of them.
+    // A double holds every integer of up to 15 digits. None has more than 309 digits.
     if (!isInteger || isDropped || text.size() <= 15 || text.size() > 310) {
         return;
     }
     if (std::string const kept = as_double(text); kept != text) {
-        m_tokens.position(m_namePosition);
+        m_tokens.position(m_position);
         note("the integer " + std::string(shortened(text)) + " is read as " +
              std::string(shortened(kept)));
     }
@@ -137,8 +152,8 @@ void JsonLosses::take_number() {
 
 void JsonLosses::note(std::string const & text) {
     if (++m_count <= sm_maxTexts) {
-        m_texts.push_back("[line " + vxcore::to_string(m_namePosition.line) + ", pos " +
-                          vxcore::to_string(m_namePosition.linePos) + "]: " + text);
+        m_texts.push_back("[line " + vxcore::to_string(m_position.line) + ", pos " +
+                          vxcore::to_string(m_position.linePos) + "]: " + text);
     }
 }
 

@@ -9,9 +9,9 @@
 
 namespace vxattr {
 
-/// Hands the tokens of another tokenizer on and notes what the value that is read from them will
-/// not hold: integers that no double holds, all but the last of equal names, and properties behind
-/// a "vxserialize" one.
+/// Forwards the tokens of another tokenizer and notes what the value read from them will lack:
+/// integers that no double holds, all but the last of equal names, and properties after a
+/// "vxserialize" one.
 class JsonLosses final : public vxjson::ITokenizer {
   public:
     explicit JsonLosses(vxjson::ITokenizer & tokens) : m_tokens(tokens) {}
@@ -24,9 +24,10 @@ class JsonLosses final : public vxjson::ITokenizer {
 
     void position(vxjson::SourcePosition & out) override { m_tokens.position(out); }
 
-    /// The first losses, each with its place.
+    /// Descriptions of the first losses, each with its line and position; at most 10.
     std::vector<std::string> const & texts() const noexcept { return m_texts; }
 
+    /// The number of all losses.
     unsigned long long count() const noexcept { return m_count; }
 
   private:
@@ -34,13 +35,17 @@ class JsonLosses final : public vxjson::ITokenizer {
 
     struct Container {
         bool isObject;
-        bool isElement;         // of an array
-        bool isNameDue = true;  // in an object
-        bool isDropped = false; // what follows is not looked at
-        bool isSerialized = false;
-        std::unordered_set<vxattribute::AttributeName> names = {}; // their hash has a secret
+        bool isElement;            // it lies in an array
+        bool isNameDue = true;     // in an object, the next string is a name
+        bool isDropped = false;    // all that follows in it is lost, and noted already
+        bool isSerialized = false; // its first name is "vxserialize"
+        std::unordered_set<vxattribute::AttributeName> names = {};
     };
 
+    void take_punctuator();
+    void begin_string();
+    void take_characters();
+    void end_string();
     void open(bool isObject);
     void close();
     void end_value() noexcept;
@@ -50,9 +55,9 @@ class JsonLosses final : public vxjson::ITokenizer {
 
     vxjson::ITokenizer & m_tokens;
     std::vector<Container> m_open;
-    bool m_isName = false; // the string at hand is one
+    bool m_isName = false; // the current string is one
     std::string m_name;
-    vxjson::SourcePosition m_namePosition;
+    vxjson::SourcePosition m_position; // of the last string, or of the number being noted
     std::vector<std::string> m_texts;
     unsigned long long m_count = 0;
 };

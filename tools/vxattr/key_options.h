@@ -13,16 +13,16 @@ class App;
 
 namespace vxattr {
 
-/// Where a key comes from: a file, or a sealed key that the file's key opens.
+/// Where a key comes from: a file, or a sealed key that the key in the file opens.
 struct KeyOptions {
     std::string keyFile;
-    std::string keyFormat = "auto";
-    std::string dataKey; // file of a sealed key; empty: the file's key is used itself
+    std::string keyFormat = "auto"; // of read_key_file
+    std::string dataKey;            // file of a sealed key; empty: the key in keyFile is used
 };
 
-/// How a new sealing is marked.
+/// The cipher and the readable facts of a new sealing.
 struct SealingOptions {
-    std::string cipher; // id; empty: by the size of the key
+    std::string cipher; // id; empty: chosen by the size of the key
     std::optional<std::string> annotation;
     std::optional<std::string> category;
     std::optional<std::string> keyId; // a UUID
@@ -31,30 +31,26 @@ struct SealingOptions {
 void add_key_options(CLI::App & command, KeyOptions & options);
 void add_sealing_options(CLI::App & command, SealingOptions & options);
 
-/// The key in a file: bytes as they are, or hexadecimal digits. The bytes go into the key's own
-/// memory and nowhere else.
+/// The key that seals and opens values: that of `keyFile`, or the one that it opens.
 ///
-/// @param format  "raw", "hex", or "auto": hexadecimal when the file holds nothing but an even
-///                number of digits and white space behind them.
-vxcrypto::Key read_key_file(std::string const & path, std::string const & format);
-
-/// The key that seals and opens values.
+/// @raises Failure: a file cannot be used, or the key does not open `dataKey`.
 vxcrypto::Key load_key(KeyOptions const & options);
 
-/// The cipher of that id, or the one that takes a key of that size where the id is empty.
+/// The cipher with this id; where the id is empty, the one that takes a key of this size.
 ///
-/// @param from  Where the key comes from, for the message.
-/// @raises Failure: there is none.
+/// @param from  Names the source of the key in the message.
+/// @raises Failure: no cipher takes a key of this size.
 vxattribute::SecuredValue::ICipher const &
 find_cipher(std::string const & id, vxcrypto::Key const & key, KeyOptions const & from);
 
-/// The key id that is asked for; what is not given stays as in `old`.
+/// The key id that the options ask for. Parts that they leave out are those of `old`.
 vxattribute::SecuredValue::KeyId key_id_of(SealingOptions const & options,
                                            vxattribute::SecuredValue::KeyId const & old = {});
 
-/// Refuses an output that would take the place of a key: what it seals could never be opened again.
+/// Refuses an output that would replace a file of a key: values sealed with it could never be
+/// opened again.
 ///
-/// @param keys  Files; empty ones do not count.
+/// @param keys  Paths; empty ones and "-" are ignored.
 /// @raises UsageFailure: `out` is one of them.
 void check_output_spares_keys(std::string const & out, std::initializer_list<std::string> keys);
 

@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "failure.h"
+#include "key_file.h"
 #include "key_options.h"
 #include "place.h"
 #include "value_file.h"

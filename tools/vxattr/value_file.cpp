@@ -1,6 +1,7 @@
 #include "value_file.h"
 
 #include "failure.h"
+#include "form.h"
 #include "input.h"
 #include "json_file.h"
 #include "sorted_stream.h"
@@ -18,7 +19,7 @@
 #include "vxserialize/memory_writer.h"
 #include "vxserialize/text_reader.h"
 
-#include <CLI/CLI.hpp>
+#include <stdexcept>
 
 namespace vxattr {
 
@@ -28,10 +29,8 @@ namespace {
 
 using PackageSetPtr = AttributeNamePackageSet::Ptr;
 
-constexpr unsigned long long maxMaxSize = 0xFFFFFFFF; // bytes of one binary stream
-
 AttributeValue read_stream(vxserialize::Reader & reader, PackageSetPtr const & packages) {
-    // A decoder reads coded and plain streams alike.
+    // A decoder reads coded and plain names alike.
     AttributeNameDecoder decoder(packages, packages != nullptr);
     if (reader.next_type() == vxserialize::eElement_List) {
         return AttributeValue(AttributeMap(reader, decoder)); // no value starts with a list
@@ -51,7 +50,7 @@ AttributeValue read_binary(Input & input, PackageSetPtr const & packages) {
         value = read_stream(reader, packages);
     } catch (vxcore::ErrorException const & e) {
         if (e.info()->matches(vxserialize::error::vxserialize)) {
-            throw; // tells the place itself
+            throw; // its message has the place
         }
         throw std::runtime_error(message_of(e) + " (before byte " + place() + ')');
     }
@@ -61,7 +60,8 @@ AttributeValue read_binary(Input & input, PackageSetPtr const & packages) {
     return value;
 }
 
-/// The reader has read ahead, so only another read tells the end from more text.
+/// Raises when anything follows the value. The reader has read ahead, so only another read can show
+/// whether the text ends here.
 void check_end(vxserialize::TextReader & reader) {
     std::string reason = "null";
     try {
@@ -82,15 +82,29 @@ AttributeValue read_text(Input & input, PackageSetPtr const & packages) {
     return value;
 }
 
-EForm form_for(std::string const & path, std::string const & name) {
+AttributeValue read_form(EForm form, Input & input, ReadOptions const & options) {
+    switch (form) {
+    case EForm::eJson:
+        return read_json(input, options.strict);
+    case EForm::eText:
+        return read_text(input, options.packages.set());
+    default:
+        return read_binary(input, options.packages.set());
+    }
+}
+
+EForm output_form(std::string const & path, std::string const & name) {
     if (!name.empty()) {
         return form_of(name);
     }
-    for (auto const & [ending, form] :
-         {std::pair(".json", EForm::eJson), {".txt", EForm::eText}, {".bin", EForm::eBinary}}) {
-        if (path.ends_with(ending)) {
-            return form;
-        }
+    if (path.ends_with(".json")) {
+        return EForm::eJson;
+    }
+    if (path.ends_with(".txt")) {
+        return EForm::eText;
+    }
+    if (path.ends_with(".bin")) {
+        return EForm::eBinary;
     }
     throw UsageFailure("--to is needed: the output's name does not end in .json, .bin or .txt");
 }
@@ -105,53 +119,39 @@ void write_stream(vxserialize::Writer & writer, AttributeValue const & value,
     }
 }
 
+void write_binary(Output & output, AttributeValue const & value, WriteOptions const & options,
+                  NamePackages const & packages) {
+    vxserialize::MemoryWriter writer;
+    write_stream(writer, value, options, packages);
+    output.write(*writer.close_and_detach_memory_list());
+}
+
+void write_text(Output & output, AttributeValue const & value, WriteOptions const & options,
+                NamePackages const & packages) {
+    vxserialize::TextWriter writer(output, {options.indent});
+    write_stream(writer, value, options, packages);
+    writer.close();
+    output.write("\n");
+}
+
+void write_trace(Output & output, AttributeValue const & value) {
+    OutputStream stream(output, output.is_terminal());
+    write_sorted_trace(stream, value, defaultTraceFormatter, 0);
+    stream << '\n';
+    stream.finish();
+}
+
 } // namespace
-
-void add_read_options(CLI::App & command, ReadOptions & options) {
-    command
-        .add_option("--from", options.from, "Form of the input: json, binary or text; else guessed")
-        ->check(CLI::IsMember({"json", "binary", "text"}));
-    command
-        .add_option("--package", options.packages.files,
-                    "File of a name package that the streams use; may be given again")
-        ->take_all()
-        ->expected(1);
-    command.add_option("--max-size", options.maxSize, "Most bytes of an input")
-        ->check(CLI::Range(1ull, maxMaxSize))
-        ->capture_default_str();
-    command.add_flag("--strict", options.strict,
-                     "What reading JSON would lose is a failure, not a notice");
-}
-
-void add_write_options(CLI::App & command, WriteOptions & options) {
-    command
-        .add_option("--to", options.to,
-                    "Form of the output: json, binary, text or trace; else by its name's ending "
-                    "(.json, .bin, .txt)")
-        ->check(CLI::IsMember({"json", "binary", "text", "trace"}));
-    command
-        .add_option("--indent", options.indent, "Blanks per level of JSON and text; 0: one line")
-        ->check(CLI::Range(0u, 64u));
-    command.add_flag("--sorted", options.sorted, "Names in the order of their bytes");
-    command.add_flag("--plain-names", options.plainNames, "Do not code names on output");
-    command.add_option("--wrap", options.wrap,
-                       "Put a value that JSON shows as a scalar into an object, under that name");
-}
 
 AttributeValue read_value(std::string const & path, ReadOptions const & options,
                           FileFacts * facts) {
-    PackageSetPtr const & packages = options.packages.set();
+    options.packages.set(); // failures of the packages come first, and have places of their own
     Input input(path, options.maxSize);
     return with_place(input.place(), [&] {
         EForm const form = options.from.empty() ? guess_form(input.head()) : form_of(options.from);
-        AttributeValue value = form == EForm::eJson   ? read_json(input, options.strict)
-                               : form == EForm::eText ? read_text(input, packages)
-                                                      : read_binary(input, packages);
+        AttributeValue value = read_form(form, input, options);
         if (facts != nullptr) {
-            *facts = {form == EForm::eJson   ? "json"
-                      : form == EForm::eText ? "text"
-                                             : "binary",
-                      input.received()};
+            *facts = {name_of(form), input.received()};
         }
         return value;
     });
@@ -166,28 +166,24 @@ AttributeMap read_map(std::string const & path, ReadOptions const & options) {
 }
 
 void check_output_form(std::string const & path, WriteOptions const & options) {
-    form_for(path, options.to);
+    output_form(path, options.to);
 }
 
 void write_value(Output & output, std::string const & path, AttributeValue const & value,
                  WriteOptions const & options, NamePackages const & packages) {
-    EForm const form = form_for(path, options.to);
-    if (form == EForm::eJson) {
+    switch (output_form(path, options.to)) {
+    case EForm::eJson:
         write_json(output, value, {options.indent, options.sorted, options.wrap});
-    } else if (form == EForm::eBinary) {
-        vxserialize::MemoryWriter writer;
-        write_stream(writer, value, options, packages);
-        output.write(*writer.close_and_detach_memory_list());
-    } else if (form == EForm::eText) {
-        vxserialize::TextWriter writer(output, {options.indent});
-        write_stream(writer, value, options, packages);
-        writer.close();
-        output.write("\n");
-    } else {
-        OutputStream stream(output, output.is_terminal());
-        write_sorted_trace(stream, value, defaultTraceFormatter, 0);
-        stream << '\n';
-        stream.finish();
+        break;
+    case EForm::eBinary:
+        write_binary(output, value, options, packages);
+        break;
+    case EForm::eText:
+        write_text(output, value, options, packages);
+        break;
+    default:
+        write_trace(output, value);
+        break;
     }
 }
 

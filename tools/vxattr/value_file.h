@@ -1,71 +1,47 @@
 #pragma once
 
-#include "form.h"
-#include "name_packages.h"
+#include "file_options.h"
 #include "output.h"
 
 #include "vxattribute/attribute_map.h"
 
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace vxattr {
 
-/// How a value is read from a file.
-struct ReadOptions {
-    std::string from; // name of the form; empty: guessed
-    NamePackages packages;
-    unsigned long long maxSize = 1ull << 30; // bytes
-    bool strict = false;
-};
-
-/// How a value is written to a file.
-struct WriteOptions {
-    std::string to; // name of the form; empty: by the ending of the file's name
-    unsigned int indent = 0;
-    bool sorted = false;
-    bool plainNames = false;
-    std::string wrap;
-};
-
-/// What is told of a file beside its value.
+/// Facts about a file beside its value.
 struct FileFacts {
     std::string form;
     unsigned long long bytes = 0;
 };
 
-void add_read_options(CLI::App & command, ReadOptions & options);
-void add_write_options(CLI::App & command, WriteOptions & options);
-
-/// The value of a file, which holds nothing else.
+/// Reads the one value of a file.
 ///
-/// Binary and text files may hold a map without the type in front, as `AttributeMapBase::write`
-/// leaves it. Names that a package codes are read with or without the package: without one they are
-/// made from its id. When packages are given and one is missing, that is a failure.
+/// Binary and text files may hold a map without its type number, as `AttributeMapBase::write`
+/// writes it. Coded names need their package only when `options` has packages. Otherwise, names
+/// are made from the package's id.
 ///
-/// What reading JSON loses is told on standard error, or is a failure where `strict` is set.
+/// Losses in reading JSON are reported on standard error, or are failures where `strict` is set.
 ///
-/// @param facts  Receives more about the file; may be null.
+/// @param facts  Receives facts about the file; may be null.
+/// @raises Failure: the file cannot be used, or more follows the value.
 vxattribute::AttributeValue read_value(std::string const & path, ReadOptions const & options,
                                        FileFacts * facts = nullptr);
 
-/// The one map of a file.
+/// Reads the one map of a file.
 ///
-/// @raises Failure: its value is something else.
+/// @raises Failure: as read_value, and when the value is not one map.
 vxattribute::AttributeMap read_map(std::string const & path, ReadOptions const & options);
 
-/// Tells bad options before an input of any size is read.
+/// Checks the options before an input of any size is read.
 ///
-/// @raises UsageFailure: neither the options nor the ending of the output's name tell the form.
+/// @raises UsageFailure: neither the options nor the ending of `path` determine the form.
 void check_output_form(std::string const & path, WriteOptions const & options);
 
-/// Writes the value; the caller commits.
+/// Writes the value. The caller commits the output.
 ///
-/// @param path      Of the output: its ending tells the form that was not given.
-/// @param packages  Code the names of binary and text, unless `plainNames` is set.
+/// @param path      Of the output: its ending determines the form where the options do not.
+/// @param packages  Code the names in binary and text, unless `plainNames` is set.
 void write_value(Output & output, std::string const & path,
                  vxattribute::AttributeValue const & value, WriteOptions const & options,
                  NamePackages const & packages);
