@@ -8,10 +8,11 @@ class App;
 
 namespace vxattr {
 
-/// What the command line asks for; gives the exit code.
+/// Does what the command line asks for and returns the exit code.
 using Run = std::function<int()>;
 
-/// Each adds one command to the program. When the command line names it, `run` does its work.
+/// Each function adds one command to the program. When the command line names that command, `run`
+/// is set to do its work.
 void add_convert(CLI::App & app, Run & run);
 void add_show(CLI::App & app, Run & run);
 void add_inspect(CLI::App & app, Run & run);

@@ -21,7 +21,7 @@ struct Options {
 
 using Clock = std::chrono::steady_clock;
 
-/// Says on standard error how fast a step was.
+/// Reports the speed of a step on standard error.
 void tell_time(char const * step, unsigned long long bytes, Clock::time_point start) {
     std::chrono::duration<double, std::micro> const time = Clock::now() - start;
     auto const micros = static_cast<unsigned long long>(time.count()) + 1;

@@ -20,7 +20,7 @@ struct Options {
     ReadOptions read;
 };
 
-/// Empty for no value.
+/// The value on one line; empty for a null pointer.
 std::string text_of(AttributeValue const * value, bool isWhole) {
     return value != nullptr ? one_line_trace(*value, isWhole) : "";
 }
@@ -29,7 +29,7 @@ int diff(Options const & options) {
     AttributeValue const a = read_value(options.a, options.read);
     AttributeValue const b = read_value(options.b, options.read);
     Output output("-");
-    OutputStream stream(output, true); // a line is a line, whatever names and strings hold
+    OutputStream stream(output, true); // line feeds in names and strings add no lines
     auto const print = [&](char mark, std::string const & path, std::string const & text) {
         if (!text.empty()) {
             stream << mark << ' ' << shown_path(path) << (path.empty() ? "" : ": ") << text << '\n';
@@ -43,7 +43,7 @@ int diff(Options const & options) {
             }
             std::string leftText = text_of(left, false);
             std::string rightText = text_of(right, false);
-            if (leftText == rightText) { // what differs lies behind what is shown
+            if (leftText == rightText) { // they differ in what was left out
                 leftText = text_of(left, true);
                 rightText = text_of(right, true);
             }

@@ -51,8 +51,8 @@ class Comparison {
     bool is_same() const noexcept { return m_isSame; }
 
   private:
-    /// Two sorted lists of names, merged. Maps that came out of files nest no deeper than readers
-    /// let them, so the recursion has an end.
+    /// Merges the two sorted lists of names. The recursion is bounded: readers limit how deep maps
+    /// from files nest.
     void compare_maps(AttributeMap const & a, AttributeMap const & b) {
         auto const left = sorted_by_name(a);
         auto const right = sorted_by_name(b);
@@ -80,7 +80,7 @@ class Comparison {
     }
 
     TakeDifference const & m_take;
-    std::string m_path; // of the values at hand
+    std::string m_path; // of the values being compared
     bool m_isSame = true;
 };
 

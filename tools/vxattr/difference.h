@@ -7,17 +7,17 @@
 
 namespace vxattr {
 
-/// Takes one difference: the path and the two values, of which one may be null.
+/// Receives one difference: the path and the two values. One of them may be null: absent.
 using TakeDifference =
     std::function<void(std::string const & path, vxattribute::AttributeValue const * a,
                        vxattribute::AttributeValue const * b)>;
 
-/// Finds where two values differ, name by name, in the order of the names' bytes.
+/// Finds the differences of two values, name by name, in the byte order of the names.
 ///
-/// Doubles differ when their bits do, so a NaN equals its copy and the two zeros differ. Lists of
-/// maps are compared place by place when they have the same size.
+/// Doubles are compared by their bits: a NaN equals its copy, and the two zeros differ. Lists of
+/// maps of the same size are compared index by index; of different sizes they are one difference.
 ///
-/// @return true when they are the same.
+/// @return whether the values are the same.
 bool find_differences(vxattribute::AttributeValue const & a, vxattribute::AttributeValue const & b,
                       TakeDifference const & take);
 

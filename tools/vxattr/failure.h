@@ -15,7 +15,7 @@ enum EExit : int {
     eExit_Usage = 2, ///< the command line makes no sense
 };
 
-/// Data or a file that cannot be used; `what()` is one line that starts with the place.
+/// Data or a file that cannot be used. `what()` is one line that starts with the place.
 class Failure : public std::runtime_error {
   public:
     /// @param place  The file, or the file and a path in it.
@@ -28,11 +28,11 @@ class UsageFailure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// The text of a failure and of all that led to it, in one line.
+/// The text of an exception and of the errors nested in it, as one line.
 std::string message_of(std::exception const & e);
 
-/// Runs `action` and puts the file in front of the message of whatever it raises, unless that is a
-/// lack of memory.
+/// Runs `action`. Turns what it raises into a Failure at `place`, except for lack of memory and for
+/// failures of this program, which have their places already.
 template <typename Action>
 decltype(auto) with_place(std::string_view place, Action && action) {
     try {

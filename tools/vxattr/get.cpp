@@ -30,7 +30,7 @@ struct Options {
     TraceOptions trace;
 };
 
-/// An element that has a text of its own, as scripts want it: strings without quotes.
+/// Writes an element in the form that scripts want: strings without quotes.
 template <typename T>
 void write_plain_element(std::ostream & stream, T const & element) {
     if constexpr (std::is_same_v<T, bool>) {
@@ -50,7 +50,7 @@ constexpr bool has_plain_text =
     !std::is_same_v<T, AttributeMap> && !std::is_same_v<T, BinaryValue> &&
     !std::is_same_v<T, SerializedValue> && !std::is_same_v<T, impl::ErrorInfoPtr>;
 
-/// A line for each element; types without a text of their own are rendered.
+/// Writes a line for each element. Types without plain text are rendered as in traces.
 void write_plain(std::ostream & stream, AttributeValue const & value,
                  TraceFormatter const & formatter) {
     bool isWritten = false;

@@ -64,7 +64,7 @@ bool Input::fill() {
         throw Failure(m_place, std::string("cannot be read: ") + std::strerror(errno));
     }
     m_received += static_cast<unsigned long long>(count);
-    // The size of a plain file is known: one that is too large is not read up to the limit.
+    // The size of a plain file is known: refuse it at once, not when the limit is reached.
     if (m_received > m_maxSize || m_fileSize > static_cast<long long>(m_maxSize)) {
         throw Failure(m_place, "has more than " + vxcore::to_string(m_maxSize) +
                                    " bytes, which --max-size allows");
@@ -87,7 +87,7 @@ void Input::show_progress() {
 }
 
 std::string_view Input::head() {
-    // A pipe may hand over less at a time.
+    // A pipe may deliver less at a time.
     while (m_rest.size() < sm_headSize && fill()) {
     }
     return m_rest.substr(0, sm_headSize);

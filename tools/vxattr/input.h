@@ -9,11 +9,11 @@
 
 namespace vxattr {
 
-/// A file, or standard input for "-", read once from front to back through a buffer.
+/// A file, or standard input for "-", read once from start to end through a buffer.
 ///
-/// Shows on standard error how far it is when that is a terminal and the input is large.
+/// Shows progress on standard error when that is a terminal and the input is large.
 ///
-/// Errors. Raises Failure: the file cannot be read, or is larger than it may be.
+/// Errors. Raises Failure: the file cannot be read, or is larger than `maxSize`.
 class Input final : public vxcore::IReadStream {
   public:
     /// @param maxSize  Bytes.
@@ -22,39 +22,42 @@ class Input final : public vxcore::IReadStream {
     Input & operator=(Input const &) = delete;
     ~Input();
 
-    /// As messages call it.
+    /// The name of the input in messages.
     std::string const & place() const noexcept { return m_place; }
 
-    /// Bytes that came so far.
+    /// The number of bytes received so far.
     unsigned long long received() const noexcept { return m_received; }
 
-    /// The next bytes, 4096 of them or up to the end, without passing over them.
+    /// The next 4096 bytes, or fewer at the end of the input. They are not consumed.
     std::string_view head();
 
     unsigned int read(void * buffer, unsigned int size) override;
     unsigned int skip(unsigned int size) override;
     long long size() const override;
 
-    /// All that is left.
+    /// Reads all remaining bytes.
     vxcore::RefCountPtr<vxserialize::MemoryList> read_all();
 
   private:
     static constexpr std::size_t sm_bufferSize = 1 << 16;
     static constexpr std::size_t sm_headSize = 4096;
 
-    /// Adds to what is left in the buffer, which has room. False at the end.
+    /// Reads more bytes after the rest in the buffer, which must have room.
+    ///
+    /// @return false at the end of the input.
     bool fill();
     void show_progress();
 
     std::string const m_place;
     int m_file;
     unsigned long long const m_maxSize;
-    long long m_fileSize = -1;          // not known
-    unsigned long long m_received = 0;  // bytes that the file gave
-    unsigned long long m_nextShown = 0; // bytes at which progress is shown again; 0: never
+    long long m_fileSize = -1;         // bytes left at the start; -1: unknown
+    unsigned long long m_received = 0; // bytes
+    unsigned long long m_nextShown =
+        0; // the value of m_received at which to show progress; 0: never
     bool m_wasShown = false;
     std::unique_ptr<char[]> const m_buffer;
-    std::string_view m_rest; // of what stands in the buffer
+    std::string_view m_rest; // bytes in the buffer that are not consumed
 };
 
 } // namespace vxattr

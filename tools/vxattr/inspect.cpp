@@ -54,13 +54,14 @@ std::string line_of(StreamElement const & element) {
     return line + '\n';
 }
 
-/// The innermost element that was not read to its end is the one that is broken.
+/// The offset in bytes at which the stream breaks. The broken element is the innermost one that was
+/// not read to its end.
 unsigned int offset_of_break(std::vector<StreamElement> const & elements) {
     auto const last = std::find_if(elements.rbegin(), elements.rend(), [](auto const & element) {
         return element.length == StreamElement::unknown;
     });
     bool const isInside = last != elements.rend() && last != elements.rbegin();
-    if (isInside) { // what stands behind the last whole element does not belong there
+    if (isInside) { // the last whole element is good; what follows it is not
         return elements.back().offset + elements.back().length;
     }
     return elements.empty() ? 0 : elements.back().offset;

@@ -37,7 +37,7 @@ void tell_losses(Input const & input, JsonLosses const & losses, bool isStrict) 
     }
 }
 
-/// What JSON shows as neither an object nor an array.
+/// Whether JSON shows the value as neither an object nor an array.
 bool is_bare(AttributeValue const & value) {
     if (value.is_null()) {
         return true;
@@ -58,7 +58,7 @@ bool is_bare(AttributeValue const & value) {
 AttributeValue read_json(Input & input, bool isStrict) {
     vxjson::Tokenizer tokenizer(input);
     JsonLosses losses(tokenizer);
-    // Names such as "class" are good names of attributes, so they come out of write_json.
+    // Accept reserved words such as "class" as names: write_json writes them too.
     vxjson::Reader reader(losses, {true});
     AttributeValue value = read_attribute_value(reader);
     if (reader.next_value()) {

@@ -9,17 +9,15 @@
 
 namespace vxattr {
 
-/// The one value of a JSON document.
-///
-/// What reading it loses is told on standard error.
+/// Reads the one value of a JSON document. Reports on standard error what is lost.
 ///
 /// @raises Failure: `isStrict` is set and something would be lost.
 vxattribute::AttributeValue read_json(Input & input, bool isStrict);
 
 struct JsonLayout {
-    unsigned int indent = 0;
-    bool isSorted = false;
-    std::string wrap; // name for a scalar; empty: scalars are written bare
+    unsigned int indent = 0; // blanks per level; 0: one line
+    bool isSorted = false;   // names in the order of their bytes
+    std::string wrap;        // see WriteOptions
 };
 
 /// Writes the value and a line feed.

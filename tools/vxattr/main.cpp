@@ -7,8 +7,9 @@
 
 namespace {
 
-/// Keeps the numbers of closed standard streams from the files that are opened later: a notice for
-/// standard error would be written into one of them. The streams still fail when they are used.
+/// Occupies the descriptors of closed standard streams. Otherwise a file opened later could get one
+/// of them, and messages for standard error would be written into that file. Using the streams
+/// still fails.
 void hold_closed_streams() noexcept {
     int file = 0;
     do {

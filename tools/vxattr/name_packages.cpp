@@ -14,7 +14,7 @@ namespace {
 
 constexpr unsigned long long maxPackageSize = 1 << 28;
 
-/// A record: what the stream of a package starts with, and no line of a name list is likely to.
+/// A record. The stream of a package starts with it; a list of names hardly ever does.
 constexpr char recordByte = '\xF7';
 
 } // namespace

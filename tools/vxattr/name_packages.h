@@ -7,14 +7,14 @@
 
 namespace vxattr {
 
-/// The package in a file: a list of names, one on a line, or the stream of a package.
+/// Reads a package from a file: a list of names, one on each line, or the stream of a package.
 vxattribute::AttributeNamePackage::Ptr read_package(std::string const & path);
 
-/// The packages that the command line names. Each file is read once, whatever asks for them: a pipe
-/// gives its bytes only once.
+/// The packages that the command line names. Each file is read once, however often the set is used:
+/// a pipe delivers its bytes only once.
 class NamePackages {
   public:
-    std::vector<std::string> files; ///< set before the first question
+    std::vector<std::string> files; ///< set before the first call of set()
 
     /// The set of the packages; null when there are no files.
     vxattribute::AttributeNamePackageSet::Ptr const & set() const;

@@ -22,7 +22,7 @@ namespace {
 
 constexpr char refusal[] = "is there already, and is not replaced";
 
-/// Some file systems have nothing to do here and say so.
+/// Some file systems do not support this and fail with EINVAL.
 bool sync_file(int file) noexcept {
     return ::fsync(file) == 0 || errno == EINVAL;
 }
@@ -33,7 +33,7 @@ bool sync_folder_of(std::string const & path) {
     int const file =
         ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (file < 0) {
-        return true; // a folder may take files and not be readable
+        return true; // a folder may be writable and not readable
     }
     bool const isDone = sync_file(file);
     int const reason = errno;
@@ -42,8 +42,8 @@ bool sync_folder_of(std::string const & path) {
     return isDone;
 }
 
-/// Renames a file in one step that fails where there is a file of the new name: to ask before would
-/// leave a moment for another process.
+/// Renames a file in one step, which fails when the new name is taken. A check beforehand would
+/// leave a moment in which another process could take it.
 bool rename_to_free_name(char const * from, char const * to) noexcept {
     if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
         return true;

@@ -14,13 +14,13 @@
 
 namespace vxattr {
 
-/// A file that is being written, or standard output for "-".
+/// A file being written, or standard output for "-".
 ///
-/// The text goes to a new file beside the old one, which takes its place in `commit()`: a failure
-/// leaves the old file as it was, and no other. What is no regular file, such as a device, is
-/// written directly.
+/// The text goes to a new file in the same folder, which replaces the old one in `commit()`. A
+/// failure before that leaves the old file as it was and removes the new one. Anything but a
+/// regular file, such as a device, is written directly.
 ///
-/// A file and its name are on the disk when `commit()` returns.
+/// When `commit()` returns, the file and its name are on the disk.
 ///
 /// Errors. Raises Failure: the file cannot be written.
 class Output final : public vxserialize::TextWriter::ITextTarget,
@@ -29,7 +29,7 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     enum class EAccess {
         eAsUsual,
         eOwnerOnly,
-        eNewOwnerOnly, ///< as eOwnerOnly, and a file of that name is never replaced
+        eNewOwnerOnly, ///< as eOwnerOnly, and an existing file is never replaced
     };
 
     explicit Output(std::string path, EAccess access = EAccess::eAsUsual);
@@ -39,10 +39,10 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
 
     bool is_terminal() const;
 
-    /// Whether others get the bytes as soon as they are written, and not with `commit()`.
+    /// Whether others can read the bytes before `commit()`.
     bool is_direct() const noexcept { return m_newPath.empty(); }
 
-    /// Bytes handed to the file so far.
+    /// The number of bytes passed to the system so far.
     unsigned long long written() const noexcept { return m_written; }
 
     void write_char(char c) override { write({&c, 1}); }
@@ -52,10 +52,12 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     void write(std::string_view text);
     void write(vxserialize::MemoryListBase const & list);
 
-    /// Writes all to the disk. After this only the name can make `commit()` fail.
+    /// Writes all bytes to the disk. After this, `commit()` can fail only in giving the file its
+    /// name.
     void finish();
 
-    /// Gives the file its name. The file keeps it when its folder then fails to reach the disk.
+    /// Gives the file its name. It keeps the name even when writing the folder to the disk then
+    /// fails.
     void commit();
 
   private:
@@ -75,14 +77,13 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     std::unique_ptr<char[]> const m_buffer;
 };
 
-/// An output as a stream in the classic locale.
+/// An output as a standard stream, in the classic locale.
 class OutputStream final : private std::streambuf, public std::ostream {
   public:
-    /// @param isVisible  Control bytes are made visible.
+    /// @param isVisible  Shows control bytes as escapes.
     OutputStream(Output & output, bool isVisible);
 
-    /// Hands the last bytes on. Failures of the output end in the stream's state otherwise; this
-    /// raises them.
+    /// Passes the last bytes on. The destructor does not.
     void finish();
 
   private:

@@ -5,8 +5,8 @@
 
 namespace vxattr {
 
-/// Adds a step to a path while it lives. A walk that made a new path for each value would take time
-/// in the square of the input where names are long.
+/// Adds a step to a path for its own lifetime. A walk that built a new path for each value would
+/// take quadratic time where names are long.
 class PathStepScope {
   public:
     PathStepScope(std::string & path, std::string_view step) : m_path(path), m_size(path.size()) {

@@ -6,23 +6,25 @@
 
 namespace vxattr {
 
-/// One value inside the value of a file, by its path; the whole one by the empty path. Where the
-/// file holds several maps, the first step is the index of one of them.
+/// A value inside the value of a file, found by its path. The empty path means the whole value.
+/// Where the file holds several maps, the first step is the index of one of them.
 class Place {
   public:
-    /// @param file  For messages.
+    /// @param file  The name of the file, for messages.
     Place(std::string file, vxattribute::AttributeValue const & value, std::string const & path);
 
-    /// Null when there is none.
+    /// The value at this place; null when there is none.
     vxattribute::AttributeValue const * find() const;
 
+    /// The value at this place.
+    ///
     /// @raises Failure: there is none.
     vxattribute::AttributeValue const & get() const;
 
-    /// The whole value with another one at this place, where there is one already.
+    /// A copy of the whole value with `value` at this place, which must exist.
     vxattribute::AttributeValue replaced(vxattribute::AttributeValue const & value) const;
 
-    /// As messages call it: file and path.
+    /// File and path, for messages.
     std::string text() const;
 
   private:

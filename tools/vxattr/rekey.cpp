@@ -30,8 +30,8 @@ struct Options {
     WriteOptions write;
 };
 
-/// The key that was sealed; nothing when another value was. A key comes out in memory that is
-/// wiped, which an ordinary value is not.
+/// The sealed key, or nothing when the sealed value is not a key. Unlike an ordinary value, a key
+/// is in memory that is wiped.
 std::optional<Key> opened_key(SecuredValue const & sealed, Key const & key) {
     try {
         return sealed.extract_binary_as_key(key, SecuredValue::strict_cipher_provider(), nullptr);

@@ -27,7 +27,7 @@ int parse_and_run(CLI::App & app, Run const & run, int argc, char const * const 
         app.parse(argc, argv);
     } catch (CLI::ParseError const & e) {
         if (e.get_exit_code() == 0) {
-            return app.exit(e); // prints what was asked for
+            return app.exit(e); // prints the help or the version
         }
         std::vector<std::string> const rest = app.remaining();
         if (app.get_subcommands().empty() && !rest.empty() && rest.front()[0] != '-') {
@@ -58,8 +58,8 @@ constexpr Command commands[] = {
     {"verify", add_verify},   {"rekey", add_rekey}, {"check", add_check},
 };
 
-/// Adds only the command that `first` names, or all when it names none: adding all of them takes
-/// longer than most runs.
+/// Adds the command that `first` names, or all commands when it names none. Adding all of them
+/// takes longer than most runs.
 void add_commands(CLI::App & app, Run & run, std::string_view first) {
     bool const isKnown = std::any_of(std::begin(commands), std::end(commands),
                                      [&](Command const & known) { return known.name == first; });
@@ -86,7 +86,7 @@ int set_up_and_run(int argc, char const * const * argv) {
 int run(int argc, char const * const * argv) {
     try {
         return set_up_and_run(argc, argv);
-    } catch (std::bad_alloc const &) { // also while another failure is reported
+    } catch (std::bad_alloc const &) { // perhaps while reporting another failure
         std::fputs("vxattr: out of memory\n", stderr);
         return eExit_Data;
     }

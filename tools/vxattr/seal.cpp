@@ -39,7 +39,8 @@ SecuredValue sealed(Secret const & secret, Options const & options, Key const & 
                         key, cipher);
 }
 
-/// A fresh key for `cipher`, sealed under `master` into an output that is yet to be committed.
+/// Makes a random key for `cipher` and writes it, sealed under `master`, to an output that the
+/// caller commits.
 Key make_data_key(Options const & options, Key const & master, SecuredValue::ICipher const & cipher,
                   Output & output) {
     Key key(cipher.keysize());
@@ -61,9 +62,10 @@ AttributeValue seal_with(Options const & options, Key const & key,
     return place.replaced(sealed(place.get(), options, key, cipher));
 }
 
-/// Writes the value and the key. The key has its name before others get the value, since a sealed
-/// value is lost with its key; what can fail is done before that where the output allows it. A key
-/// that has its name is never removed: another process may have sealed with it.
+/// Writes the value and commits both outputs. The key's file gets its name before others can see
+/// the sealed value, which is useless without the key. Where the output allows it, everything that
+/// can fail is done before that. The key's file is never removed once it has its name: another
+/// process may have used the key.
 void write_with_key(Options const & options, AttributeValue const & value, Output & output,
                     Output & key) {
     bool const isDirect = output.is_direct();

@@ -18,13 +18,13 @@ namespace {
 
 class Replacement {
   public:
-    /// @param path  Of the value that is walked through first.
+    /// @param path  Of the value passed to in_value first.
     Replacement(ReplaceSealed const & replace, std::string path)
         : m_replace(replace), m_path(std::move(path)) {}
 
     unsigned long long count() const noexcept { return m_count; }
 
-    /// Maps out of files nest no deeper than readers let them, so the recursion has an end.
+    /// The recursion is bounded: readers limit how deep maps from files nest.
     AttributeValue in_value(AttributeValue const & value) {
         if (value.type() == ValueTypeId::typeSecured) {
             m_count += value.size();
@@ -59,7 +59,7 @@ class Replacement {
     AttributeValue in_elements(AttributeValue const & value, Replace const & replace) {
         std::vector<T> replaced;
         for (T const & element : elements<T>(value)) {
-            std::optional<PathStepScope> index; // only several elements need it
+            std::optional<PathStepScope> index; // one element needs no index
             if (value.size() != 1) {
                 index.emplace(m_path,
                               vxcore::to_string(static_cast<unsigned long long>(replaced.size())));
@@ -70,7 +70,7 @@ class Replacement {
     }
 
     ReplaceSealed const & m_replace;
-    std::string m_path; // of the value at hand
+    std::string m_path; // of the current value
     unsigned long long m_count = 0;
 };
 

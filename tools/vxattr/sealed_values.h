@@ -7,12 +7,15 @@
 
 namespace vxattr {
 
-/// Takes a sealed value and its path, gives what stands in its place.
+/// Returns the replacement of a sealed value, which is at `path`.
 using ReplaceSealed = std::function<vxattribute::SecuredValue(
     std::string const & path, vxattribute::SecuredValue const & sealed)>;
 
-/// The value with all sealed values in it replaced, at every depth; `count` gets their number. What
-/// holds none is shared with the original.
+/// Replaces all sealed values in a value, at every depth. Parts without sealed values are shared
+/// with the original.
+///
+/// @param path   Of `value`; the start of the paths that `replace` receives.
+/// @param count  Their number is added to it.
 vxattribute::AttributeValue replace_sealed(vxattribute::AttributeValue const & value,
                                            std::string const & path, ReplaceSealed const & replace,
                                            unsigned long long & count);

@@ -24,7 +24,7 @@ struct Options {
 
 class Statistics {
   public:
-    /// @param depth  Of the maps that the value stands in.
+    /// @param depth  The number of maps around the value.
     void add(AttributeValue const & value, unsigned int depth) {
         m_elements[static_cast<std::size_t>(value.type().id())] +=
             value.is_null() ? 1 : value.size();

@@ -24,11 +24,11 @@ void StreamWalk::walk() {
     } while (m_reader.bytes_left() != 0);
 }
 
-/// Notes one element, whose length is known when it has been read.
+/// Records one element, and its length after it was read.
 template <typename Read>
 void StreamWalk::note(AttributeName const & name, Read && read) {
     std::size_t const index = m_elements.size();
-    unsigned int const start = offset(); // before the kind is asked for, which may pass a mark
+    unsigned int const start = offset(); // first: next_type() may consume a mark
     auto const kind = static_cast<unsigned char>(m_reader.next_type());
     m_elements.push_back({start, StreamElement::unknown, m_depth, kind, -1, name});
     read();
@@ -115,7 +115,7 @@ void StreamWalk::walk_element(unsigned int tag, AttributeName const & name) {
     case ValueTypeId::eId_ErrorInfo:
         walk_error(name);
         break;
-    case ValueTypeId::eId_Uri: // null or, with a text, a record is the undefined reference
+    case ValueTypeId::eId_Uri: // an undefined reference is null, or a record with its text
         if (m_reader.next_type() == eElement_Record) {
             walk_record(name, [this] { walk_string(); });
         } else {
@@ -172,7 +172,8 @@ void StreamWalk::walk_map(AttributeName const & name) {
     walk_list(name, [this] { walk_value(walk_name()); });
 }
 
-/// A coded name is several elements: a copy of the reader looks at each, the decoder at all.
+/// A coded name is several elements. They are read twice: one by one to record them, then by the
+/// decoder.
 AttributeName StreamWalk::walk_name() {
     std::size_t const index = m_elements.size();
     AttributeName name;

@@ -13,14 +13,14 @@ struct StreamElement {
     static constexpr unsigned int unknown = 0xFFFFFFFF;
 
     unsigned int offset = 0;         // bytes
-    unsigned int length = unknown;   // bytes, all that is inside included
+    unsigned int length = unknown;   // bytes, including all nested elements
     unsigned short depth = 0;        // open lists and records
     unsigned char kind = 0;          // vxserialize::EElementKind
-    short tag = -1;                  // the type number, where the element is one
-    vxattribute::AttributeName name; // of the attribute whose name or value this is
+    short tag = -1;                  // the type number, if the element is one
+    vxattribute::AttributeName name; // of the attribute that the element belongs to
 };
 
-/// Steps through a binary stream of values as their reader does, and notes every element.
+/// Walks through a binary stream of values as their reader does, and records every element.
 ///
 /// Cost. 24 bytes for each element of the stream.
 class StreamWalk {
@@ -28,8 +28,8 @@ class StreamWalk {
     StreamWalk(vxserialize::MemoryReader reader,
                vxattribute::AttributeNamePackageSet::Ptr packages);
 
-    /// All values up to the end of the stream; one of them may be a map without its type. What was
-    /// noted before a failure stays.
+    /// Walks through all values up to the end of the stream. A value may be a map without its type
+    /// number. After a failure, elements() returns the elements before it.
     void walk();
 
     std::vector<StreamElement> const & elements() const noexcept { return m_elements; }

@@ -10,7 +10,7 @@ class App;
 
 namespace vxattr {
 
-/// The settings of a formatter as options.
+/// The settings of a TraceFormatter as options of the command line.
 struct TraceOptions {
     bool noTypes = false;
     bool bareScalars = false;

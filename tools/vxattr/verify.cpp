@@ -21,7 +21,7 @@ struct Options {
     ReadOptions read;
 };
 
-/// Why the value does not belong to the key; empty when it does.
+/// The reason why the value cannot be authenticated with the key; empty when it can.
 std::string fault_of(SecuredValue const & sealed, vxcrypto::Key const & key) {
     try {
         return sealed.authenticate(key, SecuredValue::strict_cipher_provider())

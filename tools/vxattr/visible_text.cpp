@@ -64,7 +64,7 @@ std::string shown_path(std::string_view path) {
     std::string_view const start = path.substr(0, vxcore::utf8_cut(path, maxShown / 2));
     std::string_view end = path.substr(path.size() - maxShown / 2);
     while (!end.empty() && (static_cast<unsigned char>(end[0]) & 0xC0) == 0x80) {
-        end.remove_prefix(1); // the rest of a sequence
+        end.remove_prefix(1); // continues a sequence that was cut
     }
     return visible(start) + left_out(path.size() - start.size() - end.size()) + visible(end);
 }

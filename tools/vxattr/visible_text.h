@@ -5,17 +5,17 @@
 
 namespace vxattr {
 
-/// Replaces control bytes, which could drive a terminal, by escapes such as "\x1b". Handles text
-/// that comes in pieces: the C1 control characters of UTF-8 are two bytes.
+/// Replaces control bytes, which a terminal could obey, by escapes such as "\x1b". Takes text in
+/// pieces, which may split a C1 control character: those have two bytes in UTF-8.
 class VisibleText {
   public:
-    /// @param keepsLines  Line feeds and tabs pass.
+    /// @param keepsLines  Leaves line feeds and tabs as they are.
     explicit VisibleText(bool keepsLines) noexcept : m_keepsLines(keepsLines) {}
 
-    /// Appends `text` to `out`, all but a last byte that may begin a C1 character.
+    /// Appends `text` to `out`, except for a last byte that may begin a C1 character.
     void append(std::string_view text, std::string & out);
 
-    /// Appends what was held back.
+    /// Appends the byte held back, if any.
     void finish(std::string & out);
 
   private:
@@ -23,14 +23,15 @@ class VisibleText {
     bool m_isHeld = false; // the byte C2
 };
 
-/// `text` as one line without control bytes.
+/// `text` as one line, with control bytes as escapes.
 std::string visible(std::string_view text);
 
-/// The name in single quotes, visible. A long one is cut as in traces, with "...(+n)" for the n
-/// bytes left out: a name that is shown once for each of many values would fill disks.
+/// The name in single quotes, with control bytes as escapes. A long one is cut as in traces, with
+/// "...(+n)" for the n bytes left out: printed once per value, long names could fill a disk.
 std::string quoted_name(std::string_view name);
 
-/// The path, visible. Of a long one both ends are shown, with "...(+n)" between them.
+/// The path, with control bytes as escapes. Of a long path, both ends are shown with "...(+n)"
+/// between them.
 std::string shown_path(std::string_view path);
 
 } // namespace vxattr
