@@ -42,6 +42,13 @@ bool sync_folder_of(std::string const & path) {
     return isDone;
 }
 
+/// The permissions of a file that open() creates.
+mode_t default_mode() noexcept {
+    mode_t const mask = ::umask(0); // there is no way to only read it
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
 /// Renames a file in one step, which fails when the new name is taken. A check beforehand would
 /// leave a moment in which another process could take it.
 bool rename_to_free_name(char const * from, char const * to) noexcept {
@@ -78,23 +85,25 @@ Output::Output(std::string path, EAccess access)
         return;
     }
     if (isThere) {
-        if (::access(m_path.c_str(), W_OK) != 0) {
-            fail("cannot be written: "); // a new file beside it would need no such right
-        }
-        std::error_code error;
-        auto const target = std::filesystem::canonical(m_path, error);
-        if (!error) {
-            m_path = target.string();
-        }
+        resolve_replaced();
     }
     open_new();
     mode_t mode = S_IRUSR | S_IWUSR;
     if (m_access == EAccess::eAsUsual) {
-        mode_t const mask = ::umask(0);
-        ::umask(mask);
-        mode = isThere ? info.st_mode & 07777u : 0666 & ~mask;
+        mode = isThere ? info.st_mode & 07777u : default_mode();
     }
     ::fchmod(m_file, mode);
+}
+
+void Output::resolve_replaced() {
+    if (::access(m_path.c_str(), W_OK) != 0) {
+        fail("cannot be written: "); // a new file beside it would need no such right
+    }
+    std::error_code error;
+    auto const target = std::filesystem::canonical(m_path, error);
+    if (!error) {
+        m_path = target.string();
+    }
 }
 
 void Output::open_new() {

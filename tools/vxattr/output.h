@@ -63,6 +63,8 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
   private:
     static constexpr std::size_t sm_bufferSize = 1 << 16;
 
+    /// Checks that the file to be replaced may be written, and follows links to it.
+    void resolve_replaced();
     void open_new();
     void flush();
     void send(std::string_view text);
