@@ -22,7 +22,7 @@ struct Options {
 using Clock = std::chrono::steady_clock;
 
 /// Reports the speed of a step on standard error.
-void tell_time(char const * step, unsigned long long bytes, Clock::time_point start) {
+void report_time(char const * step, unsigned long long bytes, Clock::time_point start) {
     std::chrono::duration<double, std::micro> const time = Clock::now() - start;
     auto const micros = static_cast<unsigned long long>(time.count()) + 1;
     std::fprintf(stderr, "vxattr: %s %llu bytes, %llu us, %llu MB/s\n", step, bytes, micros,
@@ -35,14 +35,14 @@ int convert(Options const & options) {
     Clock::time_point start = Clock::now();
     vxattribute::AttributeValue const value = read_value(options.in, options.read, &facts);
     if (options.isTimed) {
-        tell_time("read", facts.bytes, start);
+        report_time("read", facts.bytes, start);
     }
     start = Clock::now();
     Output output(options.out);
     write_value(output, options.out, value, options.write, options.read.packages);
     output.commit();
     if (options.isTimed) {
-        tell_time("wrote", output.written(), start);
+        report_time("wrote", output.written(), start);
     }
     return eExit_Good;
 }
@@ -54,7 +54,7 @@ void add_convert(CLI::App & app, Run & run) {
     CLI::App & command = *app.add_subcommand("convert", "Convert a value from one form to another");
     command.add_option("IN", options->in, "Input file, - for standard input")->required();
     command.add_option("OUT", options->out, "Output file, - for standard output")->required();
-    command.add_flag("--time", options->isTimed, "Tell sizes and rates on standard error");
+    command.add_flag("--time", options->isTimed, "Report sizes and rates on standard error");
     add_read_options(command, options->read);
     add_write_options(command, options->write);
     command.footer("Examples:\n"

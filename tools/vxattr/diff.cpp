@@ -62,7 +62,7 @@ void add_diff(CLI::App & app, Run & run) {
     CLI::App & command = *app.add_subcommand("diff", "Compare two values by name and path");
     command.add_option("A", options->a, "The one file")->required();
     command.add_option("B", options->b, "The other, in any form")->required();
-    command.add_flag("--quiet,-q", options->quiet, "Tell by the exit code only");
+    command.add_flag("--quiet,-q", options->quiet, "Print nothing; the exit code is the answer");
     add_read_options(command, options->read);
     command.footer("Prints \"- PATH: VALUE\" for what A has and \"+ PATH: VALUE\" for what B has.\n"
                    "Exit code 1 when they differ.\n"

@@ -20,19 +20,19 @@ using namespace vxattribute;
 
 namespace {
 
-void tell(std::string const & place, std::string const & text) {
+void report(std::string const & place, std::string const & text) {
     std::fputs(("vxattr: " + visible(place) + ": " + visible(text) + '\n').c_str(), stderr);
 }
 
-void tell_losses(Input const & input, JsonLosses const & losses, bool isStrict) {
+void report_losses(Input const & input, JsonLosses const & losses, bool isStrict) {
     if (losses.count() != 0 && isStrict) {
         throw Failure(input.place(), losses.texts().front());
     }
     for (std::string const & text : losses.texts()) {
-        tell(input.place(), text);
+        report(input.place(), text);
     }
     if (losses.count() > losses.texts().size()) {
-        tell(input.place(),
+        report(input.place(),
              "and " + vxcore::to_string(losses.count() - losses.texts().size()) + " more of these");
     }
 }
@@ -65,7 +65,7 @@ AttributeValue read_json(Input & input, bool isStrict) {
         reader.fail("A second document follows the first", {},
                     VXCORE_LOCATION("vxattr::read_json()"));
     }
-    tell_losses(input, losses, isStrict);
+    report_losses(input, losses, isStrict);
     return value;
 }
 
