@@ -1,4 +1,5 @@
-// Values to JSON text and back, and parts of a document as values: docs/guide/json.md.
+// Writes values as JSON text and reads them back, and reads parts of a document as values. See
+// docs/guide/json.md.
 
 #include "vxattribute/vxattribute.h"
 

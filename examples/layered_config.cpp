@@ -1,5 +1,5 @@
-// A configuration from two layers: what a user set over the defaults. Nested settings are found by
-// path, misspelt ones are told, and a failed question is looked at in a copy without secrets.
+// A configuration from two layers: a user's settings over the defaults. Finds nested settings by
+// path, reports misspelt ones, and asks a copy without secrets, so that messages cannot show them.
 
 #include "vxattribute/vxattribute.h"
 #include "vxcore/error_info.h"
@@ -25,7 +25,7 @@ int main() {
         std::cout << "nothing asks for " << name << '\n';
     }
 
-    // With a place for the failure nothing is raised.
+    // Given a place for the failure, execute() does not raise it.
     std::array const secrets{AttributeName("password")};
     vxcore::ErrorInfo::Ptr error;
     queries[2].execute(redacted(config, secrets), &error);

@@ -6,13 +6,13 @@
 
 namespace inventory {
 
-/// Composes the package of the names that attributes of packages have, and sends the inventory
-/// through the binary form with these names as numbers: to a reader that has the package and to one
-/// that lacks it. Prints what that saves of `plainSize` bytes.
+/// Composes a name package of all attribute names of Debian packages. Sends the inventory through
+/// the binary form with these names as numbers, to a reader that has the name package and to one
+/// that lacks it. Prints how much of `plainSize` bytes that saves.
 ///
-/// The names of the packages themselves are data, different on every machine. They stay texts.
+/// The names of the Debian packages are data, different on every machine. They stay texts.
 ///
-/// @raises error.inventory.data: what was read back is not what it should be.
+/// @raises error.inventory.data: what was read back differs from what was written.
 void show_coded(vxattribute::AttributeMap const & packages, unsigned int plainSize,
                 unsigned int attributes, StepTimer & timer);
 

@@ -13,7 +13,7 @@ namespace inventory {
 /// One field of a paragraph. The views hold for as long as the ControlFile lives.
 struct Field {
     std::string_view name;
-    /// All behind the colon, continuation lines included, without the last line feed.
+    /// All that follows the colon, including continuation lines, without the last line feed.
     std::string_view text;
     /// The line of the name, counted from 1.
     unsigned int line;
@@ -21,32 +21,33 @@ struct Field {
 
 using Paragraph = std::vector<Field>;
 
-/// The field of that name, in any case of letters; null when there is none.
+/// The field with this name, compared without regard to case; null when there is none.
 Field const * find_field(Paragraph const & paragraph, std::string_view name);
 
 /// A file in the control format of Debian: paragraphs of "Name: text" with blank lines between
 /// them; a line that begins with a blank or a tab continues the field above it.
 ///
-/// The file is held as one text, and what is given out are views into it: no line is copied.
+/// Holds the file as one text and returns views into it: no line is copied.
 ///
 /// Errors. Bad data raises error.inventory.data with the message "FILE:LINE: what". No message
 /// repeats bytes of the file, which may be of any kind.
 class ControlFile {
   public:
-    /// @raises error.inventory.data: the file is not there or cannot be read.
+    /// @raises error.inventory.data: the file does not exist or cannot be read.
     explicit ControlFile(std::string path);
     ControlFile(ControlFile const &) = delete;
     ControlFile & operator=(ControlFile const &) = delete;
 
     std::string const & path() const noexcept { return m_path; }
 
-    /// Bytes.
+    /// The size of the file in bytes.
     std::size_t size() const noexcept { return m_text.size(); }
 
-    /// Replaces `paragraph` by the next one; false at the end of the file.
+    /// Replaces `paragraph` by the next one.
     ///
-    /// @raises error.inventory.data: a line that is neither field, continuation nor blank, a field
-    ///         that comes twice, a zero byte, or an end in the middle of a line.
+    /// @return false at the end of the file.
+    /// @raises error.inventory.data: a line is neither a field, a continuation nor blank, a field
+    ///         occurs twice, there is a zero byte, or the file ends in the middle of a line.
     bool next_paragraph(Paragraph & paragraph);
 
     /// Raises error.inventory.data for `line`, counted from 1.

@@ -1,6 +1,6 @@
 // Reads a package database into a map of maps, sends the map through both stream forms and back,
-// and renders one package; with --package also with its names as numbers. The worked example: every
-// step of a program on attributes is here.
+// and renders one package. With --package, sends it with names as numbers too. This is the worked
+// example: it has every step of a program that uses attributes.
 
 #include "coded_names.h"
 #include "package_map.h"
@@ -45,7 +45,7 @@ bool parse_options(int argc, char ** argv, Options & options) {
     return true;
 }
 
-/// The attributes of the map and of all maps in it.
+/// The number of attributes of the map and of all maps in it.
 unsigned int count_attributes(AttributeMapBase const & map) {
     unsigned int count = map.size();
     for (auto const & [name, value] : map) {
@@ -58,8 +58,8 @@ unsigned int count_attributes(AttributeMapBase const & map) {
     return count;
 }
 
-/// The package that was named, with or without its architecture; when none was, the first in the
-/// order of the alphabet that has a homepage. Null when there is none.
+/// The package named in the options, with or without its architecture. When none is named, the
+/// first package in alphabetical order that has a homepage. Null when there is none.
 AttributeMap const * choose_package(AttributeMap const & packages, std::string const & wanted) {
     for (auto const & element : sorted_by_name(packages)) {
         auto const & package = element->second.get<AttributeMap>();
@@ -126,7 +126,7 @@ int main(int argc, char ** argv) {
     }
     try {
         run(options);
-    } catch (std::exception const & e) { // an ErrorException tells its filled message
+    } catch (std::exception const & e) { // what() of an ErrorException is its complete message
         std::cerr << e.what() << '\n';
         return 1;
     }

@@ -27,7 +27,7 @@ std::string_view trimmed(std::string_view text) noexcept {
     return text.substr(first, text.find_last_not_of(space) + 1 - first);
 }
 
-/// Takes the text up to the separator off `rest`, and the separator too.
+/// Returns the text up to the separator, and removes both from `rest`.
 std::string_view take_piece(std::string_view & rest, char separator) noexcept {
     std::string_view const piece = rest.substr(0, rest.find(separator));
     rest.remove_prefix(std::min(piece.size() + 1, rest.size()));
@@ -97,7 +97,7 @@ bool parse_digest(std::string_view word, Digest & digest) noexcept {
     return true;
 }
 
-/// A line is a path, a digest and perhaps flags. "newconffile" may stand in place of the digest.
+/// A line is a path, a digest and perhaps flags. It may have "newconffile" instead of the digest.
 AttributeValue to_digests(std::string_view text) {
     AttributeValue digests;
     auto writer = digests.multivalue_writer<BinaryValue>();
@@ -112,7 +112,7 @@ AttributeValue to_digests(std::string_view text) {
     return digests;
 }
 
-/// The lines behind the first, without the blank that marks them; " ." is an empty line.
+/// The lines after the first, without the blank that marks them; " ." is an empty line.
 AttributeValue to_long_text(std::string_view text) {
     take_piece(text, '\n');
     if (text.empty()) {

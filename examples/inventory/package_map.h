@@ -6,8 +6,8 @@
 
 namespace inventory {
 
-/// The names of a package's attributes. Made once: a name made from characters at each use costs
-/// more than all the rest of a look-up.
+/// The names of a package's attributes. They are made once: making a name from characters costs
+/// more than the rest of a look-up.
 namespace names {
 
 using vxattribute::AttributeName;
@@ -26,14 +26,14 @@ inline AttributeName const description("description");          // String, many 
 
 } // namespace names
 
-/// All packages of a database: a map of maps.
+/// Reads all packages of a database into a map of maps.
 ///
-/// A package stands under its name, one of "Multi-Arch: same" under "name:architecture", since
-/// several of these may be there. A second package of a name that is taken gets the architecture
-/// too, and where that is taken the version: "name:architecture=version".
+/// The key of a package is its name. For "Multi-Arch: same" it is "name:architecture", since
+/// several of these may be installed. Where a name is taken, the architecture is added, and where
+/// that is taken too, the version: "name:architecture=version".
 ///
-/// What a paragraph does not tell is not in the package's map. The list file, whose time is taken,
-/// is sought in the folder "info" beside the database.
+/// A fact missing from a paragraph is missing from the package's map. The time is that of the
+/// package's list file, in the folder "info" beside the database.
 ///
 /// @raises error.inventory.data: bad data; see ControlFile.
 vxattribute::AttributeMap read_inventory(ControlFile & file);

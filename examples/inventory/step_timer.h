@@ -10,7 +10,7 @@ namespace inventory {
 /// Prints a line for each step of the program.
 class StepTimer {
   public:
-    /// The step that ends here took all the time since the last one.
+    /// Prints a step that took all the time since the previous call, or since construction.
     void print(char const * step, std::size_t bytes, unsigned int attributes) {
         std::chrono::duration<double, std::nano> const time = Clock::now() - m_start;
         std::cout << std::left << std::setw(13) << step << std::right << std::setw(9) << bytes

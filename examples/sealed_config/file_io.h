@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// Whole files, read and written.
+/// Reads and writes whole files.
 namespace sealed_config {
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
@@ -38,7 +38,7 @@ inline void write_file(char const * path, vxserialize::MemoryList const & list) 
     write_file(path, bytes.data(), list.size());
 }
 
-/// The bytes of a key, in a file that only its owner may read.
+/// Writes the bytes of a key to a file that only its owner may read.
 inline void write_key_file(char const * path, vxcrypto::Key const & key) {
     int const file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
     bool const isWritten = file >= 0 && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
@@ -61,7 +61,7 @@ inline vxcore::RefCountPtr<vxserialize::MemoryList const> read_file(char const *
     return list;
 }
 
-/// A key of 16 bytes.
+/// Reads a key of 16 bytes.
 inline vxcrypto::Key read_key_file(char const * path) {
     File const file = open_file(path, "rb");
     vxcrypto::Key key(16);

@@ -1,9 +1,9 @@
-// A configuration with one sealed setting, written by one run of the program and asked by another:
+// A configuration with one sealed setting, written by one run of the program and read by another:
 //
 //     sealed_config write FILE KEYFILE     makes a key and a configuration
-//     sealed_config read FILE KEYFILE      asks it for the host, the port and the sealed password
+//     sealed_config read FILE KEYFILE      reads the host, the port and the sealed password
 //
-// The file can be shown, compared and passed on by anybody; the password takes the key.
+// Anybody can show, compare and copy the file; opening the password needs the key.
 
 #include "file_io.h"
 
@@ -43,7 +43,7 @@ class Opener {
 
     bool operator()(Query::MatchContext const & found) const {
         SecuredValue const & sealed = found.attribute_value().get<SecuredValue>();
-        // Strict: a value that names no real cipher is refused, not handed through.
+        // Strict: refuses a value that names no real cipher, instead of returning its plain bytes.
         m_target = sealed.extract(m_key, SecuredValue::strict_cipher_provider(), nullptr)
                        .get<std::string>();
         return true;
@@ -79,8 +79,8 @@ void read_config(char const * file, char const * keyFile) {
               << config.query("password").get<SecuredValue>().annotation() << '\n';
 }
 
-/// One line: the setting that is to blame, if there is one, and the failure behind all others. The
-/// whole chain, which shows the configuration too, is for logs.
+/// Prints one line: the setting at fault, if there is one, and the innermost failure. The whole
+/// chain, which shows the configuration too, is for logs.
 void report(vxcore::ErrorInfo::Ptr const & error) {
     vxcore::ErrorInfo const * cause = error.get();
     while (cause->nested()) {

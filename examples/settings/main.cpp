@@ -1,5 +1,5 @@
-// A server's settings read from a JSON file, asked for with alternatives and limits, and explained
-// when they are wrong: settings FILE.
+// Reads a server's settings from a JSON file, with alternative names and limits, and explains what
+// is wrong with them: settings FILE.
 
 #include "server_settings.h"
 

@@ -15,7 +15,8 @@ namespace {
 
 enum ESetting { eHost, ePort, ePaths, eTimeout, eVerbose, eTraceLevel };
 
-/// The questions, made once: names made anew for each question would cost more than the answers.
+/// The queries, made once: making their names again for each query would cost more than the
+/// answers.
 std::vector<Query> const & queries() {
     static std::vector<Query> const all = {
         Query("host").alternate("server").required(true).scalar(true),
@@ -33,7 +34,7 @@ void ask(ESetting setting, AttributeMapBase const & config, Matcher && matcher) 
     queries()[setting].execute(config, matcher, nullptr);
 }
 
-/// A matcher that takes any value of the type.
+/// A matcher that accepts any value of the type.
 template <typename T>
 auto into(T & target) {
     return [&target](Query::MatchContext const & found) {

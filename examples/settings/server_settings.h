@@ -8,7 +8,7 @@
 
 namespace settings {
 
-/// What the server of this example is told by its configuration.
+/// The settings of the server in this example.
 struct ServerSettings {
     std::string host;               // "host", in older files "server"
     unsigned short port = 8080;     // "port" or "listen", from 1
@@ -18,15 +18,16 @@ struct ServerSettings {
     char traceLevel = 41;           // "trace_level", by name or number
 };
 
-/// @raises error.vxattribute.query: a setting is missing, there too often, or of no use.
+/// @raises error.vxattribute.query: a setting is missing, occurs too often, or has an unusable
+/// value.
 ServerSettings read_settings(vxattribute::AttributeMapBase const & config);
 
-/// Settings that nothing asks for, most often misspelt ones.
+/// The settings that nothing asks for: most are misspelt.
 std::vector<vxattribute::AttributeName>
 unknown_settings(vxattribute::AttributeMapBase const & config);
 
-/// One line about a failed query, for people: the setting and what is wrong with it. Without the
-/// configuration, which the failure's own text shows as a whole.
+/// One line for people about a failed query: the setting and what is wrong with it. It leaves out
+/// the configuration, which the failure's own text shows in full.
 std::string explain(vxcore::ErrorInfo::Ptr const & error);
 
 } // namespace settings
