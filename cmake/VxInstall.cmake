@@ -19,7 +19,7 @@ install(FILES
     ${PROJECT_BINARY_DIR}/vxattributeConfigVersion.cmake
     DESTINATION ${package_dir})
 
-# Relative, so that an install tree may be moved.
+# Relative paths, so that the install tree can be moved.
 file(RELATIVE_PATH up /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 string(REGEX REPLACE "/$" "" up "${up}")
 set(VX_PC_PREFIX "\${pcfiledir}/${up}")
@@ -31,8 +31,8 @@ foreach(library ${libraries})
         list(FILTER links INCLUDE REGEX "^vx[a-z]+$")
         list(JOIN links " " VX_PC_REQUIRES)
     endif()
-    # Named for who links everything statically. Not in Requires.private: that would demand OpenSSL's
-    # development files of programs which need none of them.
+    # For static linking. Requires.private would not do: it would require OpenSSL's development files
+    # for programs that need none of them.
     set(VX_PC_LIBS_PRIVATE "")
     get_target_property(links ${library} LINK_LIBRARIES)
     if("OpenSSL::Crypto" IN_LIST links)

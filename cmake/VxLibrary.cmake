@@ -1,10 +1,10 @@
 # vx_library(NAME SOURCES ... HEADERS ... [DEPENDS ...] [PRIVATE_DEPENDS ...] [IDENTITIES FILE])
 #
-# One shared library of the family: hidden by default, own SOVERSION, headers in a file set that is
-# installed and whose every member is compiled alone (all_verify_interface_header_sets). It exports
-# names of its own namespace only and uses its own definitions of them, whatever else the process
-# holds: docs/decisions/0007-libraries-keep-to-themselves.md. IDENTITIES lists the exceptions, objects
-# that have one address in the process.
+# Adds a shared library. Symbols are hidden by default. HEADERS are installed, and the target
+# all_verify_interface_header_sets compiles each of them alone. The library exports names of its own
+# namespace only, and uses its own definitions of them, whatever else is loaded in the process: see
+# docs/decisions/0007-libraries-keep-to-themselves.md. IDENTITIES is a file that lists the exceptions:
+# objects that have one address in the process.
 function(vx_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "IDENTITIES" "SOURCES;HEADERS;DEPENDS;PRIVATE_DEPENDS")
     add_library(${name} SHARED ${arg_SOURCES})
@@ -28,7 +28,7 @@ function(vx_library name)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/library.map.in ${map} @ONLY)
     set(binding LINKER:-Bsymbolic)
     if(arg_IDENTITIES)
-        set(binding LINKER:--dynamic-list=${arg_IDENTITIES}) # binds all others within the library
+        set(binding LINKER:--dynamic-list=${arg_IDENTITIES}) # binds all other symbols within the library
     endif()
     target_link_options(${name} PRIVATE LINKER:--version-script=${map} ${binding})
     set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${map} ${arg_IDENTITIES})

@@ -1,10 +1,11 @@
-# Writes the source that says what build of the library this is. Run as a script by the build:
+# Writes the source with the text that identifies this build of the library. The build runs it as a
+# script:
 # cmake -D OUTPUT=... -D VERSION=... -D TOOL=... -D SOURCE_DIR=... -P WriteModuleInfo.cmake
 #
-# With SOURCE_DATE_EPOCH set, the same sources with their history give the same text on every
+# With SOURCE_DATE_EPOCH set, the text depends only on the sources and their history, not on the
 # machine.
 
-string(TIMESTAMP timestamp "%Y-%m-%d %H:%M" UTC) # by SOURCE_DATE_EPOCH where that is set
+string(TIMESTAMP timestamp "%Y-%m-%d %H:%M" UTC) # uses SOURCE_DATE_EPOCH if set
 
 set(machine "reproducible")
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
@@ -14,7 +15,7 @@ endif()
 execute_process(COMMAND git -C "${SOURCE_DIR}" rev-list --count HEAD
     OUTPUT_VARIABLE changelist OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET RESULT_VARIABLE failed)
 if(failed)
-    set(changelist 0) # sources without their history
+    set(changelist 0) # the sources have no history
 endif()
 
 set(items "")

@@ -3,7 +3,7 @@
 
 bench_table.py RESULT.json [--update PAGE.md]
 
-Prints the tables as Markdown. With --update they also replace what stands between the markers of the
+Prints the tables as Markdown. With --update, they also replace the text between the markers of the
 page. Figures are medians over the repetitions: of processor time, or of real time where several
 threads run.
 """
@@ -24,8 +24,8 @@ JSON_DOCUMENTS = ["configuration", "records", "strings", "integers", "doubles", 
 JSON_PEERS = ["nlohmann", "rapidjson", "boost_json"]
 BINARY_PEERS = ["nlohmann_msgpack", "msgpack_cxx", "nlohmann_cbor", "flexbuffers"]
 
-# What is compared: benchmark, peers (the fastest of them counts), the largest ratio that is good.
-# None: told for information.
+# Rows: benchmark, peers (the fastest of them counts), goal. The goal is the largest good ratio; None
+# means that the row is for information only.
 ROWS = [
     ("copy_map_100", ["nlohmann"], 0.01),
     ("copy_list_1000", ["nlohmann"], 0.01),
@@ -79,7 +79,7 @@ class Figure:
 
 
 def read_figures(entries):
-    """By (work, peer); a work of several threads ends in their number."""
+    """Figures by (work, peer). The name of a work with several threads ends in their number."""
     figures = {}
     for entry in entries:
         if entry.get("aggregate_name", "median") != "median" or entry.get("error_occurred"):
@@ -92,7 +92,7 @@ def read_figures(entries):
 
 
 def number(value):
-    """Three digits that count, without an exponent."""
+    """A number with three significant digits, without an exponent."""
     for digits, limit in ((2, 10), (1, 100)):
         if value < limit:
             return f"{value:.{digits}f}"
@@ -153,7 +153,7 @@ def coded_line(figures, document):
 
 
 def json_goals(work, document):
-    """The largest ratios that are good, to nlohmann and to Boost.JSON."""
+    """The goals: the largest good ratios to nlohmann and to Boost.JSON."""
     if work == "read":
         return (1 / 3 if document in ("integers", "doubles") else 0.4,
                 1.0 if document in ("records", "iso_codes") else None)
@@ -164,7 +164,7 @@ def json_goals(work, document):
 
 
 def json_line(figures, work, document):
-    """Rates in MB/s: a unit is a kibibyte. Ratios are of times."""
+    """Rates in MB/s, where a unit is a KiB. Ratios are of times."""
     key = f"json_{work}_{document}"
     ours = figures.get((key, OURS))
     if ours is None:

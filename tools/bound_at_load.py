@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""bound_at_load.py FILE...: fails when a library or program binds its calls as they come, or leaves
-the table of their targets writable.
+"""bound_at_load.py FILE...: fails when a library or program binds calls at their first use, or when
+the table of their targets is writable.
 
-The loader saves the vector registers on the stack for a call that it binds late, and with them
-pieces of keys.
+For a call bound late, the loader saves the vector registers on the stack, with parts of keys in
+them.
 """
 import re
 import subprocess

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """exported_symbols.py LIBRARY...: fails when a library exports a symbol outside its namespace.
 
-A stray export ties users to what was never meant for them, and lets another library of the process
-resolve to it and so hold this one in memory.
+Users could come to depend on a stray export. Another library of the process could resolve to it, and
+would then keep this one in memory.
 """
 import pathlib
 import re

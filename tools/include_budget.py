@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""include_budget.py COMPILER INCLUDE_DIR: what the headers that everybody includes may drag in.
+"""include_budget.py COMPILER INCLUDE_DIR: limits what the most used headers include.
 
-Counts preprocessed lines, which follow compile time closely and do not depend on the machine's load:
-attribute_value.h may have at most twice those of <string>, the forward declarations at most a third.
-The heavy standard headers must stay out of attribute_value.h altogether.
+Counts preprocessed lines. They correspond closely to compile time and do not depend on the load of
+the machine. attribute_value.h may have at most twice the lines of <string>, the forward declarations
+at most a third. Neither may include one of the heavy standard headers.
 """
 import re
 import subprocess

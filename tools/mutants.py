@@ -8,7 +8,7 @@ does not compile, and costs no more than that.
 import re
 from dataclasses import dataclass
 
-# What is not looked at.
+# Text that is never changed: comments, literals, preprocessor lines.
 HIDDEN = re.compile("|".join((
     r"//[^\n]*",
     r"/\*.*?\*/",
@@ -46,7 +46,7 @@ class Mutant:
 
 
 def masked(source):
-    """The source with blanks for what is not looked at: all offsets stay the same."""
+    """The source with blanks in place of HIDDEN text. All offsets stay the same."""
     return HIDDEN.sub(lambda match: re.sub(r"[^\n]", " ", match.group()), source)
 
 
@@ -107,7 +107,7 @@ def returns(code):
 
 
 def mutants_of(source):
-    """All mutants of the source, by their place."""
+    """All mutants of the source, in order of their places."""
     code = masked(source)
     found = (*swaps(code), *constants(code), *conditions(code, source), *calls(code),
              *returns(code))

@@ -47,7 +47,7 @@ TEST_MEMORY = 4 << 30  # bytes
 
 
 def source_file(path):
-    """An argument that is to name a source of a library, with the path that the build knows."""
+    """Checks that an argument names a source of a library; returns its path from the root."""
     path = os.path.relpath(path)
     folders = [f"int/src/{library}/" for library in PROGRAMS]
     if not os.path.isfile(path) or not path.startswith(tuple(folders)):
@@ -60,7 +60,7 @@ def programs_of(path):
 
 
 def copy_tree():
-    """Brings the copy up to date; files that did not change keep their times, and their objects."""
+    """Updates the copy. Unchanged files keep their times, so they are not compiled again."""
     listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                             check=True, capture_output=True, text=True).stdout
     wanted = {name for name in listed.split("\0") if os.path.isfile(name)}
@@ -82,14 +82,14 @@ def configure():
         ["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
          "-DCMAKE_CXX_FLAGS=-O0", "-DVX_WERROR=OFF", "-DVX_BLOCK_CACHE=OFF", "-DVX_BUILD_TOOLS=OFF",
          "-DVX_BUILD_EXAMPLES=OFF", "-DVX_BUILD_FUZZ=OFF", "-DVX_INSTALL=OFF",
-         # A library is used without linking all again, and programs are run by us alone.
+         # A changed library needs no new link of the programs. Tests are not discovered at build time.
          "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
          "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"],
         check=True, stdout=subprocess.DEVNULL)
 
 
 def call(command, seconds, **options):
-    """The exit code and the output; None when it takes longer. Leaves none of its processes."""
+    """Returns exit code and output, or None after a timeout. Leaves no process behind."""
     process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                                errors="replace", start_new_session=True, **options)
     try:
@@ -104,7 +104,7 @@ def call(command, seconds, **options):
 
 
 def build(program):
-    """The messages of a build that fails; empty after one that does not."""
+    """Returns the messages of a build that fails, or an empty text."""
     command = ["cmake", "--build", BUILD, "--target", f"{program}_test"]
     if "JOBS" in os.environ:
         command += ["-j", os.environ["JOBS"]]
@@ -158,7 +158,7 @@ def description(path, source, mutant):
 
 
 def sample(paths, count, seed):
-    """The sources, `count` of their mutants in the order of the files, and how many there are."""
+    """The sources, `count` of their mutants in the order of the files, and the number of all."""
     sources = {path: open(path, encoding="ascii").read() for path in paths}
     everything = [(path, mutant) for path in sources for mutant in mutants_of(sources[path])]
     chosen = random.Random(seed).sample(range(len(everything)), min(count, len(everything)))
@@ -191,13 +191,13 @@ def main():
     parser = argparse.ArgumentParser(prog="scripts/mutate", description=__doc__.splitlines()[0])
     parser.add_argument("count", nargs="?", type=int, default=50, help="how many mutants (50)")
     parser.add_argument("file", nargs="*", type=source_file,
-                        help="sources, from the root; else a list of the delicate ones")
+                        help="sources, from the root; by default a list of delicate ones")
     parser.add_argument("--seed", type=int, default=1, help="of the sample (1)")
     parser.add_argument("--list", action="store_true", help="show the mutants and run none")
     options = parser.parse_args()
     if options.count < 1:
         parser.error("COUNT is 1 or more")
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # through all that cleans up
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # runs the finally blocks
     paths = options.file or sorted(path for pattern in SOURCES for path in glob.glob(pattern))
     sources, chosen, total = sample(paths, options.count, options.seed)
     print(f"{len(chosen)} of {total} mutants of {len(paths)} files", file=sys.stderr)
