@@ -32,8 +32,8 @@ void report_losses(Input const & input, JsonLosses const & losses, bool isStrict
         report(input.place(), text);
     }
     if (losses.count() > losses.texts().size()) {
-        report(input.place(),
-             "and " + vxcore::to_string(losses.count() - losses.texts().size()) + " more of these");
+        report(input.place(), "and " + vxcore::to_string(losses.count() - losses.texts().size()) +
+                                  " more of these");
     }
 }
 
