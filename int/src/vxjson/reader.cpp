@@ -1,10 +1,7 @@
 #include "vxjson/reader.h"
 
-#include "vxcore/error_exception.h"
-#include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
 #include "vxjson/number_text_internal.h"
-#include "vxjson/position_message_internal.h"
 #include "vxjson/reserved_words.h"
 #include "vxjson/tokenizer.h"
 
@@ -12,19 +9,37 @@
 
 namespace vxjson {
 
+using Value = Reader::Value;
+
 namespace {
 
 constexpr char const * in_next_value = "vxjson::Reader::next_value()";
 constexpr char const * in_next_child = "vxjson::Reader::next_child()";
 constexpr char const * in_read_value = "vxjson::Reader::read_value()";
 
-vxcore::ErrorParams one_param(char const * name, std::string value) {
-    vxcore::ErrorParams params;
-    params.insert_ref(vxcore::SourceString(name, true)) = std::move(value);
-    return params;
+/// The type of container that a punctuator opens; eType_Root for other punctuators.
+Value::EType container_type(char punctuator) noexcept {
+    return punctuator == '{'   ? Value::eType_Object
+           : punctuator == '[' ? Value::eType_Array
+                               : Value::eType_Root;
 }
 
-constexpr char const * unexpected_token = "Unexpected tokenizer token: {@token}";
+/// The type of scalar that a token begins; eType_Root for other tokens.
+Value::EType scalar_type(EToken token) noexcept {
+    switch (token) {
+    case eToken_StringBegin:
+        return Value::eType_String;
+    case eToken_True:
+    case eToken_False:
+        return Value::eType_Boolean;
+    case eToken_Number:
+        return Value::eType_Number;
+    case eToken_Null:
+        return Value::eType_Null;
+    default:
+        return Value::eType_Root;
+    }
+}
 
 } // namespace
 
@@ -50,7 +65,7 @@ Reader::ValuePtr Reader::next_value() {
     try {
         return advance();
     } catch (std::bad_alloc const &) {
-        m_failed = true; // tokens are lost, so what follows would be misread
+        m_failed = true; // a token may be lost, and what follows would be misread
         throw;
     }
 }
@@ -66,8 +81,8 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
         return nullptr;
     }
     if (m_currentPending && parent == m_current) {
-        // The caller has got the pending value from current(). Delivered once more it would not be
-        // a child of its own, and a loop over documents would never end.
+        // The caller has the pending value from current(). Returning it again would make it a child
+        // of itself, and a loop over documents would never end.
         m_currentPending = false;
     }
     ValuePtr value = next_value();
@@ -86,9 +101,9 @@ bool Reader::next_number(ValuePtr const & array, double & number) {
         array->m_type != Value::eType_Array) {
         return false;
     }
-    bool const isBehindNumber =
+    bool const isAfterNumber =
         m_current->m_type == Value::eType_Number && m_current->m_parent == array;
-    if (!isBehindNumber && m_current != array) {
+    if (!isAfterNumber && m_current != array) {
         return false;
     }
     bool const isNumber = next_token() == eToken_Number;
@@ -96,10 +111,10 @@ bool Reader::next_number(ValuePtr const & array, double & number) {
     if (!isNumber) {
         return false;
     }
-    if (isBehindNumber) {
+    if (isAfterNumber) {
         leave_scalar();
     }
-    vxcore::ErrorInfo::Ptr failure; // raised by the object that next_child() makes
+    vxcore::ErrorInfo::Ptr failure; // dropped: next_child() reports it through the value
     double const value = impl::read_number(token_text(), &failure);
     if (failure) {
         return false;
@@ -117,107 +132,106 @@ bool Reader::next_number(ValuePtr const & array, double & number) {
 
 /// Moves to the next value, or to the end.
 Reader::ValuePtr Reader::advance() {
-    while (true) {
-        EToken const token = next_token();
-        if (m_current->m_type >= Value::eType_Null) { // a scalar, whose unread text is dropped
-            if (token == eToken_CharData) {
-                continue;
-            }
-            if (token == eToken_StringEnd) {
-                consume_comma();
-                continue;
-            }
-            leave_scalar(); // the token is for what encloses it
-        }
-        bool const isPunctuator = token == eToken_Punctuator;
-        switch (m_current->m_type) {
-        case Value::eType_Root:
-            if (token == eToken_DocumentStart) {
-                break;
-            }
-            if (token == eToken_DocumentEnd) {
-                m_current.reset();
-                return nullptr;
-            }
-            if (!isPunctuator) {
-                fail_unexpected(VXCORE_LOCATION(in_next_value));
-            }
-            return open_container();
-        case Value::eType_Object:
-            if (token == eToken_StringBegin || token == eToken_IdentifierBegin) {
-                std::string name = read_name();
-                return deliver(read_value(std::move(name)));
-            }
-            if (token == eToken_DocumentEnd) {
-                fail("End of document reached without all objects properly closed", {},
-                     VXCORE_LOCATION(in_next_value));
-            }
-            if (!isPunctuator || punctuator() != '}') {
-                fail_unexpected(VXCORE_LOCATION(in_next_value));
-            }
-            close_container();
-            break;
-        case Value::eType_Array:
-            if (token == eToken_DocumentEnd) {
-                fail("End of document reached without all arrays properly closed", {},
-                     VXCORE_LOCATION(in_next_value));
-            }
-            if (!isPunctuator) {
-                m_tokenPushedBack = true;
-                return deliver(read_value({}));
-            }
-            if (punctuator() != ']') {
-                return open_container();
-            }
-            close_container();
-            break;
-        default:
-            break; // there are no others
-        }
+    while (!take_token(next_token())) {
     }
-}
-
-inline Reader::ValuePtr Reader::deliver(ValuePtr value) noexcept {
-    m_current = std::move(value);
     return m_current;
 }
 
-/// The container that the current punctuator opens, at the top level or in an array. No comma may
-/// follow here, unlike behind the bracket of a container that read_value() makes.
-Reader::ValuePtr Reader::open_container() {
-    char const c = punctuator();
-    if (c != '{' && c != '[') {
+/// Applies one token to the current value. True when `m_current` is the next value, or null at the
+/// end; false when another token is needed.
+inline bool Reader::take_token(EToken token) {
+    if (m_current->m_type >= Value::eType_Null) {
+        if (skip_text(token)) {
+            return false;
+        }
+        leave_scalar(); // the token belongs to what encloses it
+    }
+    switch (m_current->m_type) {
+    case Value::eType_Root:
+        return take_in_root(token);
+    case Value::eType_Object:
+        return take_in_object(token);
+    default:
+        return take_in_array(token);
+    }
+}
+
+/// True when the token belongs to the unread text of the current scalar, which is dropped.
+inline bool Reader::skip_text(EToken token) {
+    if (token == eToken_StringEnd) {
+        consume_comma();
+        return true;
+    }
+    return token == eToken_CharData;
+}
+
+inline bool Reader::take_in_root(EToken token) {
+    switch (token) {
+    case eToken_DocumentStart:
+        return false;
+    case eToken_DocumentEnd:
+        m_current.reset();
+        return true;
+    case eToken_Punctuator:
+        m_current = open_container();
+        return true;
+    default:
         fail_unexpected(VXCORE_LOCATION(in_next_value));
     }
-    auto const type = c == '{' ? Value::eType_Object : Value::eType_Array;
-    return deliver(Value::make(*this, type, {}));
+}
+
+inline bool Reader::take_in_object(EToken token) {
+    switch (token) {
+    case eToken_StringBegin:
+    case eToken_IdentifierBegin:
+        m_current = read_value(read_name());
+        return true;
+    case eToken_DocumentEnd:
+        fail("End of document reached without all objects properly closed", {},
+             VXCORE_LOCATION(in_next_value));
+    default:
+        if (token != eToken_Punctuator || punctuator() != '}') {
+            fail_unexpected(VXCORE_LOCATION(in_next_value));
+        }
+        close_container();
+        return false;
+    }
+}
+
+inline bool Reader::take_in_array(EToken token) {
+    switch (token) {
+    case eToken_DocumentEnd:
+        fail("End of document reached without all arrays properly closed", {},
+             VXCORE_LOCATION(in_next_value));
+    case eToken_Punctuator:
+        if (punctuator() == ']') {
+            close_container();
+            return false;
+        }
+        m_current = open_container();
+        return true;
+    default:
+        m_tokenPushedBack = true;
+        m_current = read_value({});
+        return true;
+    }
+}
+
+/// The container that the current punctuator opens, at the top level or in an array. Unlike in
+/// read_value(), no comma may follow its bracket.
+Reader::ValuePtr Reader::open_container() {
+    Value::EType const type = container_type(punctuator());
+    if (type == Value::eType_Root) {
+        fail_unexpected(VXCORE_LOCATION(in_next_value));
+    }
+    return Value::make(*this, type, {});
 }
 
 Reader::ValuePtr Reader::read_value(std::string && name) {
-    Value::EType type = Value::eType_Root;
-    switch (next_token()) {
-    case eToken_StringBegin:
-        type = Value::eType_String;
-        break;
-    case eToken_True:
-    case eToken_False:
-        type = Value::eType_Boolean;
-        break;
-    case eToken_Number:
-        type = Value::eType_Number;
-        break;
-    case eToken_Null:
-        type = Value::eType_Null;
-        break;
-    case eToken_Punctuator: {
-        char const c = punctuator();
-        if (c == '{' || c == '[') {
-            type = c == '{' ? Value::eType_Object : Value::eType_Array;
-            break;
-        }
-        [[fallthrough]];
-    }
-    default:
+    EToken const token = next_token();
+    Value::EType const type =
+        token == eToken_Punctuator ? container_type(punctuator()) : scalar_type(token);
+    if (type == Value::eType_Root) {
         fail_unexpected(VXCORE_LOCATION(in_read_value));
     }
     ValuePtr value = Value::make(*this, type, std::move(name));
@@ -226,13 +240,11 @@ Reader::ValuePtr Reader::read_value(std::string && name) {
     return value;
 }
 
-/// A name up to its colon. Its begin token has been read.
+/// Reads a name and its colon. The current token is the begin token of the name.
 std::string Reader::read_name() {
     std::string name = read_char_data();
     if (name.empty() || (!m_options.allow_reserved_names && is_reserved_word(name))) {
-        fail("A JSON field '{@name}' has a name that is a reserved keyword. In order to use this "
-             "name the reader option 'allow_reserved_names' has to be set.",
-             one_param("name", std::move(name)), VXCORE_LOCATION(in_read_value));
+        fail_name(std::move(name), VXCORE_LOCATION(in_read_value));
     }
     EToken const end = next_token();
     if (end != eToken_StringEnd && end != eToken_IdentifierEnd) {
@@ -244,7 +256,7 @@ std::string Reader::read_name() {
     return name;
 }
 
-/// All text up to the next token of another kind. A text of one run is copied once.
+/// All text up to the next token of another kind. Text in one piece is copied once.
 std::string Reader::read_char_data() {
     std::string text;
     while (next_token() == eToken_CharData) {
@@ -258,14 +270,12 @@ std::string Reader::read_char_data() {
     return text;
 }
 
-/// Takes the comma behind a value, if there is one, and looks at what follows it.
+/// Skips the comma after a value, if there is one. The only punctuator that may follow the comma is
+/// an opening bracket.
 void Reader::consume_comma() {
     if (next_token() == eToken_Punctuator && punctuator() == ',' &&
-        next_token() == eToken_Punctuator) {
-        char const c = punctuator();
-        if (c != '{' && c != '[') {
-            fail_unexpected(VXCORE_LOCATION("vxjson::Reader::consume_comma()"));
-        }
+        next_token() == eToken_Punctuator && container_type(punctuator()) == Value::eType_Root) {
+        fail_unexpected(VXCORE_LOCATION("vxjson::Reader::consume_comma()"));
     }
     m_tokenPushedBack = true;
 }
@@ -274,8 +284,8 @@ inline void Reader::step_up() noexcept {
     m_current = m_current->m_parent;
 }
 
-/// Steps up from a scalar. What nobody else can see any more becomes the next value, so that the
-/// elements of a long array are one object after the other.
+/// Steps up from a scalar. An object that nobody else holds is kept for the next value, so that the
+/// elements of a long array share one object.
 inline void Reader::leave_scalar() noexcept {
     ValuePtr scalar = std::move(m_current);
     m_current = scalar->m_parent;
@@ -318,77 +328,14 @@ std::string_view Reader::token_text() {
     return m_tokenizer->text(slice).view();
 }
 
-/// The character of the current punctuator. An empty text raises std::out_of_range, which is no
-/// failure of the reader.
+/// The character of the current punctuator. Empty text from a foreign tokenizer raises
+/// std::out_of_range, which does not end the reader.
 inline char Reader::punctuator() {
     if (m_known != nullptr) {
         return m_known->m_text.data()[0];
     }
     StringSlice slice;
     return m_tokenizer->text(slice)[0];
-}
-
-/// Takes over why a scan failed. A tokenizer that cannot tell gets an error made for it: without
-/// one the failure would look like the end of the document.
-void Reader::keep_tokenizer_error() noexcept {
-    m_failed = true;
-    try {
-        vxcore::ErrorInfo::Ptr info;
-        m_tokenizer->error(info);
-        if (!info) {
-            SourcePosition position;
-            m_tokenizer->position(position);
-            info =
-                impl::create_positioned(error::vxjson_reader_unexpected_token, unexpected_token,
-                                        one_param("token", to_string(eToken_Error)),
-                                        VXCORE_LOCATION("vxjson::Reader::next_token()"), position);
-        }
-        m_error = std::move(info);
-    } catch (...) {
-        // Out of memory; m_failed tells enough.
-    }
-}
-
-/// The last step of every failure.
-void Reader::stop(vxcore::ErrorInfo::Ptr info) {
-    m_failed = true;
-    m_current.reset();
-    m_error = info;
-    if (!info) {
-        throw std::bad_alloc(); // what keep_tokenizer_error() met
-    }
-    vxcore::ErrorException::throw_error(std::move(info));
-}
-
-void Reader::fail(std::string_view message, vxcore::ErrorParams params,
-                  vxcore::SourceLocation location, vxcore::ErrorInfo::Ptr nested) {
-    fail(error::vxjson_reader, message, std::move(params), std::move(location), std::move(nested));
-}
-
-void Reader::fail(vxcore::ErrorCode const & code, std::string_view message,
-                  vxcore::ErrorParams params, vxcore::SourceLocation location,
-                  vxcore::ErrorInfo::Ptr nested) {
-    m_failed = true;
-    SourcePosition position;
-    m_tokenizer->position(position);
-    stop(impl::create_positioned(code, message, std::move(params), std::move(location), position,
-                                 std::move(nested)));
-}
-
-void Reader::fail_after_error(vxcore::ErrorCode const & code, vxcore::SourceLocation location) {
-    fail(code, "Value cannot be read after a parse error", {}, std::move(location));
-}
-
-void Reader::fail_unexpected(vxcore::SourceLocation location) {
-    fail(error::vxjson_reader_unexpected_token, unexpected_token,
-         one_param("token", to_string(m_token)), std::move(location));
-}
-
-void Reader::throw_string_size_error() {
-    fail(error::vxjson_reader_unexpected_size,
-         "Node value exceeds {@maxSize}bytes of character data",
-         one_param("maxSize", vxcore::to_string(sm_maxStringSize)),
-         VXCORE_LOCATION("vxjson::Reader::throw_string_size_error()"));
 }
 
 } // namespace vxjson

@@ -12,8 +12,8 @@ namespace vxjson {
 
 class Tokenizer;
 
-/// Turns tokens into values, one after the other in the order of the document. No tree is built:
-/// only the value at hand and what encloses it are kept.
+/// Turns tokens into values, one at a time in document order. No tree is built: only the current
+/// value and the containers around it are kept.
 ///
 ///     Reader reader(tokenizer);
 ///     auto const object = reader.next_value();
@@ -21,32 +21,32 @@ class Tokenizer;
 ///         use(child->name(), child->as_string());
 ///     }
 ///
-/// The top level is an object or an array, and any number of them may follow one another. Commas
-/// are taken and not demanded, but a trailing or doubled one is refused. Names may be unquoted when
-/// the tokenizer allows it; empty ones and reserved words are refused. See docs/formats/json.md.
+/// The top level is an object or an array, and any number of documents may follow one another.
+/// Commas are optional, but a trailing or doubled one is refused. Names may be unquoted when the
+/// tokenizer allows it; empty names and reserved words are refused. See docs/formats/json.md.
 ///
-/// Behind the closing bracket of a nested value one more token is read to see whether a comma
-/// follows, and a call of `next_value()` at the end of a document reads the start of the next one:
-/// over a live connection these wait.
+/// After the closing bracket of a nested value the reader reads one more token, to see whether a
+/// comma follows. A call of `next_value()` at the end of a document reads the start of the next
+/// one. Over a live connection both calls wait for the sender.
 ///
-/// Cost. One small block per container, and per scalar that a caller still holds when the reader
-/// moves on; else the object of the scalar before is used again. Memory grows with the depth, not
-/// with the document.
+/// Cost. One small block per container. A scalar reuses the object of the scalar before it, unless
+/// a caller still holds that one; then it takes a block too. Memory grows with the depth of the
+/// document, not with its size.
 ///
 /// Threads. A reader and its values belong to one thread at a time.
 ///
-/// Errors. A failure of the reader, or of a value but for a failed conversion, ends the reader:
-/// `current()` is null, `error()` tells the last failure and each further call raises
-/// `error.vxjson.reader`, or `error.vxjson.reader.value` for a value that has failed, "Value cannot
-/// be read after a parse error". Messages start with the place in the text, and the parameters
-/// `uri`, `line`, `linePos` and `sourcePos` tell it too.
+/// Errors. A failure of the reader or of one of its values ends the reader; a failed conversion
+/// does not. After that `current()` is null, `error()` returns the last failure, and each further
+/// call raises "Value cannot be read after a parse error" with the code `error.vxjson.reader`, or
+/// `error.vxjson.reader.value` for a value that has failed. Messages start with the place in the
+/// text; the parameters `uri`, `line`, `linePos` and `sourcePos` hold it too.
 class VXJSON_API Reader {
   public:
     class Value;
     using ValuePtr = vxcore::RefCountPtr<Value>;
 
     struct Options {
-        bool allow_reserved_names = false; ///< takes names such as "class"
+        bool allow_reserved_names = false; ///< accept names such as "class"
     };
 
     /// @param tokenizer  Must outlive the reader.
@@ -55,41 +55,42 @@ class VXJSON_API Reader {
     Reader(Reader const &) = delete;
     Reader & operator=(Reader const &) = delete;
 
-    /// Values may live on. Of those only type, name and text that was read before may be asked for.
+    /// Values may outlive the reader. Only their type, name and text that was already read may be
+    /// used then.
     ~Reader();
 
-    /// Where the reader stands: a value of type Root at first, null behind the end of the document
-    /// and after a failure.
+    /// The value that the reader is at: one of type Root at first, null after the end of the
+    /// document and after a failure.
     ValuePtr current() const;
 
-    /// The next value at any depth; null at the end. Closing brackets are passed silently. What was
-    /// not read of the value before is gone.
+    /// Moves to the next value at any depth and returns it; null at the end. Closing brackets are
+    /// skipped. Unread text of the previous value is lost.
     ///
     /// @raises error.vxjson.reader.unexpected.token: the token fits nowhere.
     /// @raises error.vxjson.reader: a name is refused, or the text ends too early.
     /// @raises error.vxjson.reader.unexpected.size: a name of more than 134217728 bytes.
     ValuePtr next_value();
 
-    /// The next value directly inside `parent`; null when it has no more. The rest of children that
-    /// were not read to their end is passed over. A parent that has ended keeps the reader from
-    /// moving on, so that nested loops over children leave each value to the loop it belongs to.
+    /// Moves to the next value directly inside `parent` and returns it; null when there is none.
+    /// Unread parts of earlier children are skipped. The value after the end of `parent` stays for
+    /// the next call, so that of nested loops over children each gets its own values.
     ///
     /// @raises as `next_value`; error.vxjson.reader: `parent` is null.
     ValuePtr next_child(ValuePtr parent);
 
-    /// The next element of an array when it is a number, without an object for it: the fast way
-    /// through a long array of numbers. `current()` is the array then. False when the reader stands
-    /// elsewhere or something else comes, which `next_child` tells.
+    /// Reads the next element of `array` into `number` when it is a number. This is the fast way
+    /// through a long array of numbers: it creates no Value, and `current()` becomes the array.
+    /// False when the reader is not inside `array` or the next element is no number; `next_child`
+    /// returns that element.
     ///
     /// @raises as `next_value`.
     bool next_number(ValuePtr const & array, double & number);
 
-    /// The last failure; null while there was none.
+    /// The last failure; null before the first one.
     vxcore::ErrorInfo::Ptr const & error() const noexcept { return m_error; }
 
-    /// Ends the reader with a failure of its caller's, at the current place: the way for code on
-    /// top of the reader to refuse what it reads. The code is `error.vxjson.reader` where none is
-    /// given.
+    /// Ends the reader with a failure at the current place and raises it. Code on top of the reader
+    /// refuses documents this way. Without `code` the failure has `error.vxjson.reader`.
     [[noreturn]] void fail(std::string_view message, vxcore::ErrorParams params,
                            vxcore::SourceLocation location,
                            vxcore::ErrorInfo::Ptr nested = nullptr);
@@ -101,8 +102,13 @@ class VXJSON_API Reader {
     /// Longest name, and longest string that is read as a whole, in bytes.
     static constexpr unsigned int sm_maxStringSize = 0x8000000;
 
+    // The grammar: what the current token means for the current value (reader.cpp).
     ValuePtr advance();
-    ValuePtr deliver(ValuePtr value) noexcept;
+    bool take_token(EToken token);
+    bool skip_text(EToken token);
+    bool take_in_root(EToken token);
+    bool take_in_object(EToken token);
+    bool take_in_array(EToken token);
     ValuePtr open_container();
     ValuePtr read_value(std::string && name);
     std::string read_name();
@@ -112,40 +118,43 @@ class VXJSON_API Reader {
     void leave_scalar() noexcept;
     void close_container();
 
+    // Tokens.
     EToken next_token();
+    std::string_view token_text();
     char punctuator();
+
+    // Failures (reader_failures.cpp).
     void keep_tokenizer_error() noexcept;
     [[noreturn]] void stop(vxcore::ErrorInfo::Ptr info);
     [[noreturn]] void fail_after_error(vxcore::ErrorCode const & code,
                                        vxcore::SourceLocation location);
     [[noreturn]] void fail_unexpected(vxcore::SourceLocation location);
+    [[noreturn]] void fail_name(std::string && name, vxcore::SourceLocation location);
     [[noreturn]] void throw_string_size_error();
 
-    std::string_view token_text();
-
     ITokenizer * const m_tokenizer;
-    Tokenizer * const m_known; // the same when it is ours, for calls that are not virtual; or null
+    Tokenizer * const m_known; // m_tokenizer if it is a Tokenizer, for direct calls; or null
     EToken m_token = eToken_Unknown;
-    bool m_tokenPushedBack = false; // the next token is m_token again
-    bool m_currentPending = false;  // m_current is yet to be delivered
-    bool m_failed = false;          // also where memory was too short for an ErrorInfo
+    bool m_tokenPushedBack = false; // next_token() returns m_token once more
+    bool m_currentPending = false;  // next_value() returns m_current once more
+    bool m_failed = false;          // set even when no memory was left for m_error
     ValuePtr m_current;
-    ValuePtr m_spare; // a scalar that has passed and that nobody else holds
+    ValuePtr m_spare; // an earlier scalar that nobody else holds, for reuse
     vxcore::ErrorInfo::Ptr m_error;
     Options const m_options;
 };
 
 /// One value of a document, or the root above it.
 ///
-/// The text of a literal or number is in the value. That of a string stays in the tokenizer until
-/// it is asked for, whole or as a stream (one of the two; what the one took, the other misses), and
-/// is gone once the reader has moved on: read a string before the next `next_value()`. Whether it
-/// is still there is told by the kind of the current token only, so a string that was left unread
-/// may even take the text of the string that the reader stands on now.
+/// A value holds the text of a literal or number. The text of a string stays in the tokenizer until
+/// it is read, either whole or as a stream: text taken by one is missing from the other. It is lost
+/// when the reader moves on, so read a string before the next `next_value()`. Only the kind of the
+/// current token shows whether the text is still there: a string read too late may return the
+/// text of the string that the reader is at now.
 ///
-/// Errors. With a null `error` a failure is raised; else it is stored in `*error`, and the call
-/// gives what it has. Either way the value has failed. To ask a value for another type than its own
-/// ends the reader too, so look at `type()` first; a failed conversion spares the reader.
+/// Errors. With a null `error` a failure is raised; otherwise it is stored in `*error`, and the
+/// call returns what it has. The value has failed in both cases. Asking a value for a type other
+/// than its own also ends the reader, so check `type()` first. A failed conversion does not.
 class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtomicRefCount> {
   public:
     enum EType : int {
@@ -163,31 +172,40 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
         vxcore::InterfacePtr<vxcore::IReadStream,
                              vxcore::RefCountPtr<vxcore::RefCounted<vxcore::AtomicRefCount>>>;
 
+    /// The type as the text shows it. Never raises, also after a failure.
     EType type() const noexcept { return m_type; }
 
-    /// Empty for elements of arrays and at the top level.
+    /// The name in the enclosing object; empty for elements of arrays and at the top level.
+    ///
+    /// @keeps  The reference holds while the caller holds the value.
     std::string const & name() const noexcept VXCORE_LIFETIMEBOUND { return m_name; }
 
-    /// The text of a string, literal or number. A second call gives the same.
+    /// The text of a string, literal or number. Further calls return the same text.
     ///
+    /// @keeps  The reference holds while the caller holds the value, until `take_string`.
     /// @raises error.vxjson.reader.value: object, array or root; or the reader has moved on.
     /// @raises error.vxjson.reader.unexpected.size: more than 134217728 bytes.
     std::string const & as_string(ErrorSlot error = nullptr) VXCORE_LIFETIMEBOUND;
 
-    /// As `as_string`, but the text moves to the caller, without a copy, and the value has an empty
-    /// one from then on.
+    /// As `as_string`, but moves the text to the caller without a copy. The value's text is empty
+    /// afterwards. A failure is always raised.
     std::string take_string();
 
+    /// The value of a number; 0 when a failure is stored.
+    ///
     /// @raises error.vxjson.reader.value: not a number.
     /// @raises error.vxcore.conversion: beyond the range of a double.
     double as_double(ErrorSlot error = nullptr);
 
+    /// The value of a boolean; false when a failure is stored.
+    ///
     /// @raises error.vxjson.reader.value: not a boolean.
     bool as_bool(ErrorSlot error = nullptr);
 
-    /// The text of a string of any size, read straight off the tokenizer. The stream does not keep
-    /// the value; it raises when it is used longer. Its `size()` is -1 unless the text was read by
-    /// `as_string` before, or has ended. All calls give the same stream.
+    /// The text of a string of any size as a stream, read directly from the tokenizer. The stream
+    /// does not keep the value alive; using it after the value is gone raises. Its `size()` is -1
+    /// unless `as_string` read the text before, or the text has ended. All calls return the same
+    /// stream; null when a failure is stored.
     ///
     /// @raises error.vxjson.reader.value: not a string.
     StreamPtr as_stream(ErrorSlot error = nullptr);
@@ -231,7 +249,7 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
     EType m_type;
     std::string m_name;
     EState m_state = eState_Unread;
-    bool m_wasLoaded = false;     // what is streamed is m_data
+    bool m_wasLoaded = false;     // the stream reads m_data, not the tokenizer
     unsigned int m_streamPos = 0; // in m_data or in the text of the current token
     std::string m_data;
     StreamPtr m_stream;
@@ -241,8 +259,8 @@ inline Reader::ValuePtr Reader::current() const {
     return m_current;
 }
 
-/// "Root", "Object", "Array", "Null", "Boolean", "Number" or "String"; "##InvalidType(7)##" for a
-/// number that is none.
+/// "Root", "Object", "Array", "Null", "Boolean", "Number" or "String"; "##InvalidType(7)##" for any
+/// other number.
 VXJSON_API std::string to_string(Reader::Value::EType type);
 VXJSON_API std::ostream & operator<<(std::ostream & stream, Reader::Value::EType type);
 
