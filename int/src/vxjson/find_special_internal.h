@@ -9,58 +9,87 @@
 
 namespace vxjson::impl {
 
-/// Whether a byte of a string needs a look: its quote, a backslash, a control character, and with
-/// `High` all from 0x80 on.
+/// The bytes of a string that do not stand for themselves: its quote, a backslash, control
+/// characters, and with `High` all bytes from 0x80 on.
 template <bool High>
-constexpr bool is_special(char c, char quote) noexcept {
-    auto const byte = static_cast<unsigned char>(c);
-    return byte < 0x20 || c == quote || c == '\\' || (High && byte >= 0x80);
-}
+struct SpecialBytes {
+    char quote;
 
-/// The first byte from `at` on that needs a look, `limit` when there is none.
-///
-/// @cost  Sixteen bytes a step where the processor has SSE2. Loads stay below `limit`.
-template <bool High>
-char const * find_special(char const * at, char const * limit, char quote) noexcept {
+    bool contains(char c) const noexcept {
+        auto const byte = static_cast<unsigned char>(c);
+        return byte < 0x20 || c == quote || c == '\\' || (High && byte >= 0x80);
+    }
+
 #if defined(__SSE2__)
-    __m128i const quotes = _mm_set1_epi8(quote);
-    __m128i const backslashes = _mm_set1_epi8('\\');
-    __m128i const controls = _mm_set1_epi8(0x1F);
-    while (limit - at >= 16) {
-        __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const *>(at));
-        __m128i special = _mm_cmpeq_epi8(bytes, quotes);
-        special = _mm_or_si128(special, _mm_cmpeq_epi8(bytes, backslashes));
-        // Equal to its unsigned minimum with 0x1F: not above it.
-        special = _mm_or_si128(special, _mm_cmpeq_epi8(_mm_min_epu8(bytes, controls), bytes));
+    /// Bit i is set when the set contains byte i of 16.
+    unsigned int mask(__m128i bytes) const noexcept {
+        __m128i special = _mm_cmpeq_epi8(bytes, _mm_set1_epi8(quote));
+        special = _mm_or_si128(special, _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\')));
+        // A byte equals the minimum of itself and 0x1F exactly if it is not above 0x1F.
+        __m128i const low = _mm_min_epu8(bytes, _mm_set1_epi8(0x1F));
+        special = _mm_or_si128(special, _mm_cmpeq_epi8(low, bytes));
         if constexpr (High) {
             special = _mm_or_si128(special, bytes); // movemask looks at the top bits only
         }
-        auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(special));
-        if (mask != 0) {
-            return at + std::countr_zero(mask);
-        }
-        at += 16;
+        return static_cast<unsigned int>(_mm_movemask_epi8(special));
     }
 #endif
-    while (at != limit && !is_special<High>(*at, quote)) {
+};
+
+/// All bytes but the blank (0x20).
+struct NonBlankBytes {
+    bool contains(char c) const noexcept { return c != ' '; }
+
+#if defined(__SSE2__)
+    unsigned int mask(__m128i bytes) const noexcept {
+        __m128i const blanks = _mm_cmpeq_epi8(bytes, _mm_set1_epi8(' '));
+        return static_cast<unsigned int>(_mm_movemask_epi8(blanks)) ^ 0xFFFF;
+    }
+#endif
+};
+
+#if defined(__SSE2__)
+inline __m128i load_16(char const * at) noexcept {
+    return _mm_loadu_si128(reinterpret_cast<__m128i const *>(at));
+}
+#endif
+
+/// The first byte from `at` on that `bytes` contains; `limit` when there is none.
+///
+/// @cost  Sixteen bytes a step where the processor has SSE2. Never reads at or past `limit`.
+template <typename Bytes>
+char const * find_byte(char const * at, char const * limit, Bytes bytes) noexcept {
+#if defined(__SSE2__)
+    for (; limit - at >= 16; at += 16) {
+        if (unsigned int const mask = bytes.mask(load_16(at)); mask != 0) {
+            return at + std::countr_zero(mask);
+        }
+    }
+#endif
+    while (at != limit && !bytes.contains(*at)) {
         ++at;
     }
     return at;
 }
 
-/// Whether any of `size` bytes needs a look. 15 bytes behind them may be read too: for short texts
-/// in a larger buffer.
+/// The first special byte of a string, or `limit`.
+template <bool High>
+char const * find_special(char const * at, char const * limit, char quote) noexcept {
+    return find_byte(at, limit, SpecialBytes<High>{quote});
+}
+
+/// The first byte that is no blank (0x20), or `limit`.
+inline char const * skip_blanks(char const * at, char const * limit) noexcept {
+    return find_byte(at, limit, NonBlankBytes{});
+}
+
+/// True when any of `size` bytes is special in a string in double quotes. Faster than
+/// `find_special` for short texts, but the 15 bytes after them must be readable too.
 inline bool has_special(char const * at, std::size_t size) noexcept {
+    constexpr SpecialBytes<false> bytes{'"'};
 #if defined(__SSE2__)
-    __m128i const quotes = _mm_set1_epi8('"');
-    __m128i const backslashes = _mm_set1_epi8('\\');
-    __m128i const controls = _mm_set1_epi8(0x1F);
     for (std::size_t done = 0; done < size; done += 16) {
-        __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const *>(at + done));
-        __m128i special = _mm_cmpeq_epi8(bytes, quotes);
-        special = _mm_or_si128(special, _mm_cmpeq_epi8(bytes, backslashes));
-        special = _mm_or_si128(special, _mm_cmpeq_epi8(_mm_min_epu8(bytes, controls), bytes));
-        auto const mask = static_cast<unsigned int>(_mm_movemask_epi8(special));
+        unsigned int const mask = bytes.mask(load_16(at + done));
         std::size_t const left = size - done;
         if ((left < 16 ? mask & ((1u << left) - 1) : mask) != 0) {
             return true;
@@ -68,28 +97,8 @@ inline bool has_special(char const * at, std::size_t size) noexcept {
     }
     return false;
 #else
-    return find_special<false>(at, at + size, '"') != at + size;
+    return find_byte(at, at + size, bytes) != at + size;
 #endif
-}
-
-/// The first byte from `at` on that is no blank (0x20), `limit` when there is none.
-inline char const * skip_blanks(char const * at, char const * limit) noexcept {
-#if defined(__SSE2__)
-    __m128i const blanks = _mm_set1_epi8(' ');
-    while (limit - at >= 16) {
-        __m128i const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const *>(at));
-        auto const mask =
-            static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, blanks))) ^ 0xFFFF;
-        if (mask != 0) {
-            return at + std::countr_zero(mask);
-        }
-        at += 16;
-    }
-#endif
-    while (at != limit && *at == ' ') {
-        ++at;
-    }
-    return at;
 }
 
 } // namespace vxjson::impl
