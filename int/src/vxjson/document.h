@@ -5,10 +5,12 @@
 
 namespace vxjson {
 
-/// A tokenizer and the reader over it in one object.
+/// A tokenizer and a reader over it in one object.
 ///
 ///     Document document(text.data(), text.size());
 ///     auto const value = document.reader().next_value();
+///
+/// Costs, threads and errors are those of Tokenizer and Reader.
 class VXJSON_API Document {
   public:
     struct Options {
@@ -16,11 +18,15 @@ class VXJSON_API Document {
         Reader::Options reader;
     };
 
-    /// @param data  Must outlive the document, and so must its content.
+    /// Reads from memory.
+    ///
+    /// @param data  `size` bytes, which must outlive the document unchanged.
     Document(char const * data, std::size_t size);
     Document(char const * data, std::size_t size, Options const & options);
 
-    /// @param stream  Must outlive the document, which reads ahead by up to its buffer.
+    /// Reads from a stream.
+    ///
+    /// @param stream  Must outlive the document. It is read ahead by up to the size of the buffer.
     explicit Document(vxcore::IReadStream & stream);
     Document(vxcore::IReadStream & stream, Options const & options);
 
@@ -28,8 +34,10 @@ class VXJSON_API Document {
     Document & operator=(Document const &) = delete;
     ~Document();
 
+    /// The reader, for values. It lives as long as the document.
     Reader & reader() noexcept VXCORE_LIFETIMEBOUND { return m_reader; }
 
+    /// The tokenizer, for the place in the text. Calling its `next()` takes tokens from the reader.
     Tokenizer & tokenizer() noexcept VXCORE_LIFETIMEBOUND { return m_tokenizer; }
 
   private:

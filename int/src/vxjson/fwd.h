@@ -1,6 +1,6 @@
 #pragma once
 
-/// Declarations without definitions of the classes of vxjson.
+/// Forward declarations of the classes of vxjson.
 
 namespace vxjson {
 

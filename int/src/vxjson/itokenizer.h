@@ -7,25 +7,27 @@
 
 namespace vxjson {
 
-/// Where a Reader gets its tokens from. Tokenizer is the one for JSON text.
+/// A source of tokens for a Reader. Tokenizer is the implementation for JSON text.
 ///
-/// A document is `eToken_DocumentStart` (which may be left out), its tokens, `eToken_DocumentEnd`.
+/// A document is `eToken_DocumentStart` (optional), its tokens and `eToken_DocumentEnd`.
 ///
-/// An interface: it is not destroyed through.
+/// The destructor is protected: never delete through this interface.
 class VXJSON_API ITokenizer {
   public:
-    /// Moves to the next token. A failed scan gives `eToken_Error` or raises. The end and a failure
-    /// are given again by every further call.
+    /// Moves to the next token and returns its kind. A failed scan returns `eToken_Error` or
+    /// raises. After the end or a failure each further call returns the same again.
     virtual EToken next() = 0;
 
-    /// Puts the text of the current token into `out` and gives `out`. Tokens without a text give an
-    /// empty slice. The same until the next `next()`.
+    /// Stores the text of the current token in `out` and returns `out`. The slice is empty for
+    /// tokens without text.
+    ///
+    /// @keeps  The text stays valid until the next `next()`.
     virtual StringSlice & text(StringSlice & out) = 0;
 
-    /// Puts the reason of a failed scan into `out`; null while none failed.
+    /// Stores the error of the failed scan in `out`; null when no scan has failed.
     virtual void error(vxcore::ErrorInfo::Ptr & out) = 0;
 
-    /// Puts the place of the current token, or of the failure, into `out`.
+    /// Stores the place of the current token, or of the failure, in `out`.
     virtual void position(SourcePosition & out) = 0;
 
   protected:

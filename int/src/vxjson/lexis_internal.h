@@ -5,15 +5,15 @@
 
 namespace vxjson::impl {
 
-/// The longest piece of text that is given at once: sizes of slices are 32 bits wide.
+/// The longest piece of text in one token, in bytes: sizes of slices are 32 bits wide.
 constexpr std::ptrdiff_t max_run = 1 << 30;
 
-/// What a byte may be outside strings. A byte may be several.
+/// Classes of bytes outside strings. A byte may be in several.
 enum EByte : unsigned char {
     eByte_Blank = 1,
     eByte_Punctuator = 2,
     eByte_Digit = 4,
-    eByte_NameStart = 8, ///< letters, "_", "$" and all from 0x80 on
+    eByte_NameStart = 8, ///< letters, "_", "$" and bytes from 0x80 on
 };
 
 constexpr std::array<unsigned char, 256> make_byte_table() {
@@ -35,18 +35,18 @@ constexpr std::array<unsigned char, 256> make_byte_table() {
 
 inline constexpr std::array<unsigned char, 256> byte_table = make_byte_table();
 
-/// True when the byte is one of `kinds`.
+/// True when the byte is in one of the classes `kinds`.
 constexpr bool is_byte(char c, int kinds) noexcept {
     return (byte_table[static_cast<unsigned char>(c)] & kinds) != 0;
 }
 
-/// How far the grammar of numbers (RFC 8259, section 6) goes.
+/// The result of `scan_number`.
 struct NumberScan {
-    char const * end;      ///< behind the number, or the byte that breaks it
-    char const * expected; ///< what is missing at `end`; null for a number
+    char const * end;      ///< the end of the number, or the byte that breaks the grammar
+    char const * expected; ///< what is missing at `end`; null for a valid number
 };
 
-/// Passes over one or more digits; gives null when there is none.
+/// Skips one or more digits. Returns null if there is none.
 constexpr char const * skip_digits(char const * at, char const * limit) noexcept {
     char const * const start = at;
     while (at != limit && is_byte(*at, eByte_Digit)) {
@@ -55,7 +55,7 @@ constexpr char const * skip_digits(char const * at, char const * limit) noexcept
     return at == start ? nullptr : at;
 }
 
-/// Scans the number at `at`. What stands behind it is not looked at.
+/// Scans the number at `at` by the grammar of RFC 8259, section 6. The caller checks what follows.
 constexpr NumberScan scan_number(char const * at, char const * limit) noexcept {
     constexpr char const * digit = "a digit";
     if (at != limit && *at == '-') {

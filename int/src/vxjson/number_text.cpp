@@ -10,8 +10,9 @@ namespace vxjson::impl {
 
 namespace {
 
-/// Whole numbers of up to 15 digits, which every double holds exactly: most of what documents have.
-/// False for any other text.
+/// Reads an integer of up to 15 digits, which a double represents exactly. Most numbers in
+/// documents are such integers, and this is much faster than the general conversion. False for
+/// other text.
 bool read_short_number(std::string_view text, double & value) noexcept {
     bool const negative = text.starts_with('-');
     text.remove_prefix(negative ? 1 : 0);
@@ -48,7 +49,7 @@ DoubleText::DoubleText(double value, int minExponent, int maxExponent) noexcept 
     std::string_view const text(buffer, static_cast<std::size_t>(end - buffer));
     std::size_t const mark = text.find('e');
     int exponent = 0;
-    // from_chars takes no plus.
+    // from_chars accepts no plus sign.
     std::from_chars(buffer + mark + (text[mark + 1] == '+' ? 2 : 1), end, exponent);
     if (exponent < minExponent || exponent > maxExponent) {
         put(text);

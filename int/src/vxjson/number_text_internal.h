@@ -6,17 +6,19 @@
 
 namespace vxjson::impl {
 
-/// The double that the text of a number token stands for.
+/// Converts the text of a number token to the nearest double.
 ///
-/// @param error  Takes the failure; null raises it.
+/// @param error  Receives the failure; if null, the failure is raised.
 /// @raises error.vxcore.conversion: beyond the range of a double, or no number.
 double read_number(std::string_view text, vxcore::ErrorInfo::Ptr * error);
 
-/// The fewest digits that read back as one double, laid out without an exponent where the decimal
-/// exponent lies in a range that holds 0, and with ".0" where no fraction would show.
+/// The text of a double: the fewest digits that read back as the same double. There is no exponent
+/// if the decimal exponent is within the given limits, and ".0" marks whole numbers then.
 class DoubleText {
   public:
-    /// @param value  Finite.
+    /// @param value        Finite.
+    /// @param minExponent  -324 to 0.
+    /// @param maxExponent  0 to 308.
     DoubleText(double value, int minExponent, int maxExponent) noexcept;
 
     std::string_view view() const noexcept { return {m_text, m_size}; }
@@ -26,7 +28,7 @@ class DoubleText {
     void put_zeros(int count) noexcept;
 
     unsigned int m_size = 0;
-    char m_text[352]; // a sign, 17 digits, a point, and as many zeros as exponents allow
+    char m_text[352]; // sign, 17 digits, point, and the zeros that the exponent limits allow
 };
 
 } // namespace vxjson::impl

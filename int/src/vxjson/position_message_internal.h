@@ -7,8 +7,9 @@
 
 namespace vxjson::impl {
 
-/// A failure at a place: the message gets "[line 3, pos 7]: " in front, with the origin where there
-/// is one, and all of the position goes into the parameters.
+/// Creates the error for a failure at a place in the text. The message starts with
+/// "[line 3, pos 7]: ", which includes the origin of the text if it is known. The parameters `uri`,
+/// `line`, `linePos` and `sourcePos` are added to `params`.
 vxcore::ErrorInfo::Ptr create_positioned(vxcore::ErrorCode const & code, std::string_view message,
                                          vxcore::ErrorParams params,
                                          vxcore::SourceLocation location,

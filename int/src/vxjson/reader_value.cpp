@@ -26,14 +26,14 @@ Value::~Value() {
     if (m_stream) {
         static_cast<ValueReadStreamImpl *>(m_stream.get())->drop_value();
     }
-    // Takes a deep chain apart link by link; leaving it to the members would recurse per link.
+    // Releases a long chain of parents in a loop: the destructor of the member would recurse.
     ValuePtr next = std::move(m_parent);
     while (next && next->has_unique_ref()) {
         next = std::move(next->m_parent);
     }
 }
 
-/// A value inside the current one: the spare object when there is one.
+/// Creates a value inside the current one, from the spare object if there is one.
 Reader::ValuePtr Value::make(Reader & reader, EType type, std::string && name) {
     if (!reader.m_spare) {
         return ValuePtr(new Value(reader, reader.m_current, type, std::move(name)));
@@ -42,15 +42,15 @@ Reader::ValuePtr Value::make(Reader & reader, EType type, std::string && name) {
     return std::move(reader.m_spare);
 }
 
-/// True when nobody but the caller knows this value, or what it gave out.
+/// True when only the caller holds this value and no stream of it exists.
 bool Value::is_reusable() const noexcept {
-    constexpr std::size_t maxKept = 65536; // bytes of a text that is not worth keeping
+    constexpr std::size_t maxKept = 65536; // bytes; longer texts are freed
     return has_unique_ref() && !m_stream && m_data.capacity() <= maxKept;
 }
 
-/// Makes this the next value; its memory stays.
+/// Turns this object into the next value and keeps its memory.
 void Value::reuse(ValuePtr const & parent, EType type, std::string && name) noexcept {
-    if (m_parent != parent) { // elements of one container are many
+    if (m_parent != parent) { // rarely so: most neighbours share their parent
         m_parent = parent;
         m_depth = parent->m_depth + 1;
     }
@@ -62,7 +62,7 @@ void Value::reuse(ValuePtr const & parent, EType type, std::string && name) noex
     m_data.clear();
 }
 
-/// The last step of construction: takes the text of a literal or number off the tokenizer.
+/// The last step of construction: copies the text of a literal or number from the tokenizer.
 void Value::read_token_value() {
     if (m_type == eType_Null || m_type == eType_Boolean || m_type == eType_Number) {
         m_data = m_reader->token_text();
@@ -154,7 +154,7 @@ Value::StreamPtr Value::as_stream(ErrorSlot error) {
     return {};
 }
 
-/// Ends the reader when the value is not of that type.
+/// Fails the reader unless the value has the given type.
 void Value::check_scalar(EType type, char const * message, char const * function) {
     if (m_type != type) {
         vxcore::ErrorParams params;
@@ -164,7 +164,7 @@ void Value::check_scalar(EType type, char const * message, char const * function
     }
 }
 
-/// Marks the value as failed, and raises or stores the failure.
+/// Marks the value as failed. Stores the failure in `*error`, or raises it if `error` is null.
 void Value::take_failure(std::exception const & e, ErrorSlot error, char const * function) {
     m_state = eState_Failed;
     vxcore::ErrorInfo::Ptr info = vxcore::ErrorInfo::from_exception(e, VXCORE_LOCATION(function));

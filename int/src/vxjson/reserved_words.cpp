@@ -11,8 +11,7 @@ namespace {
 
 constexpr std::size_t longest_word = 10;
 
-/// In the order of their first letters, so that a name is compared with the words of its own first
-/// letter only.
+/// Sorted, so that a name is compared only with the words that share its first letter.
 constexpr std::string_view words[] = {
     "break",      "case",      "catch",    "class", "const",      "continue", "debugger",
     "default",    "delete",    "do",       "else",  "enum",       "export",   "extends",
@@ -23,7 +22,8 @@ constexpr std::string_view words[] = {
 static_assert(std::size(words) == 42);
 static_assert(std::is_sorted(std::begin(words), std::end(words)));
 
-/// Number of the first word that starts with the letter or a later one; one more at the end.
+/// For each letter the index of the first word that starts with it or with a later letter. The 27th
+/// entry is the number of words.
 constexpr std::array<unsigned char, 27> make_starts() {
     std::array<unsigned char, 27> starts{};
     for (std::size_t letter = 0; letter < starts.size(); ++letter) {

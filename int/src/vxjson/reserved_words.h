@@ -6,9 +6,13 @@
 
 namespace vxjson {
 
-/// True for the 42 words that mean something in scripts, such as "class" and "typeof". A Reader
-/// refuses them as names unless told otherwise. Case counts, and "true", "false" and "null" are
-/// none of them.
+/// True for the 42 keywords of scripts, such as "class" and "typeof". The comparison is
+/// case-sensitive. "true", "false" and "null" are not reserved words.
+///
+/// A Reader refuses these words as names unless its option `allow_reserved_names` is set. The list
+/// is in docs/formats/json.md.
+///
+/// @cost  A comparison with the words that start with the same letter, at most six.
 VXJSON_API bool is_reserved_word(std::string_view name) noexcept;
 
 } // namespace vxjson

@@ -4,11 +4,11 @@
 
 namespace vxjson {
 
-/// A place in the text that a tokenizer reads. All three numbers count bytes as far as they count
-/// anything in a line; a number beyond 32 bits is given as the largest of them.
+/// A place in the text that a tokenizer reads. A number that needs more than 32 bits is stored as
+/// the largest 32-bit number.
 struct SourcePosition {
-    vxuri::UriReference uri;    ///< where the text comes from; may be empty
-    unsigned int line = 1;      ///< from 1; only a line feed ends a line
+    vxuri::UriReference uri;    ///< the origin of the text; may be empty
+    unsigned int line = 1;      ///< from 1; lines end with a line feed
     unsigned int linePos = 1;   ///< from 1, in bytes
     unsigned int sourcePos = 0; ///< from 0, in bytes
 };

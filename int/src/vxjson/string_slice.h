@@ -6,26 +6,36 @@
 
 namespace vxjson {
 
-/// Raises the `std::out_of_range` of a StringSlice.
+/// Raises the `std::out_of_range` of `StringSlice::operator[]`.
 [[noreturn]] VXJSON_API void throw_slice_range();
 
-/// A view of the text of a token: `size` bytes from `pointer + offset` on. It owns nothing, and is
-/// good until its tokenizer moves to the next token.
+/// A view of the text of a token: `size` bytes from `pointer + offset` on.
+///
+/// It owns nothing. A slice from a tokenizer is valid until the tokenizer moves to the next token.
 class StringSlice {
   public:
+    /// An empty slice; `data()` is null.
     constexpr StringSlice() noexcept = default;
 
+    /// @param pointer  May be null when `offset` and `size` are 0.
+    /// @param offset   In bytes.
+    /// @param size     In bytes.
     constexpr StringSlice(char const * pointer, unsigned int offset, unsigned int size) noexcept
         : m_pointer(pointer), m_offset(offset), m_size(size) {}
 
+    /// The first byte. No zero byte follows the text.
     constexpr char const * data() const noexcept { return m_pointer + m_offset; }
 
+    /// In bytes.
     constexpr unsigned int size() const noexcept { return m_size; }
 
     constexpr bool empty() const noexcept { return m_size == 0; }
 
+    /// The same bytes, valid as long as the slice's.
     constexpr std::string_view view() const noexcept { return {data(), m_size}; }
 
+    /// The byte at index `at`.
+    ///
     /// @raises std::out_of_range with the text "StringSlice": `at` is not below the size.
     constexpr char operator[](unsigned int at) const {
         if (at >= m_size) {

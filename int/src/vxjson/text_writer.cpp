@@ -72,7 +72,7 @@ void TextWriter::check_value(vxcore::ErrorCode const & code, char const * functi
                 code, function);
 }
 
-/// Puts what stands between a value and the one before it.
+/// Writes the comma and line break before an element.
 void TextWriter::begin_value() {
     if (m_place == ePlace_Element) {
         if (!m_isFirst) {
@@ -117,10 +117,12 @@ void TextWriter::write_name(char const * data, unsigned int size) {
     m_place = ePlace_NameValue;
 }
 
-/// Puts a name or string, with what stands around it, when it is short, nothing in it is escaped or
-/// checked and there are no lines. False when it did nothing.
+/// Writes a name or string with the punctuation around it straight into the buffer. Most names and
+/// strings take this path. False, and nothing written, when the text is too long, needs an escape
+/// or a UTF-8 check, or the output is indented.
 bool TextWriter::put_short(std::string_view text, bool isName) {
-    constexpr std::size_t around = 4 + 15; // comma, quotes and colon, and what has_special() reads
+    // Comma, quotes and colon, and the bytes that has_special() reads after the text.
+    constexpr std::size_t around = 4 + 15;
     if (text.size() + around > sm_bufferSize - m_size || m_options.indent != 0 || checks_utf8()) {
         return false;
     }
@@ -133,7 +135,7 @@ bool TextWriter::put_short(std::string_view text, bool isName) {
         std::memcpy(at, text.data(), text.size());
     }
     if (impl::has_special(at, text.size())) {
-        return false; // and what was put does not count
+        return false; // m_size is unchanged, so these bytes are overwritten
     }
     at += text.size();
     *at++ = '"';
@@ -160,7 +162,7 @@ void TextWriter::write_string(char const * data, unsigned int size) {
     end_value();
 }
 
-/// A value without anything to escape.
+/// Writes a value that needs no escapes.
 void TextWriter::write_literal(std::string_view text, vxcore::ErrorCode const & code,
                                char const * function) {
     check_value(code, function);
@@ -231,12 +233,12 @@ void TextWriter::begin_container(char bracket, char bracketDue, char const * fun
     }
     begin_value();
     put(bracket);
-    m_open.push_back(bracketDue); // there is room
+    m_open.push_back(bracketDue); // cannot raise: reserved above, before any output
     m_isFirst = true;
     m_place = bracketDue == '}' ? ePlace_Name : ePlace_Element;
 }
 
-/// @param place  Where a container of that kind may end.
+/// @param place  The place at which a container of that kind may end.
 void TextWriter::end_container(char bracket, EPlace place, char const * function) {
     check_place(m_place == place, vxjson_writer_unexpected_container_end, function);
     m_open.pop_back();
@@ -292,7 +294,7 @@ void TextWriter::flush() {
 }
 
 void TextWriter::send(std::string_view text) {
-    EPlace const place = std::exchange(m_place, ePlace_Failed); // and stays so when this raises
+    EPlace const place = std::exchange(m_place, ePlace_Failed); // kept if this raises
     if (m_string != nullptr) {
         m_string->append(text);
     } else {

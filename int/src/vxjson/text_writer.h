@@ -9,7 +9,7 @@
 
 namespace vxjson {
 
-/// Writes JSON text (RFC 8259): one value, with all that is in it.
+/// Writes JSON text (RFC 8259): one value with everything in it.
 ///
 ///     std::string text;
 ///     TextWriter writer(text);
@@ -18,30 +18,34 @@ namespace vxjson {
 ///     writer.end_array();
 ///     writer.finish();                    // text is ["a"]
 ///
-/// Doubles are written with the fewest digits that read back as the same double, and look like
-/// doubles ("1.0"), -0.0 included. Names may be empty and may be repeated.
+/// Doubles are written with the fewest digits that read back as the same double, and always look
+/// like doubles ("1.0", "-0.0"). Names may be empty and may be repeated.
 ///
-/// Cost. Text goes through a buffer of 4 KiB inside the writer; long strings without escapes go
-/// past it. Memory grows with the depth by a byte a level.
+/// Cost. Text goes through a buffer of 4 KiB inside the writer; long strings without escapes bypass
+/// it. Memory grows by one byte per level of depth.
 ///
-/// Errors. Each call checks first and writes nothing when it raises; the writer may be used on.
-/// - error.vxjson.writer.unexpected.name: a name outside an object, or where a value is due.
-/// - error.vxjson.writer.unexpected.literal, .number, .string, .container.begin: a value where a
-///   name is due, behind the whole document, or inside a string; a container beyond `max_depth`.
-/// - error.vxjson.writer.unexpected.container.end: the wrong bracket, or a value is due.
+/// Threads. One object belongs to one thread at a time.
+///
+/// Errors. Each call checks its arguments before it writes. When the check raises, nothing is
+/// written and the writer can still be used.
+/// - error.vxjson.writer.unexpected.name: a name outside an object, or in place of a value.
+/// - error.vxjson.writer.unexpected.literal, .number, .string, .container.begin: a value in place
+///   of a name, after the end of the document, or inside a string; a container beyond `max_depth`.
+/// - error.vxjson.writer.unexpected.container.end: the wrong bracket, or a name without its value.
 /// - error.vxjson.writer.unexpected.string.data, .string.end: outside `begin_string`.
-/// - error.vxjson.writer.unexpected.character: ill-formed UTF-8 where that is checked, or text that
-///   is no number; `offset` counts from the start of the call's data.
+/// - error.vxjson.writer.unexpected.character: ill-formed UTF-8 where UTF-8 is checked, or text
+///   that is no number; `offset` counts from the start of the call's data.
 /// - error.vxjson.writer.unsupported.value.nan, .inf: JSON has no such numbers.
 /// - error.vxjson.writer.config.invalidExponent: see Options; raised on construction.
 ///
-/// What the target raises passes through, as does `std::bad_alloc` from the string. Drop the writer
-/// then: every later call raises as one that is out of place, since half a value may be out.
+/// Exceptions of the target pass through, as does `std::bad_alloc` from the string. Part of a value
+/// may have been written by then, so every later call raises as a call out of place.
 class VXJSON_API TextWriter final : public Writer {
   public:
-    /// Where the text goes, in pieces cut anywhere.
+    /// Receives the text. The destructor is protected: never delete through this interface.
     class ITextTarget {
       public:
+        /// Takes the next piece of the text: `size` bytes, cut anywhere, valid during the call.
         virtual void write_data(char const * data, unsigned int size) = 0;
 
       protected:
@@ -52,10 +56,10 @@ class VXJSON_API TextWriter final : public Writer {
     };
 
     struct Options {
-        unsigned int indent = 0;    ///< blanks per level, each value on its own line; 0: no blanks
-        bool ascii_only = false;    ///< escapes all from U+0080 on; UTF-8 is checked then
-        bool validate_utf8 = false; ///< else bytes from 0x80 on pass unchanged
-        unsigned int max_depth = 256; ///< objects and arrays that may be open at one moment
+        unsigned int indent = 0;    ///< blanks per level, one value per line; 0: no blanks or lines
+        bool ascii_only = false;    ///< escape U+0080 and above; checks UTF-8 too
+        bool validate_utf8 = false; ///< if not, bytes from 0x80 on pass unchanged
+        unsigned int max_depth = 256; ///< objects and arrays open at the same time
 
         /// A double of at least 10^min_exponent and below 10^(max_exponent + 1) is written without
         /// an exponent. -324 <= min_exponent <= 0 <= max_exponent <= 308.
@@ -63,27 +67,33 @@ class VXJSON_API TextWriter final : public Writer {
         int max_exponent = 20;
     };
 
+    /// Writes to a target.
+    ///
     /// @param target  Must outlive the writer.
     explicit TextWriter(ITextTarget & target);
     TextWriter(ITextTarget & target, Options const & options);
 
-    /// @param text  Gets the text at its end; must outlive the writer.
+    /// Appends to a string.
+    ///
+    /// @param text  Must outlive the writer.
     explicit TextWriter(std::string & text);
     TextWriter(std::string & text, Options const & options);
 
     TextWriter(TextWriter const &) = delete;
     TextWriter & operator=(TextWriter const &) = delete;
 
-    /// Without `finish()` the end of the text is lost.
+    /// Does not write: without `finish()` the end of the text is lost.
     ~TextWriter();
 
-    /// Hands the rest of the text to the target. A second call does nothing.
+    /// Passes the rest of the text to the target. Call it once the value is complete; a second call
+    /// does nothing.
     ///
     /// @raises error.vxjson.writer.unexpected.container: an object or array is open.
     /// @raises error.vxjson.writer.unexpected.string: a string is open.
     /// @raises error.vxjson.writer.unexpected: nothing was written.
     void finish();
 
+    // The calls of Writer. Their errors are listed above.
     void write_name(char const * data, unsigned int size) override;
     void write_number(char const * data, unsigned int size) override;
     void write_string(char const * data, unsigned int size) override;
@@ -107,10 +117,10 @@ class VXJSON_API TextWriter final : public Writer {
     enum EPlace : unsigned char {
         ePlace_Top,
         ePlace_Done,
-        ePlace_Name,      // or the end of the object
-        ePlace_NameValue, // of the name that was written
-        ePlace_Element,   // or the end of the array
-        ePlace_String,    // data, or the end of the string
+        ePlace_Name,      // a name or the end of the object
+        ePlace_NameValue, // the value of the name just written
+        ePlace_Element,   // an element or the end of the array
+        ePlace_String,    // data or the end of the string
         ePlace_Failed,    // nothing
     };
 
@@ -143,13 +153,13 @@ class VXJSON_API TextWriter final : public Writer {
     void send(std::string_view text);
 
     Options const m_options;
-    ITextTarget * const m_target; // either of the two
-    std::string * const m_string;
+    ITextTarget * const m_target; // null if m_string is set
+    std::string * const m_string; // null if m_target is set
     EPlace m_place = ePlace_Top;
-    bool m_isFirst = true;      // of its container
-    std::vector<char> m_open;   // the brackets that are due
-    char m_cut[4];              // the start of a sequence that the pieces of a string cut
-    unsigned int m_cutSize = 0; // bytes of it, 0 to 3
+    bool m_isFirst = true;      // the next value is the first of its container
+    std::vector<char> m_open;   // the closing brackets still to come, innermost last
+    char m_cut[4];              // the start of a UTF-8 sequence cut by the end of a piece
+    unsigned int m_cutSize = 0; // bytes in m_cut, 0 to 3
     unsigned int m_size = 0;
     char m_buffer[sm_bufferSize];
 };

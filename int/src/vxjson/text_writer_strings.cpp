@@ -26,7 +26,7 @@ namespace {
 
 constexpr char const * ill_formed = "Ill-formed UTF-8 at byte {@offset}";
 
-/// Text of one escape.
+/// The escaped text of one character.
 class Escape {
   public:
     /// @param codePoint  A quote, a backslash, a control character, or anything from U+0080 on.
@@ -81,10 +81,11 @@ class Escape {
 
 } // namespace
 
-/// Checks UTF-8 where the options want it. Gives the size of all whole sequences: what is less than
-/// the text is the start of one that goes on behind it, which only pieces may have.
+/// Checks UTF-8 if the options require it. Returns the size of the whole sequences, in bytes. The
+/// rest of the text, if any, is the start of a sequence that continues in the next piece.
 ///
-/// @param offset  Of the text in the data of the call.
+/// @param offset    Offset of the text in the data of the call, for messages.
+/// @param mayBeCut  False where no further piece follows.
 std::size_t TextWriter::check_text(std::string_view text, std::size_t offset, bool mayBeCut,
                                    char const * function) const {
     if (!checks_utf8()) {
@@ -106,8 +107,8 @@ std::size_t TextWriter::check_text(std::string_view text, std::size_t offset, bo
     return static_cast<std::size_t>(at - text.data());
 }
 
-/// Completes the sequence that the piece before has cut, with the first bytes of `text`, and gives
-/// it; it takes those bytes off. Empty when the text is too short even now.
+/// Completes the sequence cut by the end of the previous piece with the first bytes of `text`,
+/// which it removes. Returns the sequence, which is still cut if `text` is too short.
 std::string_view TextWriter::join_cut(std::string_view & text, char (&sequence)[4],
                                       char const * function) const {
     std::copy_n(m_cut, m_cutSize, sequence);
@@ -132,7 +133,7 @@ void TextWriter::put_text(std::string_view text) {
     }
 }
 
-/// Puts text that was checked, with escapes. With `High` all from U+0080 on is escaped.
+/// Writes checked text with escapes. With `High`, U+0080 and above is escaped too.
 template <bool High>
 void TextWriter::put_runs(std::string_view text) {
     char const * at = text.data();

@@ -7,17 +7,18 @@
 
 namespace vxjson {
 
-/// The kinds of tokens that JSON text is cut into. The numbers are fixed: others may be handed in
-/// by a tokenizer that is out of order, and print as what they are.
+/// The kinds of tokens in JSON text. The numbers are fixed. A faulty tokenizer may return others;
+/// `to_string` shows such numbers as they are.
 ///
-/// A quoted string is `eToken_StringBegin`, any number of `eToken_CharData`, `eToken_StringEnd`; an
-/// unquoted name the same between the two identifier tokens. The data joined is the decoded text.
-/// Literals, numbers and punctuators are one token each, with their text.
+/// A quoted string is `eToken_StringBegin`, any number of `eToken_CharData` and `eToken_StringEnd`.
+/// An unquoted name has the two identifier tokens in place of the string tokens. The pieces of data
+/// joined are the decoded text. Literals, numbers and punctuators are one token each, whose text is
+/// that of the source.
 enum EToken : int {
-    eToken_Unknown = 0, ///< never in a document
+    eToken_Unknown = 0, ///< never part of a document
     eToken_DocumentStart = 1,
     eToken_DocumentEnd = 2,
-    eToken_Error = 3, ///< the scan failed, `ITokenizer::error` tells why
+    eToken_Error = 3, ///< the scan failed; see `ITokenizer::error`
     eToken_IdentifierBegin = 4,
     eToken_IdentifierEnd = 5,
     eToken_StringBegin = 6,
@@ -30,7 +31,7 @@ enum EToken : int {
     eToken_Punctuator = 13, ///< one of { } [ ] , :
 };
 
-/// The name of the token as above, "##InvalidToken(14)##" for a number that is none.
+/// The name of the enumerator, such as "eToken_Null"; "##InvalidToken(14)##" for any other number.
 VXJSON_API std::string to_string(EToken token);
 VXJSON_API std::ostream & operator<<(std::ostream & stream, EToken token);
 

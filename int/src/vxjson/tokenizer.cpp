@@ -20,7 +20,7 @@ struct Literal {
     std::string_view text;
 };
 
-/// The literal that starts with `c`; one of no text when there is none.
+/// The literal that starts with `c`; its text is empty if there is none.
 Literal literal_of(char c) noexcept {
     switch (c) {
     case 't':
@@ -51,7 +51,8 @@ Tokenizer::Tokenizer(vxcore::IReadStream & stream, Options const & options)
 
 Tokenizer::~Tokenizer() = default;
 
-/// The token, unless its scan has failed: a stream that fails looks like the end of the text to it.
+/// Replaces the token by eToken_Error if the scan has failed. A scan takes a failed stream for the
+/// end of the text, so its own result does not show that failure.
 inline EToken Tokenizer::checked(EToken token) noexcept {
     if (m_failed) {
         m_text = StringSlice();
@@ -60,8 +61,8 @@ inline EToken Tokenizer::checked(EToken token) noexcept {
     return token;
 }
 
-/// What most tokens are (strings without escapes, and what starts them, in memory), without a look
-/// at all that may happen elsewhere.
+/// Handles the most frequent tokens at once: strings without escapes, commas, colons and numbers
+/// directly at the cursor. next_slow() handles everything else.
 EToken Tokenizer::next() {
     if (m_mode == eMode_String && !m_failed && !m_options.validate_utf8) {
         char const * const start = m_cursor;
@@ -191,7 +192,7 @@ EToken Tokenizer::scan_number() {
                               m_options.max_number_size);
         }
         if (scan.end == limit && !m_ended) {
-            refill(); // moves what was scanned, even when nothing comes
+            refill(); // moves the scanned bytes, even at the end of the text
             continue;
         }
         if (scan.expected != nullptr) {
@@ -207,7 +208,7 @@ EToken Tokenizer::scan_number() {
 }
 
 EToken Tokenizer::scan_word() {
-    require(6); // the longest literal and the byte behind it
+    require(6); // the longest literal and the byte after it
     Literal const literal = literal_of(*m_cursor);
     std::string_view const rest(m_cursor, static_cast<std::size_t>(m_limit - m_cursor));
     std::size_t const size = literal.text.size();
@@ -230,12 +231,12 @@ EToken Tokenizer::scan_word() {
                 same == literal.text.end() ? token_end : literal.text.data());
 }
 
-/// True for a byte that may stand directly behind a number or word.
+/// True for a byte that may directly follow a number or word.
 bool Tokenizer::is_token_end(char c) const noexcept {
     return is_byte(c, eByte_Blank | eByte_Punctuator) || (c == '/' && m_options.allow_comments);
 }
 
-/// Passes over white space and comments. False at the end of the text and after a failure.
+/// Skips white space and comments. False at the end of the text and after a failure.
 bool Tokenizer::skip_space() {
     while (m_cursor != m_limit || refill()) {
         char const c = *m_cursor;
@@ -248,7 +249,7 @@ bool Tokenizer::skip_space() {
             ++m_cursor;
             ++m_line;
             m_lineStart = offset(m_cursor);
-            m_cursor = skip_blanks(m_cursor, m_limit); // lines start with many
+            m_cursor = skip_blanks(m_cursor, m_limit); // indentation
         } else if (c != '/' || !m_options.allow_comments) {
             return true;
         } else if (!skip_comment()) {
@@ -272,7 +273,7 @@ bool Tokenizer::skip_comment() {
     do {
         m_cursor = std::find(m_cursor, m_limit, '\n');
     } while (m_cursor == m_limit && refill());
-    return true; // the line feed, or the end, is seen by the caller
+    return true; // skip_space() handles the line feed or the end
 }
 
 bool Tokenizer::skip_block_comment() {

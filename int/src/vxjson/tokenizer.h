@@ -8,43 +8,50 @@
 
 namespace vxjson {
 
-/// Cuts JSON text (RFC 8259) into tokens, out of memory or out of a stream.
+/// Splits JSON text (RFC 8259) into tokens. The text is in memory or comes from a stream.
 ///
 ///     Tokenizer tokenizer(text.data(), text.size());
 ///     Reader reader(tokenizer);
 ///
-/// It knows the lexis only: that brackets match and commas stand where they should is for the
-/// Reader. Numbers follow the grammar and end at white space, a punctuator or the end. Escapes are
-/// decoded and surrogate pairs joined. One byte order mark in front is passed over. The whole of it
-/// is told in docs/formats/json.md.
+/// It knows the lexical rules only. The Reader checks that brackets match and that commas are in
+/// the right places. Numbers follow the grammar and end at white space, a punctuator or the end.
+/// Escapes are decoded and surrogate pairs joined. One leading byte order mark is skipped.
+/// docs/formats/json.md has all the rules.
 ///
-/// Slices point into the memory or the buffer. Text with escapes is decoded into a scratch area, in
-/// pieces.
+/// Slices point into the text in memory or into the buffer. Text with escapes is decoded into a
+/// scratch area, in pieces.
 ///
 /// Cost. No allocation per token. Over a stream the buffer grows only for a number that does not
-/// fit. A string of any size comes in pieces. Nothing depends on the size of the text.
+/// fit; strings of any size come in pieces. Memory does not depend on the size of the text.
 ///
-/// Errors. `next()` gives `eToken_Error` for ever after a failure, and `error()` tells it:
-/// `error.vxjson.reader.tokenizer.syntaxError` with what was expected and found, or
-/// `error.vxjson.reader.tokenizer.stream` with what the stream raised as the nested error.
+/// Threads. One object belongs to one thread at a time.
+///
+/// Errors. After a failure every call of `next()` returns `eToken_Error`, and `error()` returns the
+/// failure: `error.vxjson.reader.tokenizer.syntaxError` with what was expected and found, or
+/// `error.vxjson.reader.tokenizer.stream` with the stream's exception as the nested error.
 class VXJSON_API Tokenizer final : public ITokenizer {
   public:
     struct Options {
         bool allow_comments = false;       ///< // to the end of the line, and /* */
         bool allow_unquoted_names = false; ///< words of letters, digits, "_", "$" and bytes >= 0x80
         bool allow_single_quotes = false;  ///< strings in ', and the escape \'
-        bool validate_utf8 = false;        ///< else bytes from 0x80 on pass unchanged
-        unsigned int max_depth = 256;      ///< objects and arrays that may be open at one moment
+        bool validate_utf8 = false;        ///< if not, bytes from 0x80 on pass unchanged
+        unsigned int max_depth = 256;      ///< objects and arrays open at the same time
         unsigned int max_number_size = 65536; ///< in bytes
-        unsigned int buffer_size = 16384;     ///< bytes asked of a stream at once; 0 counts as 1
-        vxuri::UriReference uri;              ///< origin of the text, for messages
+        unsigned int buffer_size = 16384;     ///< bytes read from a stream at once; 0 counts as 1
+        vxuri::UriReference uri;              ///< the origin of the text, for messages
     };
 
-    /// @param data  Must outlive the tokenizer, and so must its content.
+    /// Reads from memory.
+    ///
+    /// @param data  `size` bytes, which must outlive the tokenizer unchanged.
     Tokenizer(char const * data, std::size_t size);
     Tokenizer(char const * data, std::size_t size, Options const & options);
 
-    /// @param stream  Must outlive the tokenizer, which reads ahead by up to its buffer.
+    /// Reads from a stream.
+    ///
+    /// @param stream  Must outlive the tokenizer. It is read ahead by up to the size of the buffer.
+    /// @raises std::bad_alloc: no memory for the buffer.
     explicit Tokenizer(vxcore::IReadStream & stream);
     Tokenizer(vxcore::IReadStream & stream, Options const & options);
 
@@ -52,17 +59,20 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     Tokenizer & operator=(Tokenizer const &) = delete;
     ~Tokenizer();
 
+    /// As in ITokenizer. Whatever the stream raises becomes `eToken_Error`.
+    ///
+    /// @raises std::bad_alloc: no memory for the error of a failed scan.
     EToken next() override;
 
     StringSlice & text(StringSlice & out) override { return out = m_text; }
 
     void error(vxcore::ErrorInfo::Ptr & out) override { out = m_error; }
 
-    /// The start of the token given last; after a failure the byte in question.
+    /// The start of the current token; after a failure the byte at fault.
     void position(SourcePosition & out) override;
 
   private:
-    friend class Reader; // takes the text of tokens without a virtual call
+    friend class Reader; // reads m_text without a virtual call
 
     enum EMode : unsigned char { eMode_Start, eMode_Between, eMode_String, eMode_Name, eMode_End };
 
@@ -111,10 +121,10 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_capacity = 0;
     char const * m_begin;  // of the buffer or the memory
-    char const * m_cursor; // the next byte; refilling keeps what stands from here on
+    char const * m_cursor; // the next byte; refill() keeps everything from here on
     char const * m_limit;
     unsigned long long m_base = 0; // offset of m_begin in the text
-    bool m_ended;                  // nothing comes behind m_limit
+    bool m_ended;                  // the text ends at m_limit
 
     EMode m_mode = eMode_Start;
     char m_quote = '"';

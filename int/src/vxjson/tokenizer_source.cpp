@@ -16,7 +16,7 @@ unsigned int clamp(unsigned long long number) noexcept {
         std::min<unsigned long long>(number, std::numeric_limits<unsigned int>::max()));
 }
 
-/// A byte as a message shows it.
+/// The byte as shown in messages.
 std::string byte_text(char c) {
     auto const byte = static_cast<unsigned char>(c);
     if (byte > 0x20 && byte < 0x7F) {
@@ -28,14 +28,14 @@ std::string byte_text(char c) {
 
 } // namespace
 
-/// Tries to have `size` bytes from the cursor on. The end of the text may come first.
+/// Refills until `size` bytes are available at the cursor, or the text ends.
 void Tokenizer::require(std::size_t size) {
     while (static_cast<std::size_t>(m_limit - m_cursor) < size && refill()) {
     }
 }
 
-/// Gets more bytes behind those that stand from the cursor on, which may move. False at the end of
-/// the text and when the stream fails.
+/// Reads more bytes from the stream. The unread bytes move to the start of the buffer, so pointers
+/// into the buffer become invalid. False at the end of the text and when the stream fails.
 bool Tokenizer::refill() {
     if (m_ended) {
         return false;
@@ -63,7 +63,7 @@ bool Tokenizer::refill() {
     return false;
 }
 
-/// Doubles the buffer, which one token fills.
+/// Doubles the buffer when a single token fills it.
 void Tokenizer::grow() {
     std::unique_ptr<char[]> buffer(new char[m_capacity * 2]);
     std::memcpy(buffer.get(), m_cursor, m_capacity);
@@ -90,10 +90,10 @@ void Tokenizer::set_error(vxcore::ErrorCode const & code, char const * message,
                                       std::move(nested));
 }
 
-/// @param expected  What should stand at `at`.
+/// @param expected  Describes what is required at `at`.
 EToken Tokenizer::fail(char const * at, char const * expected) {
     if (m_failed) {
-        return eToken_Error; // of the stream, which looked like the end
+        return eToken_Error; // the stream failed, which looked like the end of the text
     }
     m_failed = true;
     m_errorOffset = offset(at);
@@ -115,7 +115,7 @@ EToken Tokenizer::fail_limit(char const * at, char const * message, unsigned int
     return eToken_Error;
 }
 
-/// @param cause  Null for what is no std::exception.
+/// @param cause  Null for exceptions not derived from std::exception.
 void Tokenizer::fail_stream(std::exception const * cause) {
     m_failed = m_ended = true;
     m_errorOffset = offset(m_limit);

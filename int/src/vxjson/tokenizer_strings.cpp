@@ -12,11 +12,11 @@ using namespace impl;
 
 namespace {
 
-/// A run between two escapes is copied beside them up to this size, so that text full of escapes
-/// makes few tokens.
+/// The longest run between two escapes that is copied into the scratch area with them, in bytes.
+/// Text full of escapes so becomes few tokens.
 constexpr std::ptrdiff_t max_joined_run = 64;
 
-/// Six bytes and the six of the other half of a surrogate pair.
+/// A surrogate pair: two escapes of six bytes.
 constexpr std::size_t longest_escape = 12;
 
 int hex_value(char c) noexcept {
@@ -27,10 +27,10 @@ int hex_value(char c) noexcept {
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/// One \uXXXX at `at`. A digit that is missing is at `end`, and `value` then negative.
+/// One \uXXXX escape.
 struct HexEscape {
-    char const * end;
-    int value;
+    char const * end; // the end of the escape, or the place of a missing digit
+    int value;        // negative if a digit is missing
 };
 
 HexEscape read_hex_escape(char const * at, char const * limit) noexcept {
@@ -46,7 +46,7 @@ HexEscape read_hex_escape(char const * at, char const * limit) noexcept {
     return {at, value};
 }
 
-/// What an escape of one letter stands for; 0 for none.
+/// The character of a one-letter escape; 0 if there is no such escape.
 char simple_escape(char c) noexcept {
     switch (c) {
     case '"':
@@ -76,11 +76,11 @@ bool is_low_surrogate(int unit) noexcept {
     return (unit & 0xFC00) == 0xDC00;
 }
 
-/// An escape in the source: what it stands for, or where it breaks.
+/// An escape in the source, decoded or broken.
 struct Escape {
-    char const * end;
+    char const * end; // the end of the escape, or the place of the fault
     int codePoint;
-    char const * expected = nullptr; // not null: broken at `end`
+    char const * expected = nullptr; // what is missing at `end` of a broken escape
 };
 
 Escape read_unicode_escape(char const * at, char const * limit) noexcept {
@@ -125,8 +125,8 @@ Escape read_escape(char const * at, char const * limit, bool singleQuotes) noexc
 
 } // namespace
 
-/// The end of the plain run at the cursor: a byte that needs a look, or the limit. With `High` the
-/// run holds whole UTF-8 sequences only.
+/// The end of the plain run at the cursor: a special byte, or the limit. With `High` the run
+/// consists of whole UTF-8 sequences.
 template <bool High>
 inline char const * Tokenizer::run_end() noexcept {
     char const * const limit = m_cursor + std::min(m_limit - m_cursor, max_run);
@@ -169,7 +169,7 @@ EToken Tokenizer::scan_string() {
         if (static_cast<unsigned char>(*m_cursor) < 0x20) {
             return fail(m_cursor, "an escape in place of a control character");
         }
-        // A sequence that the buffer cuts, or a broken one.
+        // A broken sequence, or one cut by the end of the buffer.
         require(4);
         if (read_utf8(m_cursor, m_limit).size == 0) {
             return fail(m_cursor, "a UTF-8 sequence");
@@ -187,7 +187,7 @@ EToken Tokenizer::scan_escapes() {
         Escape const escape = read_escape(m_cursor, m_limit, m_options.allow_single_quotes);
         if (escape.expected != nullptr) {
             if (out != m_scratch) {
-                break; // what is good comes first
+                break; // first return the escapes before it
             }
             return fail(escape.end, escape.expected);
         }
@@ -207,8 +207,7 @@ EToken Tokenizer::scan_escapes() {
     return eToken_CharData;
 }
 
-/// The rest of an unquoted name. Where a byte that is none of a name follows, the name is done or
-/// wrong.
+/// Scans the next piece of an unquoted name, or its end.
 EToken Tokenizer::scan_name() {
     while (true) {
         char const * const limit = m_cursor + std::min(m_limit - m_cursor, max_run);

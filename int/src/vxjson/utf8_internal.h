@@ -4,15 +4,15 @@
 
 namespace vxjson::impl {
 
-/// What `read_utf8` found at the front of some bytes.
+/// The result of `read_utf8`.
 struct Utf8 {
-    unsigned int size;      ///< bytes of the sequence, 0 when there is none
-    unsigned int codePoint; ///< what it stands for
-    bool cut;               ///< size 0 only because bytes are missing at the end
+    unsigned int size;      ///< of the sequence in bytes; 0 if there is none
+    unsigned int codePoint; ///< the decoded character
+    bool cut;               ///< size is 0 only because the text ends within a sequence
 };
 
-/// Reads one sequence (RFC 3629) at `at`, which lies before `limit`: no surrogates, nothing beyond
-/// U+10FFFF, no form longer than needed.
+/// Reads one UTF-8 sequence (RFC 3629) at `at`, which must be below `limit`. Surrogates, values
+/// above U+10FFFF and overlong forms are no sequences.
 constexpr Utf8 read_utf8(char const * at, char const * limit) noexcept {
     auto const byte = [at](std::ptrdiff_t i) { return static_cast<unsigned char>(at[i]); };
     unsigned int const lead = byte(0);
@@ -24,7 +24,8 @@ constexpr Utf8 read_utf8(char const * at, char const * limit) noexcept {
     }
     unsigned int const size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     unsigned int value = lead & (0x7Fu >> size);
-    // The second byte alone tells overlong forms, surrogates and values that are too large.
+    // The range of the second byte excludes overlong forms, surrogates and values that are too
+    // large.
     unsigned int low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     unsigned int high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     for (unsigned int i = 1; i < size; ++i, low = 0x80, high = 0xBF) {
@@ -40,7 +41,7 @@ constexpr Utf8 read_utf8(char const * at, char const * limit) noexcept {
     return {size, value, false};
 }
 
-/// Puts `codePoint`, which is none of the surrogates, at `out` and gives the end: 1 to 4 bytes.
+/// Writes `codePoint`, which is no surrogate, at `out` as 1 to 4 bytes. Returns the end.
 constexpr char * write_utf8(char * out, unsigned int codePoint) noexcept {
     if (codePoint < 0x80) {
         *out++ = static_cast<char>(codePoint);

@@ -28,7 +28,8 @@ long long Value::ValueReadStreamImpl::size() const {
     return value().stream_size();
 }
 
-/// The value, or a failure without a place when it is gone: the reader may be gone too.
+/// The value. Raises when it is gone; the message has no place then, since the reader may be gone
+/// too.
 Value & Value::ValueReadStreamImpl::value() const {
     if (m_value == nullptr) {
         vxcore::throw_error(error::vxjson_reader_value,
@@ -74,7 +75,7 @@ unsigned int Value::read_stream(char * buffer, unsigned int size) {
     }
 }
 
-/// Delivers `size` bytes, or what is left of the string. A null buffer discards them.
+/// Reads `size` bytes, or the rest of the string. With a null buffer the bytes are skipped.
 unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
     unsigned int done = 0;
     while (done < size) {
@@ -93,7 +94,7 @@ unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
                 m_reader->next_token();
                 m_streamPos = 0;
             }
-            if (m_reader->m_token == eToken_StringBegin) { // a second one: no text would ever come
+            if (m_reader->m_token == eToken_StringBegin) { // a second one: a loop without end
                 m_reader->fail_unexpected(VXCORE_LOCATION(in_read));
             }
             if (m_reader->m_token == eToken_CharData) {
@@ -109,8 +110,7 @@ unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
     return done;
 }
 
-/// Copies what there is of `text` from m_streamPos on, at most `size` bytes, and gives their
-/// number.
+/// Copies `text` from m_streamPos on, at most `size` bytes. Returns the number of bytes copied.
 unsigned int Value::take_piece(std::string_view text, char * buffer, unsigned int size) noexcept {
     std::string_view const piece =
         text.substr(std::min<std::size_t>(m_streamPos, text.size()), size);
@@ -122,9 +122,9 @@ unsigned int Value::take_piece(std::string_view text, char * buffer, unsigned in
     return count;
 }
 
-/// True when nothing comes from the tokenizer any more. What was loaded before it was streamed does
-/// not touch the tokenizer at all, and the text of a value that the reader has left is gone: a
-/// stream that went on there would take the text of another one.
+/// True when no more text comes from the tokenizer. Text that was loaded before it was streamed
+/// never touches the tokenizer. After the reader has left the value its text is gone: reading on
+/// would take the text of another value.
 bool Value::has_stream_ended() {
     if (!m_wasLoaded && m_reader->m_current.get() != this && m_reader->m_failed) {
         m_reader->fail_after_error(error::vxjson_reader, VXCORE_LOCATION(in_check_state));

@@ -4,10 +4,11 @@
 
 namespace vxjson {
 
-/// The text of one string value as a stream. The value holds it and tells it when it goes.
+/// The text of one string value as a stream. The value owns it and calls `drop_value` when the
+/// value is destroyed first.
 ///
-/// The count is the first base: with sanitizers, g++ 12 takes the deletion through a later one for
-/// that of an address which no `new` returned.
+/// RefCounted is the first base because g++ 12 with sanitizers misjudges a deletion through a later
+/// base: it reports an address that no `new` returned.
 class Reader::Value::ValueReadStreamImpl final : public vxcore::RefCounted<vxcore::AtomicRefCount>,
                                                  public vxcore::IReadStream {
   public:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything of vxjson.
+/// Includes all public headers of vxjson.
 
 #include "vxjson/document.h"
 #include "vxjson/fwd.h"
