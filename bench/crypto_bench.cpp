@@ -1,7 +1,7 @@
 // Sealing, checking and opening one message: EAX of ours beside EAX and GCM of others, each with
 // its key set up anew for the message, from one buffer into another.
 
-// For the block calls that are our own form without the bulk road.
+// For the block calls, which are our own form without the AES-NI functions.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
 #include "measure.h"

@@ -33,7 +33,7 @@ PROGRAMS = {
     "vxcore": ["vxcore", "vxuri", "vxserialize", "vxjson", "vxcrypto", "vxattribute"],
     "vxmoduleregistry": ["vxmoduleregistry", "vxmoduleregistry_linked", "vxattribute"],
     "vxuri": ["vxuri", "vxserialize", "vxjson", "vxattribute"],
-    "vxcrypto": ["vxcrypto", "vxcrypto_plain", "vxattribute"],
+    "vxcrypto": ["vxcrypto", "vxcrypto_portable", "vxattribute"],
     "vxserialize": ["vxserialize", "vxjson", "vxattribute"],
     "vxjson": ["vxjson", "vxattribute"],
     "vxattribute": ["vxattribute"],

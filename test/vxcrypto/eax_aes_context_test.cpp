@@ -92,8 +92,8 @@ TEST(EaxAesContext, RunsOfBlocksAgreeWithSingleOnes) {
     }
 }
 
-/// True when runs of blocks have to take the bulk road.
-bool is_bulk() {
+/// True when runs of blocks must use the AES-NI functions.
+bool uses_aesni() {
 #if defined(VX_AES_BULK) && defined(__x86_64__)
     return __builtin_cpu_supports("aes") && std::getenv("VX_FIRST_SCHEDULE_FAILS") == nullptr;
 #else
@@ -102,22 +102,22 @@ bool is_bulk() {
 }
 
 TEST(EaxAesContext, DeciphersNothingBeforeTheTagHasMatched) {
-    bool const bulk = is_bulk();
+    bool const aesni = uses_aesni();
     // Calls of AES_encrypt for a message that is refused: one for the subkeys, two for the nonce,
-    // two for the header, one more than the body has blocks. Where runs of blocks take the bulk
-    // road, those that end a piece are left.
-    for (auto const & [size, plain, rest] : {std::tuple(0u, 6u, 5u),
-                                             {1u, 7u, 6u},
-                                             {16u, 7u, 5u},
-                                             {17u, 8u, 6u},
-                                             {100u, 13u, 6u},
-                                             {1600u, 106u, 5u}}) {
+    // two for the header, one more than the body has blocks. With the AES-NI functions only the
+    // blocks that end a piece remain.
+    for (auto const & [size, portable, rest] : {std::tuple(0u, 6u, 5u),
+                                                {1u, 7u, 6u},
+                                                {16u, 7u, 5u},
+                                                {17u, 8u, 6u},
+                                                {100u, 13u, 6u},
+                                                {1600u, 106u, 5u}}) {
         Message message = seal(sample(size), {size});
         std::string const body = message.body;
         message.tag[15] ^= 1;
         openssl_calls() = {};
         EXPECT_FALSE(open(message, {size}));
-        EXPECT_EQ(openssl_calls().encrypted, bulk ? rest : plain) << size;
+        EXPECT_EQ(openssl_calls().encrypted, aesni ? rest : portable) << size;
         EXPECT_EQ(message.body, body);
     }
 }
@@ -170,8 +170,8 @@ TEST(AesEncryptContext, LeavesNothingOfAKeyStreamInBuffersAndRegisters) {
                      "movups %%xmm\\i, 16 * \\i(%0)\n\t.endr" ::"r"(registers)
                      : "memory");
 #endif
-        EXPECT_EQ(openssl_calls().wipes, isChain || is_bulk() ? 0u : 1u);
-        EXPECT_TRUE(!is_bulk() || std::count(registers, std::end(registers), 0) == 16 * 16);
+        EXPECT_EQ(openssl_calls().wipes, isChain || uses_aesni() ? 0u : 1u);
+        EXPECT_TRUE(!uses_aesni() || std::count(registers, std::end(registers), 0) == 16 * 16);
     }
 }
 

@@ -1,12 +1,12 @@
-// The calls for AES blocks are deprecated in favour of OpenSSL's generic ones, which cannot run a
-// chain without giving out its blocks and do not share one key schedule between modes.
+// OpenSSL deprecates its calls for single AES blocks in favour of generic ones. Those cannot run a
+// CBC chain without returning each block, and cannot share one key schedule between modes.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
 #include "vxcrypto/aes.h"
 
 #include "vxcore/error_exception.h"
 #include "vxcrypto/aes_block_internal.h"
-#include "vxcrypto/aes_bulk_internal.h"
+#include "vxcrypto/aesni_internal.h"
 #include "vxcrypto/cleanse.h"
 #include "vxcrypto/error_codes_internal.h"
 
@@ -24,16 +24,16 @@ AES_KEY const * schedule_of(impl::CleansedBlock const & block) noexcept {
     return static_cast<AES_KEY const *>(block.data());
 }
 
-void plain_chain(AES_KEY const * schedule, unsigned char * x, unsigned char const * data,
-                 unsigned int blocks) noexcept {
+void portable_chain(AES_KEY const * schedule, unsigned char * x, unsigned char const * data,
+                    unsigned int blocks) noexcept {
     for (; blocks != 0; --blocks, data += blockSize) {
         AES_encrypt(x, x, schedule);
         impl::xor_block(x, data);
     }
 }
 
-void plain_xor_key_stream(AES_KEY const * schedule, unsigned char * counter, unsigned char * data,
-                          unsigned int blocks) noexcept {
+void portable_xor_key_stream(AES_KEY const * schedule, unsigned char * counter,
+                             unsigned char * data, unsigned int blocks) noexcept {
     unsigned char keyStream[blockSize];
     for (; blocks != 0; --blocks, data += blockSize) {
         AES_encrypt(counter, keyStream, schedule);
@@ -43,15 +43,17 @@ void plain_xor_key_stream(AES_KEY const * schedule, unsigned char * counter, uns
     cleanse(keyStream, sizeof keyStream);
 }
 
-/// How runs of blocks are done. The plain road is there before any load-time code has run.
-struct Road {
+/// One implementation of AesEncryptContext::chain and AesEncryptContext::xor_key_stream.
+struct BlockFunctions {
     void (*chain)(AES_KEY const *, unsigned char *, unsigned char const *, unsigned int) noexcept;
     void (*xor_key_stream)(AES_KEY const *, unsigned char *, unsigned char *,
                            unsigned int) noexcept;
 };
 
-constexpr Road plainRoad = {&plain_chain, &plain_xor_key_stream};
-constinit Road road = plainRoad;
+constexpr BlockFunctions portable = {&portable_chain, &portable_xor_key_stream};
+
+/// The functions in use. Portable until load-time code has run, since callers may come earlier.
+constinit BlockFunctions blockFunctions = portable;
 
 #if defined(VX_AES_BULK) && defined(__x86_64__)
 
@@ -59,30 +61,31 @@ unsigned char const * round_keys(AES_KEY const * schedule) noexcept {
     return reinterpret_cast<unsigned char const *>(schedule->rd_key);
 }
 
-constexpr Road bulkRoad = {
+constexpr BlockFunctions aesni = {
     [](AES_KEY const * schedule, unsigned char * x, unsigned char const * data,
        unsigned int blocks) noexcept {
-        impl::bulk_chain(round_keys(schedule), static_cast<unsigned int>(schedule->rounds), x, data,
-                         blocks);
+        impl::aesni_chain(round_keys(schedule), static_cast<unsigned int>(schedule->rounds), x,
+                          data, blocks);
     },
     [](AES_KEY const * schedule, unsigned char * counter, unsigned char * data,
        unsigned int blocks) noexcept {
-        impl::bulk_xor_key_stream(round_keys(schedule), static_cast<unsigned int>(schedule->rounds),
-                                  counter, data, blocks);
+        impl::aesni_xor_key_stream(round_keys(schedule),
+                                   static_cast<unsigned int>(schedule->rounds), counter, data,
+                                   blocks);
     }};
 
-/// What a road makes of public bytes.
+/// The results of one set of functions for public data.
 struct Trial {
-    static constexpr unsigned int blocks = 9; // a full turn of the eight-block loop, and a rest
+    static constexpr unsigned int blocks = 9; // one iteration of the eight-block loop, and a rest
 
     unsigned char state[blockSize];
     unsigned char counter[blockSize];
     unsigned char data[blocks * blockSize];
 };
 
-Trial run_trial(Road const & tried, AES_KEY const * schedule) noexcept {
+Trial run_trial(BlockFunctions const & tried, AES_KEY const * schedule) noexcept {
     Trial trial = {};
-    // The counter carries through all its bytes within the full turn.
+    // The counter carries through all its bytes within the first eight blocks.
     std::memset(trial.counter, 0xFF, blockSize);
     trial.counter[blockSize - 1] = 0xFC;
     tried.xor_key_stream(schedule, trial.counter, trial.data, Trial::blocks);
@@ -90,30 +93,30 @@ Trial run_trial(Road const & tried, AES_KEY const * schedule) noexcept {
     return trial;
 }
 
-/// OpenSSL promises nothing about the layout of a schedule: its builds without assembler keep the
-/// bytes of each word in the opposite order. So both roads do the same work, under a key of each
-/// size. Costs 54 calls of `AES_encrypt`, about 7 microseconds.
-bool bulk_road_agrees() noexcept {
+/// True when both sets of functions have the same results under a key of each size. OpenSSL does
+/// not specify the layout of a key schedule: its builds without assembler keep the bytes of each
+/// word in the opposite order. Costs 54 calls of `AES_encrypt`, about 7 microseconds.
+bool aesni_agrees() noexcept {
     unsigned char const key[32] = {1, 2, 3, 4};
     for (int const bits : {128, 192, 256}) {
         AES_KEY schedule;
         if (AES_set_encrypt_key(key, bits, &schedule) != 0 || schedule.rounds != bits / 32 + 6) {
             return false;
         }
-        Trial const plain = run_trial(plainRoad, &schedule);
-        Trial const bulk = run_trial(bulkRoad, &schedule);
-        if (std::memcmp(&plain, &bulk, sizeof plain) != 0) {
+        Trial const expected = run_trial(portable, &schedule);
+        Trial const actual = run_trial(aesni, &schedule);
+        if (std::memcmp(&expected, &actual, sizeof expected) != 0) {
             return false;
         }
     }
     return true;
 }
 
-/// Load-time code.
-[[maybe_unused]] bool const takesBulkRoad = [] {
-    bool const agrees = impl::has_aes_instructions() && bulk_road_agrees();
+/// Switches to the AES-NI functions at load, if they work here.
+[[maybe_unused]] bool const usesAesni = [] {
+    bool const agrees = impl::has_aes_instructions() && aesni_agrees();
     if (agrees) {
-        road = bulkRoad;
+        blockFunctions = aesni;
     }
     return agrees;
 }();
@@ -140,12 +143,12 @@ void AesEncryptContext::encrypt(unsigned char const * in, unsigned char * out) c
 
 void AesEncryptContext::chain(unsigned char * x, unsigned char const * data,
                               unsigned int blocks) const noexcept {
-    road.chain(schedule_of(m_schedule), x, data, blocks);
+    blockFunctions.chain(schedule_of(m_schedule), x, data, blocks);
 }
 
 void AesEncryptContext::xor_key_stream(unsigned char * counter, unsigned char * data,
                                        unsigned int blocks) const noexcept {
-    road.xor_key_stream(schedule_of(m_schedule), counter, data, blocks);
+    blockFunctions.xor_key_stream(schedule_of(m_schedule), counter, data, blocks);
 }
 
 } // namespace vxcrypto

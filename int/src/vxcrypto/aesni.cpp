@@ -1,4 +1,4 @@
-#include "vxcrypto/aes_bulk_internal.h"
+#include "vxcrypto/aesni_internal.h"
 
 #if defined(VX_AES_BULK) && defined(__x86_64__)
 
@@ -12,8 +12,8 @@ namespace {
 
 constexpr unsigned int blockSize = 16;
 
-/// Blocks of the key stream that are on their way at once: enough to keep the units busy through
-/// the latency of an instruction, few enough for state and key to stay in registers.
+/// Blocks of the key stream computed at the same time: enough to hide the latency of the
+/// instructions, few enough for all states and a round key to stay in registers.
 constexpr unsigned int width = 8;
 
 __m128i load(unsigned char const * bytes) noexcept {
@@ -24,7 +24,7 @@ void store(unsigned char * bytes, __m128i block) noexcept {
     _mm_storeu_si128(reinterpret_cast<__m128i *>(bytes), block);
 }
 
-/// The block that the counter makes once `ahead` is added.
+/// The counter plus `ahead`, as a big-endian block.
 __m128i counter_block(std::uint64_t high, std::uint64_t low, unsigned int ahead) noexcept {
     std::uint64_t const sum = low + ahead;
     std::uint64_t const carried = high + (sum < low ? 1 : 0);
@@ -32,7 +32,7 @@ __m128i counter_block(std::uint64_t high, std::uint64_t low, unsigned int ahead)
                           static_cast<long long>(__builtin_bswap64(carried)));
 }
 
-/// Round keys and key stream must not stay behind in the registers.
+/// Leaves no round key and no key stream in the registers.
 void wipe_registers() noexcept {
     asm volatile("pxor %%xmm0, %%xmm0\n\t"
                  "pxor %%xmm1, %%xmm1\n\t"
@@ -59,16 +59,17 @@ void wipe_registers() noexcept {
 } // namespace
 
 bool has_aes_instructions() noexcept {
-    __builtin_cpu_init(); // we may run before the constructors that would have called it
+    __builtin_cpu_init(); // this may run before the constructors that call it
     return __builtin_cpu_supports("aes") != 0;
 }
 
-/// Every block waits for the one before, so what counts is the way from one state to the next. It
-/// holds the rounds and nothing else: the data and the first round key of the next block are joined
-/// with the last round key beforehand.
-__attribute__((target("aes"))) void bulk_chain(unsigned char const * roundKeys, unsigned int rounds,
-                                               unsigned char * x, unsigned char const * data,
-                                               unsigned int blocks) noexcept {
+/// Each block depends on the previous one, so the latency from one state to the next is the whole
+/// cost. That path contains the rounds only: the data and the first round key of the next block are
+/// combined with the last round key in advance.
+__attribute__((target("aes"))) void aesni_chain(unsigned char const * roundKeys,
+                                                unsigned int rounds, unsigned char * x,
+                                                unsigned char const * data,
+                                                unsigned int blocks) noexcept {
     __m128i const first = load(roundKeys);
     __m128i const ends = _mm_xor_si128(first, load(roundKeys + rounds * blockSize));
     __m128i state = _mm_xor_si128(load(x), first);
@@ -84,10 +85,11 @@ __attribute__((target("aes"))) void bulk_chain(unsigned char const * roundKeys, 
     wipe_registers();
 }
 
-/// Always makes eight blocks of the key stream, which takes as long as one, and uses what it needs.
+/// Always computes eight blocks of the key stream, which takes as long as one, and uses as many as
+/// needed.
 __attribute__((target("aes"))) void
-bulk_xor_key_stream(unsigned char const * roundKeys, unsigned int rounds, unsigned char * counter,
-                    unsigned char * data, unsigned int blocks) noexcept {
+aesni_xor_key_stream(unsigned char const * roundKeys, unsigned int rounds, unsigned char * counter,
+                     unsigned char * data, unsigned int blocks) noexcept {
     std::uint64_t high = load_big_endian(counter);
     std::uint64_t low = load_big_endian(counter + 8);
     unsigned char const * const lastKey = roundKeys + rounds * blockSize;
