@@ -7,13 +7,16 @@ namespace vxcrypto {
 /// The AES block cipher (NIST FIPS 197) under one key, in the enciphering direction; the modes of
 /// this library need no other.
 ///
-/// Empty until `rekey`: no other call is allowed before. The key schedule lies in a heap block of
-/// its own, which is wiped before it is freed.
+/// Empty until `rekey`, which must be the first call. The key schedule is in a heap block of its
+/// own, which is wiped before it is freed.
 ///
-/// Threads. Enciphering changes nothing here: any number of threads may share a keyed context.
+/// Cost. Runs of blocks use the processor's AES instructions where it has them. Single blocks are
+/// calls of OpenSSL's `AES_encrypt`.
+///
+/// Threads. Enciphering does not change the object: threads may share a keyed context.
 class VXCRYPTO_API AesEncryptContext {
   public:
-    /// Bytes of a block.
+    /// The size of a block in bytes.
     static constexpr unsigned int block_size = 16;
 
     AesEncryptContext() noexcept = default;
@@ -21,10 +24,11 @@ class VXCRYPTO_API AesEncryptContext {
     AesEncryptContext & operator=(AesEncryptContext const &) = delete;
     ~AesEncryptContext() = default;
 
-    /// Makes the key schedule, in the place of an earlier one.
+    /// Makes the key schedule and replaces an earlier one.
     ///
-    /// @param size  Bytes: 16, 24 or 32.
-    /// @raises error.vxcrypto.key.size: another size, or a null key. The context is as it was.
+    /// @param size  In bytes: 16, 24 or 32.
+    /// @raises error.vxcrypto.key.size: another size, or a null key. The context is unchanged.
+    /// @raises std::bad_alloc: the first time only; the context stays empty.
     /// @cost   One allocation, the first time.
     void rekey(unsigned char const * key, unsigned int size);
 
@@ -40,7 +44,7 @@ class VXCRYPTO_API AesEncryptContext {
 
     /// XORs a key stream over `data`: the enciphered `counter`, the enciphered `counter` + 1, ...
     ///
-    /// @param counter  One block, a big-endian number modulo 2^128; it grows by `blocks`.
+    /// @param counter  One block, a big-endian number modulo 2^128; `blocks` is added to it.
     /// @param data     `blocks` blocks.
     void xor_key_stream(unsigned char * counter, unsigned char * data,
                         unsigned int blocks) const noexcept;

@@ -1,6 +1,6 @@
 // Invariant of a context: `m_position` bytes of the current block, 0 to 16, are XORed into
-// `m_state`. 16 is a whole block that waits there unenciphered, since only `final` knows whether it
-// is the last one, which is treated in another way.
+// `m_state`. A whole block stays there unenciphered until more data or `final` comes, since the
+// last block of a message is treated differently.
 
 #include "vxcrypto/aes_cmac_context.h"
 
@@ -15,8 +15,8 @@ namespace {
 
 constexpr unsigned int blockSize = AesEncryptContext::block_size;
 
-/// The product with x in GF(2^128), of a big-endian block. The block is as secret as the key, so
-/// its top bit becomes a mask and no branch.
+/// Multiplies a big-endian block by x in GF(2^128). The block is as secret as the key, so its top
+/// bit becomes a mask, not a branch.
 void double_block(unsigned char const * block, unsigned char * doubled) noexcept {
     unsigned int const mask = 0u - (block[0] >> 7);
     for (unsigned int i = 0; i + 1 < blockSize; ++i) {
@@ -60,7 +60,7 @@ void AesCmacContext::update(unsigned char const * data, unsigned int size) noexc
     for (; m_position < blockSize && size != 0; --size) {
         m_state[m_position++] ^= *data++;
     }
-    // With bytes left the position is 16 here: a block waits, and whole ones may follow it.
+    // If bytes are left, the position is 16: a pending block, which whole blocks may follow.
     unsigned int const blocks = size / blockSize;
     if (blocks != 0) {
         m_shared->aes().chain(m_state, data, blocks);

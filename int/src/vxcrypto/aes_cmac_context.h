@@ -5,29 +5,31 @@
 
 namespace vxcrypto {
 
-/// The message authentication code AES-CMAC (NIST SP 800-38B, RFC 4493) of a message in pieces.
+/// Computes the message authentication code AES-CMAC (NIST SP 800-38B, RFC 4493) of a message that
+/// comes in pieces.
 ///
 ///     AesCmacContext cmac(vxcore::make_ref_counted<AesCmacContext::SharedState>(key, size));
 ///     cmac.update(data, size);
 ///     cmac.final(mac);
-///     cmac.reset();                      // and on with the next message
+///     cmac.reset();                      // ready for the next message
 ///
-/// Cost. One AES block per 16 bytes, straight from the caller's memory whatever the pieces; no
-/// allocation.
+/// Cost. One AES block per 16 bytes, read from the caller's memory without a copy; no allocation.
 ///
-/// Threads. Contexts may share a SharedState from separate threads; a context belongs to one.
+/// Threads. Contexts in separate threads may share a SharedState. One context belongs to one thread
+/// at a time.
 class VXCRYPTO_API AesCmacContext {
   public:
-    /// What depends on the key alone: the key schedule and the two subkeys. It does not change once
-    /// made; all of it is wiped when the last holder lets go.
+    /// Everything that depends on the key alone: the key schedule and the two subkeys. Constant
+    /// after construction; wiped when the last reference is released.
     class VXCRYPTO_API SharedState final : public vxcore::RefCounted<vxcore::AtomicRefCount> {
       public:
-        /// @param size  Bytes: 16, 24 or 32.
-        /// @raises error.vxcrypto.key.size: another size.
+        /// @param size  In bytes: 16, 24 or 32.
+        /// @raises error.vxcrypto.key.size: another size, or a null key.
         SharedState(unsigned char const * key, unsigned int size);
         SharedState(SharedState const &) = delete;
         SharedState & operator=(SharedState const &) = delete;
 
+        /// The cipher under the key, for other modes; valid as long as this object.
         AesEncryptContext const & aes() const noexcept { return m_aes; }
 
       private:
@@ -50,18 +52,18 @@ class VXCRYPTO_API AesCmacContext {
     /// Wipes the running block.
     ~AesCmacContext();
 
-    /// Begins a new message under the same key.
+    /// Starts a new message under the same key and drops the current one.
     void reset() noexcept;
 
-    /// Adds `size` bytes to the message. Any number of calls with pieces of any size give the MAC
-    /// of the whole.
+    /// Adds `size` bytes to the message. How the message is cut into pieces makes no difference.
     ///
     /// @param data  May be null when `size` is 0.
     void update(unsigned char const * data, unsigned int size) noexcept;
 
-    /// Writes the MAC, 16 bytes. The context is spent then until the next `reset`.
+    /// Writes the MAC, 16 bytes. Call `reset` before using the context again.
     void final(unsigned char * out) noexcept;
 
+    /// The state given to the constructor; valid as long as this object.
     SharedState const & shared() const noexcept { return *m_shared; }
 
   private:

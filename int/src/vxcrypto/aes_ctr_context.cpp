@@ -1,5 +1,5 @@
-// Invariant: `m_position` bytes of `m_keyStream` are used up; 16 says that none is left, or that
-// none has been made yet. `m_counter` is the block that comes next.
+// Invariant: `m_position` bytes of `m_keyStream` are used; 16 means that none is left, or that none
+// has been made yet. `m_counter` is the counter of the next block.
 
 #include "vxcrypto/aes_ctr_context.h"
 

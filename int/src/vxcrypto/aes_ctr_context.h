@@ -4,34 +4,35 @@
 
 namespace vxcrypto {
 
-/// AES in counter mode (NIST SP 800-38A) over data in pieces.
+/// AES in counter mode (NIST SP 800-38A) for data that comes in pieces.
 ///
-/// The counter is one big-endian number of 128 bits. The same key must never see a counter twice:
-/// whoever has two texts under one key stream has their difference.
+/// The counter is one big-endian number of 128 bits. Never use a counter twice under the same key:
+/// two texts under one key stream reveal their difference.
 ///
 /// Cost. One AES block per 16 bytes, in place; no allocation.
 ///
-/// Threads. Contexts may share an AesEncryptContext from separate threads; a context belongs to
-/// one.
+/// Threads. Contexts in separate threads may share an AesEncryptContext. One context belongs to one
+/// thread at a time.
 class VXCRYPTO_API AesCtrContext {
   public:
     /// The counter is 0 until `set_iv`.
     ///
-    /// @param aes  Keyed. It is borrowed and must outlive this object.
+    /// @param aes  Keyed; must outlive this object.
     explicit AesCtrContext(AesEncryptContext const * aes) noexcept;
     AesCtrContext(AesCtrContext const &) = delete;
     AesCtrContext & operator=(AesCtrContext const &) = delete;
 
-    /// Wipes the key stream, the counter and the start value.
+    /// Wipes the key stream, the counter and the initial value.
     ~AesCtrContext();
 
-    /// Begins a new key stream; what was left of the last one is dropped.
+    /// Starts a new key stream and drops the rest of the previous one.
     ///
-    /// @param size  Bytes. Of more than 16 the first 16 count; behind fewer come zeros.
+    /// @param iv    The first counter.
+    /// @param size  In bytes. Only the first 16 are used; fewer are followed by zeros.
     void set_iv(unsigned char const * iv, unsigned int size) noexcept;
 
-    /// XORs the key stream over `size` bytes: enciphers and deciphers. Any number of calls with
-    /// pieces of any size do the same as one.
+    /// XORs the key stream over `size` bytes, which enciphers and deciphers. How the data is cut
+    /// into pieces makes no difference.
     ///
     /// @param data  May be null when `size` is 0.
     void process(unsigned char * data, unsigned int size) noexcept;

@@ -6,12 +6,13 @@
 
 namespace vxcrypto {
 
-/// Sets `size` bytes at `data` to zero, in a way that no compiler leaves out. Whatever held a key,
-/// an intermediate result made with one, or an opened text is wiped with it before it is given
-/// back: plain stores into memory that is freed next are removed as useless.
+/// Sets `size` bytes at `data` to zero in a way that the compiler cannot remove.
+///
+/// Use it on memory that held a key, a result computed from one, or a decrypted text, before the
+/// memory is freed. Compilers remove ordinary stores to memory that is freed next.
 ///
 /// @param data  May be null when `size` is 0.
-/// @cost  About that of `memset`.
+/// @cost  About the same as `memset`.
 VXCRYPTO_API void cleanse(void * data, std::size_t size) noexcept;
 
 } // namespace vxcrypto

@@ -4,13 +4,13 @@
 
 namespace vxcrypto::impl {
 
-/// One heap block for a fixed-size structure of OpenSSL, wiped before it is given back. It keeps
-/// the structure's type out of our headers, and its bytes at one place: it is neither copied nor
-/// moved.
+/// One heap block for a fixed-size structure of OpenSSL, wiped before it is freed.
 ///
-/// Empty at first: no block, size 0.
+/// It keeps the type of the structure out of the headers. It can be neither copied nor moved, so
+/// the bytes are in one place only.
 class VXCRYPTO_API CleansedBlock {
   public:
+    /// An empty holder: no block, size 0.
     CleansedBlock() noexcept = default;
     CleansedBlock(CleansedBlock const &) = delete;
     CleansedBlock & operator=(CleansedBlock const &) = delete;
@@ -18,17 +18,19 @@ class VXCRYPTO_API CleansedBlock {
     /// Wipes the block and frees it.
     ~CleansedBlock();
 
-    /// Gives an empty holder its block. Does nothing when there is one already.
+    /// Allocates the block. Does nothing when there is one already.
     ///
-    /// @param size  Bytes; aligned for every ordinary type, their content is not set.
-    /// @raises std::bad_alloc: the holder stays empty then.
+    /// @param size  In bytes. The block is aligned for every ordinary type and not initialised.
+    /// @raises std::bad_alloc: the holder stays empty.
     void allocate(unsigned int size);
 
+    /// The block; null for an empty holder.
     void * data() noexcept { return m_block; }
 
+    /// As above.
     void const * data() const noexcept { return m_block; }
 
-    /// Bytes.
+    /// The size of the block in bytes.
     unsigned int size() const noexcept { return m_size; }
 
   private:

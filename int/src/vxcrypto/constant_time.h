@@ -6,9 +6,10 @@
 
 namespace vxcrypto {
 
-/// True when `size` bytes at both places are equal. It reads all of them whatever they hold, so the
-/// time it takes tells nothing about where they differ: for tags and keys, where the time of an
-/// ordinary comparison would let somebody guess them byte by byte.
+/// True when the `size` bytes at `a` and `b` are equal.
+///
+/// Reads all bytes whatever they hold, so its time does not reveal where they differ. Use it for
+/// tags and keys: the time of an ordinary comparison lets an attacker guess them byte by byte.
 ///
 /// @param a, b  May be null when `size` is 0.
 [[nodiscard]] VXCRYPTO_API bool constant_time_equal(void const * a, void const * b,

@@ -10,7 +10,7 @@ namespace vxcrypto {
 EaxAesContext::EaxAesContext(Key const & key, unsigned char const * nonce, std::string_view header)
     : m_cmac(vxcore::make_ref_counted<AesCmacContext::SharedState>(key.data(), key.size())),
       m_ctr(&m_cmac.shared().aes()) {
-    // First of all: nothing below raises, so there is never a tag that nobody wipes.
+    // First, because it may raise: the destructor, which wipes the tag, does not run then.
     unsigned int const headerSize = vxcore::text_size(header.size());
 
     begin_mac(0);
@@ -43,7 +43,7 @@ bool EaxAesContext::tag_matches(unsigned char const * expected) const noexcept {
     return constant_time_equal(m_tag, expected, sizeof m_tag);
 }
 
-/// The three MACs of a message begin with a block that tells them apart: the number, big-endian.
+/// Starts one of the three MACs of a message. Its first block is its number, big-endian.
 void EaxAesContext::begin_mac(unsigned char number) noexcept {
     unsigned char block[AesEncryptContext::block_size] = {};
     block[sizeof block - 1] = number;

@@ -26,23 +26,25 @@ namespace vxcrypto {
 ///         eax.ctr().process(piece, size);         // only then ciphertext to plaintext
 ///     }
 ///
-/// A nonce must never come twice under one key. What was deciphered before the tag has matched is
-/// anybody's text. An object serves one message and is neither copied nor moved.
+/// Never use a nonce twice under one key. Do not trust text deciphered before the tag has matched:
+/// anybody may have written it. An object serves one message; it can be neither copied nor moved.
 ///
-/// Cost. Two heap blocks, which hold the key schedule and the subkeys; about seven AES blocks
-/// beside the header and the message.
+/// Cost. Two heap blocks, which hold the key schedule and the subkeys. About seven AES blocks in
+/// addition to the header, and two for each block of the message.
 ///
 /// Threads. One object belongs to one thread at a time.
 class VXCRYPTO_API EaxAesContext {
   public:
-    /// Bytes.
+    /// In bytes.
     static constexpr unsigned int nonce_size = AesEncryptContext::block_size;
     static constexpr unsigned int tag_size = AesEncryptContext::block_size;
 
-    /// @param key     16, 24 or 32 bytes; it is not kept.
+    /// Starts a message.
+    ///
+    /// @param key     16, 24 or 32 bytes. No reference to it is kept.
     /// @param nonce   `nonce_size` bytes.
-    /// @param header  Authenticated with the message and not part of it; may be empty.
-    /// @raises error.vxcrypto.key.size: another size of key.
+    /// @param header  Authenticated with the message but not part of it; may be empty.
+    /// @raises error.vxcrypto.key.size: the key has another size.
     /// @raises std::length_error: `header` has more than 2^32 - 1 bytes.
     EaxAesContext(Key const & key, unsigned char const * nonce, std::string_view header);
     EaxAesContext(EaxAesContext const &) = delete;
@@ -52,24 +54,26 @@ class VXCRYPTO_API EaxAesContext {
     /// schedule, in this order.
     ~EaxAesContext();
 
+    /// The MAC, to be fed with the ciphertext.
     AesCmacContext & cmac() noexcept { return m_cmac; }
 
+    /// The key stream, to encipher or decipher pieces in place.
     AesCtrContext & ctr() noexcept { return m_ctr; }
 
-    /// Ends the MAC; `tag()` is the message's then. To be called once, behind all ciphertext.
+    /// Completes the tag. Call it once, after all ciphertext.
     void finish() noexcept;
 
-    /// `tag_size` bytes. Good after `finish()`.
+    /// The tag of the message, `tag_size` bytes. Valid after `finish()`.
     unsigned char const * tag() const noexcept { return m_tag; }
 
-    /// True when `expected` (`tag_size` bytes) is the message's tag. The time it takes does not
-    /// tell where they differ. Good after `finish()`.
+    /// True when `expected` (`tag_size` bytes) equals the tag. The time it takes does not reveal
+    /// where they differ. Valid after `finish()`.
     [[nodiscard]] bool tag_matches(unsigned char const * expected) const noexcept;
 
   private:
     void begin_mac(unsigned char number) noexcept;
 
-    // The order matters: members are wiped from the last to the first.
+    // The order matters: members are wiped in reverse order.
     AesCmacContext m_cmac;
     AesCtrContext m_ctr;
     unsigned char m_tag[tag_size];

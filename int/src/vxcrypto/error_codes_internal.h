@@ -2,8 +2,10 @@
 
 #include "vxcore/error_code.h"
 
-/// The kinds of failure of the cipher layer. Callers match them by their texts; the names stay
-/// inside.
+/// The error codes of vxcrypto. The names are internal; callers match codes by their text.
+///
+/// Only `key_size` and the two leaves of `randomProvider` are raised here. The others complete the
+/// family of codes that exists in every process that has loaded the library.
 namespace vxcrypto::error {
 
 extern vxcore::ErrorCode const vxcrypto;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Marks what vxcrypto exports. Everything else of the library is hidden.
+/// Marks the exported symbols of vxcrypto. All other symbols of the library are hidden.
 #if defined(__GNUC__)
 #define VXCRYPTO_API __attribute__((visibility("default")))
 #else

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Declarations without definitions of everything that other headers of the family name.
+/// Forward declarations of the classes of vxcrypto.
 
 namespace vxcrypto {
 

@@ -1,5 +1,5 @@
-// The calls for one algorithm each are deprecated in favour of OpenSSL's generic ones, which take a
-// fetched method, a second heap block and more time than the digest of a short text.
+// OpenSSL deprecates its calls for single algorithms in favour of generic ones. Those need a
+// fetched method and a second heap block, and take more time than the digest of a short text.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
 #include "vxcrypto/md5_context.h"

@@ -26,14 +26,15 @@ class DefaultRandomProviderImpl final : public IRandomProvider {
 
 namespace {
 
-/// Its generator crashes where it had no memory to start, or ended before the last destructors run.
+/// False when OpenSSL had no memory to start, or has ended before the last destructors run. Its
+/// generator would crash then.
 bool is_openssl_running() noexcept {
     return OPENSSL_init_crypto(0, nullptr) == 1 && OSSL_LIB_CTX_get0_global_default() != nullptr;
 }
 
-/// Removes what OpenSSL notes about failures while one lives. The exception reports them, and
-/// an entry left in the thread's queue would be taken for the failure of a later call. Older
-/// entries stay.
+/// Removes the entries that OpenSSL adds to the thread's error queue during its lifetime. The
+/// exception already reports them, and callers of OpenSSL would take an entry left there for the
+/// failure of a later call. Older entries stay.
 class ErrorQueueMark {
   public:
     ErrorQueueMark() noexcept { ERR_set_mark(); }
@@ -68,7 +69,8 @@ void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size
 
 namespace {
 
-// Without data and made at compile time: good before any load-time code has run, and after unload.
+// Has no data and is initialised at compile time, so that it works before any load-time code has
+// run and after unload.
 constinit DefaultRandomProviderImpl instance;
 
 } // namespace

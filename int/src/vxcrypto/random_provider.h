@@ -5,13 +5,16 @@
 
 namespace vxcrypto {
 
-/// A source of random bytes, such as nonces are made of.
+/// A source of random bytes, for example for nonces.
 ///
-/// An interface: it is not destroyed through, see `RandomProviderPtr`.
+/// The destructor is protected: never delete through this interface. `RandomProviderPtr` holds the
+/// owner of an implementation.
 class IRandomProvider {
   public:
-    /// Fills `size` bytes at `buffer`. Failure is raised; the buffer's content must not be used
-    /// then. Sealing takes a nonce of nothing but zeros for a failure too.
+    /// Fills `size` bytes at `buffer`.
+    ///
+    /// An implementation raises on failure; the contents of the buffer must not be used then.
+    /// Sealing also treats a nonce of zeros only as a failure.
     virtual void generate_random(void * buffer, unsigned int size) = 0;
 
   protected:
@@ -21,7 +24,8 @@ class IRandomProvider {
     ~IRandomProvider() = default;
 };
 
-/// A provider together with what keeps it alive; an empty owner says that nothing needs to.
+/// A provider together with the object that keeps it alive. An empty owner means that nothing needs
+/// to.
 using RandomProviderPtr =
     vxcore::InterfacePtr<IRandomProvider,
                          vxcore::RefCountPtr<vxcore::RefCounted<vxcore::AtomicRefCount> const>>;
@@ -29,12 +33,13 @@ using RandomProviderPtr =
 /// OpenSSL's random generator, which seeds itself from the system. It lives as long as the library
 /// and may be used from any thread.
 ///
-/// Each call first mixes the processor's time stamp in, without credit for it, whatever the
-/// arguments are: a process that was copied while it ran (a snapshot of a virtual machine) soon
-/// differs from its copy. A null buffer is then left at that.
+/// Each call of its `generate_random` first mixes in the processor's time stamp, which counts as no
+/// entropy. A copy of a running process (a snapshot of a virtual machine) so soon differs from the
+/// original. With a null buffer the call does only this.
 ///
-/// Raised by its `generate_random`: error.vxcrypto.randomProvider.arguments for a `size` beyond
-/// 2^31 - 1, error.vxcrypto.randomProvider.failed where OpenSSL returns no bytes or is not running.
+/// Its `generate_random` raises error.vxcrypto.randomProvider.arguments when `size` exceeds
+/// 2^31 - 1, and error.vxcrypto.randomProvider.failed when OpenSSL returns no bytes or is not
+/// running.
 VXCRYPTO_API RandomProviderPtr default_random_provider() noexcept;
 
 } // namespace vxcrypto

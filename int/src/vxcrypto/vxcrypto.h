@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything of vxcrypto.
+/// Includes all public headers of vxcrypto.
 
 #include "vxcrypto/aes.h"
 #include "vxcrypto/aes_cmac_context.h"
