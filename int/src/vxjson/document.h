@@ -10,9 +10,11 @@ namespace vxjson {
 ///     Document document(text.data(), text.size());
 ///     auto const value = document.reader().next_value();
 ///
-/// Costs, threads and errors are those of Tokenizer and Reader.
+/// Use it where nothing needs the two parts separately. Costs, threads and errors are those of
+/// Tokenizer and Reader. Values may outlive the document as they may outlive a Reader.
 class VXJSON_API Document {
   public:
+    /// The options of both parts, with their defaults.
     struct Options {
         Tokenizer::Options tokenizer;
         Reader::Options reader;
@@ -27,6 +29,7 @@ class VXJSON_API Document {
     /// Reads from a stream.
     ///
     /// @param stream  Must outlive the document. It is read ahead by up to the size of the buffer.
+    /// @raises std::bad_alloc: no memory for the buffer.
     explicit Document(vxcore::IReadStream & stream);
     Document(vxcore::IReadStream & stream, Options const & options);
 
@@ -41,7 +44,7 @@ class VXJSON_API Document {
     Tokenizer & tokenizer() noexcept VXCORE_LIFETIMEBOUND { return m_tokenizer; }
 
   private:
-    Tokenizer m_tokenizer;
+    Tokenizer m_tokenizer; // first: the reader refers to it
     Reader m_reader;
 };
 

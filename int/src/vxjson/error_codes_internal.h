@@ -2,7 +2,10 @@
 
 #include "vxcore/error_code.h"
 
-/// The kinds of failure of JSON. Callers match them by their texts; the names stay inside.
+/// The error codes of vxjson. The names are internal; callers match codes by their text.
+///
+/// Some are never raised: inner codes that callers match a whole family with, and
+/// `value_typeMismatch`. They exist in every process that has loaded the library all the same.
 namespace vxjson::error {
 
 extern vxcore::ErrorCode const vxjson;

@@ -9,7 +9,8 @@ namespace vxjson {
 
 /// A source of tokens for a Reader. Tokenizer is the implementation for JSON text.
 ///
-/// A document is `eToken_DocumentStart` (optional), its tokens and `eToken_DocumentEnd`.
+/// A document is `eToken_DocumentStart` (optional), its tokens and `eToken_DocumentEnd`. A Reader
+/// checks the grammar, so an implementation only has to tell tokens apart.
 ///
 /// The destructor is protected: never delete through this interface.
 class VXJSON_API ITokenizer {
@@ -24,10 +25,12 @@ class VXJSON_API ITokenizer {
     /// @keeps  The text stays valid until the next `next()`.
     virtual StringSlice & text(StringSlice & out) = 0;
 
-    /// Stores the error of the failed scan in `out`; null when no scan has failed.
+    /// Stores the error of the failed scan in `out`; null when no scan has failed. If it is null
+    /// after a failure, the reader creates an error.
     virtual void error(vxcore::ErrorInfo::Ptr & out) = 0;
 
-    /// Stores the place of the current token, or of the failure, in `out`.
+    /// Stores the place of the current token, or of the failure, in `out`. The reader asks for it
+    /// when it creates an error, also before the first token.
     virtual void position(SourcePosition & out) = 0;
 
   protected:

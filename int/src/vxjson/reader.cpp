@@ -165,6 +165,7 @@ inline bool Reader::skip_text(EToken token) {
     return token == eToken_CharData;
 }
 
+/// The top level: any number of objects and arrays.
 inline bool Reader::take_in_root(EToken token) {
     switch (token) {
     case eToken_DocumentStart:
@@ -180,6 +181,8 @@ inline bool Reader::take_in_root(EToken token) {
     }
 }
 
+/// An object: a name with its value, or the closing bracket. Commas between members were skipped
+/// after the member before.
 inline bool Reader::take_in_object(EToken token) {
     switch (token) {
     case eToken_StringBegin:
@@ -198,6 +201,7 @@ inline bool Reader::take_in_object(EToken token) {
     }
 }
 
+/// An array: an element, or the closing bracket. Commas were skipped as in an object.
 inline bool Reader::take_in_array(EToken token) {
     switch (token) {
     case eToken_DocumentEnd:
@@ -227,6 +231,8 @@ Reader::ValuePtr Reader::open_container() {
     return Value::make(*this, type, {});
 }
 
+/// Creates the value that the next token begins, then reads one token more, or two if that one is a
+/// comma. For a string or container this is already the first token inside it.
 Reader::ValuePtr Reader::read_value(std::string && name) {
     EToken const token = next_token();
     Value::EType const type =
@@ -294,6 +300,8 @@ inline void Reader::leave_scalar() noexcept {
     }
 }
 
+/// Returns to the enclosing container and skips the comma after the closing bracket. At the top
+/// level no comma may follow.
 void Reader::close_container() {
     step_up();
     if (m_current->m_type != Value::eType_Root) {
@@ -301,6 +309,7 @@ void Reader::close_container() {
     }
 }
 
+/// The next token. A failed scan ends the reader and is raised.
 EToken Reader::next_token() {
     if (m_tokenPushedBack) {
         m_tokenPushedBack = false;

@@ -80,8 +80,7 @@ class VXJSON_API Reader {
 
     /// Reads the next element of `array` into `number` when it is a number. This is the fast way
     /// through a long array of numbers: it creates no Value, and `current()` becomes the array.
-    /// False when the reader is not inside `array` or the next element is no number; `next_child`
-    /// returns that element.
+    /// False when the reader is not inside `array` or no number follows; call `next_child` then.
     ///
     /// @raises as `next_value`.
     bool next_number(ValuePtr const & array, double & number);
@@ -182,7 +181,8 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
 
     /// The text of a string, literal or number. Further calls return the same text.
     ///
-    /// @keeps  The reference holds while the caller holds the value, until `take_string`.
+    /// @keeps  The reference holds while the caller holds the value. `take_string` and reading the
+    /// stream change the text.
     /// @raises error.vxjson.reader.value: object, array or root; or the reader has moved on.
     /// @raises error.vxjson.reader.unexpected.size: more than 134217728 bytes.
     std::string const & as_string(ErrorSlot error = nullptr) VXCORE_LIFETIMEBOUND;

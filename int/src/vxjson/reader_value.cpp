@@ -91,6 +91,7 @@ std::string Value::take_string() {
     return std::exchange(m_data, {});
 }
 
+/// Reads the whole text of a string, if the tokenizer still has it.
 void Value::load_string() {
     EToken const token = m_reader->m_token;
     if (token != eToken_StringBegin && token != eToken_CharData && token != eToken_StringEnd) {

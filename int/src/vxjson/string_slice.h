@@ -23,12 +23,13 @@ class StringSlice {
     constexpr StringSlice(char const * pointer, unsigned int offset, unsigned int size) noexcept
         : m_pointer(pointer), m_offset(offset), m_size(size) {}
 
-    /// The first byte. No zero byte follows the text.
+    /// The first byte. The text is not zero-terminated.
     constexpr char const * data() const noexcept { return m_pointer + m_offset; }
 
     /// In bytes.
     constexpr unsigned int size() const noexcept { return m_size; }
 
+    /// True when `size()` is 0.
     constexpr bool empty() const noexcept { return m_size == 0; }
 
     /// The same bytes, valid as long as the slice's.

@@ -50,6 +50,7 @@ void TextWriter::finish() {
     flush();
 }
 
+/// Raises `code` for a call out of place. The reason in the message depends on the place only.
 void TextWriter::check_place(bool isRight, vxcore::ErrorCode const & code,
                              char const * function) const {
     if (isRight) {
@@ -82,11 +83,13 @@ void TextWriter::begin_value() {
     }
 }
 
+/// After a value: back to the place that the innermost open container determines.
 void TextWriter::end_value() noexcept {
     m_isFirst = false;
     m_place = m_open.empty() ? ePlace_Done : m_open.back() == '}' ? ePlace_Name : ePlace_Element;
 }
 
+/// Writes a line break and the indentation, if the output is indented.
 void TextWriter::put_line(std::size_t level) {
     if (m_options.indent == 0) {
         return;
@@ -272,6 +275,7 @@ void TextWriter::put(char c) {
     m_buffer[m_size++] = c;
 }
 
+/// Text as large as the whole buffer goes to the target directly, without a copy.
 void TextWriter::put(std::string_view text) {
     if (text.size() > sm_bufferSize - m_size) {
         flush();
@@ -293,8 +297,10 @@ void TextWriter::flush() {
     }
 }
 
+/// Passes text to the target or string. If that raises, part of the text may be out, so the writer
+/// accepts no more calls.
 void TextWriter::send(std::string_view text) {
-    EPlace const place = std::exchange(m_place, ePlace_Failed); // kept if this raises
+    EPlace const place = std::exchange(m_place, ePlace_Failed);
     if (m_string != nullptr) {
         m_string->append(text);
     } else {

@@ -93,7 +93,7 @@ class VXJSON_API TextWriter final : public Writer {
     /// @raises error.vxjson.writer.unexpected: nothing was written.
     void finish();
 
-    // The calls of Writer. Their errors are listed above.
+    /// As in Writer. The class comment lists the errors.
     void write_name(char const * data, unsigned int size) override;
     void write_number(char const * data, unsigned int size) override;
     void write_string(char const * data, unsigned int size) override;
@@ -126,6 +126,7 @@ class VXJSON_API TextWriter final : public Writer {
 
     TextWriter(ITextTarget * target, std::string * text, Options const & options);
 
+    // The order of calls, and what is written between values.
     void check_place(bool isRight, vxcore::ErrorCode const & code, char const * function) const;
     void check_value(vxcore::ErrorCode const & code, char const * function) const;
     void begin_value();
@@ -136,6 +137,7 @@ class VXJSON_API TextWriter final : public Writer {
     void end_container(char bracket, EPlace place, char const * function);
     void put_line(std::size_t level);
 
+    // Names and strings (text_writer_strings.cpp).
     bool checks_utf8() const noexcept { return m_options.ascii_only || m_options.validate_utf8; }
 
     std::size_t check_text(std::string_view text, std::size_t offset, bool mayBeCut,
@@ -147,6 +149,8 @@ class VXJSON_API TextWriter final : public Writer {
     void put_runs(std::string_view text);
 
     bool put_short(std::string_view text, bool isName);
+
+    // The buffer.
     void put(char c);
     void put(std::string_view text);
     void flush();

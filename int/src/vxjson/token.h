@@ -15,18 +15,18 @@ namespace vxjson {
 /// joined are the decoded text. Literals, numbers and punctuators are one token each, whose text is
 /// that of the source.
 enum EToken : int {
-    eToken_Unknown = 0, ///< never part of a document
-    eToken_DocumentStart = 1,
-    eToken_DocumentEnd = 2,
-    eToken_Error = 3, ///< the scan failed; see `ITokenizer::error`
+    eToken_Unknown = 0,       ///< never part of a document
+    eToken_DocumentStart = 1, ///< once, before all others; without text
+    eToken_DocumentEnd = 2,   ///< once, after all others; without text
+    eToken_Error = 3,         ///< the scan failed; see `ITokenizer::error`
     eToken_IdentifierBegin = 4,
     eToken_IdentifierEnd = 5,
     eToken_StringBegin = 6,
     eToken_StringEnd = 7,
-    eToken_CharData = 8,
+    eToken_CharData = 8, ///< a piece of a string or unquoted name, decoded
     eToken_True = 9,
     eToken_False = 10,
-    eToken_Number = 11,
+    eToken_Number = 11, ///< with the digits of the source, not converted
     eToken_Null = 12,
     eToken_Punctuator = 13, ///< one of { } [ ] , :
 };

@@ -125,6 +125,7 @@ EToken Tokenizer::next_slow() {
     return checked(token);
 }
 
+/// The start of the text, with its byte order mark if it has one.
 EToken Tokenizer::scan_start() {
     m_mode = eMode_Between;
     require(3);
@@ -135,6 +136,7 @@ EToken Tokenizer::scan_start() {
     return token;
 }
 
+/// Skips white space and begins the next token.
 EToken Tokenizer::scan_token() {
     if (!skip_space()) {
         m_mode = eMode_End;
@@ -181,6 +183,8 @@ EToken Tokenizer::scan_punctuator() {
     return token;
 }
 
+/// A number must be contiguous, so the scan starts again whenever the buffer has been refilled. The
+/// buffer doubles if it is full, which keeps the cost linear.
 EToken Tokenizer::scan_number() {
     std::size_t const most = m_options.max_number_size;
     while (true) {
@@ -207,6 +211,8 @@ EToken Tokenizer::scan_number() {
     }
 }
 
+/// A literal, or the begin of an unquoted name. A failure is reported at the first byte that
+/// differs from the literal.
 EToken Tokenizer::scan_word() {
     require(6); // the longest literal and the byte after it
     Literal const literal = literal_of(*m_cursor);

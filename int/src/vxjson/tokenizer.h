@@ -74,10 +74,18 @@ class VXJSON_API Tokenizer final : public ITokenizer {
   private:
     friend class Reader; // reads m_text without a virtual call
 
-    enum EMode : unsigned char { eMode_Start, eMode_Between, eMode_String, eMode_Name, eMode_End };
+    /// What the next token is part of.
+    enum EMode : unsigned char {
+        eMode_Start,   // the start of the text
+        eMode_Between, // nothing: a new token follows
+        eMode_String,  // the string whose quote is m_quote
+        eMode_Name,    // an unquoted name
+        eMode_End,     // the end of the text
+    };
 
     static constexpr unsigned int sm_scratchSize = 512;
 
+    // One function for each kind of token. All return eToken_Error after a call of fail().
     EToken next_slow();
     EToken checked(EToken token) noexcept;
     EToken scan_start();
@@ -88,6 +96,8 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     EToken scan_string();
     EToken scan_escapes();
     EToken scan_name();
+
+    // What is between tokens.
     bool skip_space();
     bool skip_comment();
     bool skip_block_comment();
@@ -96,10 +106,13 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     char const * run_end() noexcept;
 
     bool is_token_end(char c) const noexcept;
+
+    // The buffer (tokenizer_source.cpp).
     void require(std::size_t size);
     bool refill();
     void grow();
 
+    // Sets the text and the place of a token without escapes.
     EToken give(EToken token, char const * start, char const * end) noexcept {
         m_text = StringSlice(start, 0, static_cast<unsigned int>(end - start));
         m_tokenOffset = offset(start);
@@ -110,6 +123,7 @@ class VXJSON_API Tokenizer final : public ITokenizer {
         return m_base + static_cast<unsigned long long>(at - m_begin);
     }
 
+    // Errors (tokenizer_source.cpp).
     EToken fail(char const * at, char const * expected);
     EToken fail_limit(char const * at, char const * message, unsigned int limit);
     void fail_stream(std::exception const * cause);

@@ -25,7 +25,8 @@ class VXJSON_API Writer {
     /// Writes a number that already is text in the grammar of JSON.
     virtual void write_number(char const * data, unsigned int size) = 0;
 
-    /// Each of these writes one value.
+    /// Each of these writes one value. `write_double` decides what happens to NaN and infinity,
+    /// which JSON cannot represent.
     virtual void write_string(char const * data, unsigned int size) = 0;
     virtual void write_bool(bool value) = 0;
     virtual void write_integer(long long value) = 0;
