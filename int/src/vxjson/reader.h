@@ -101,7 +101,7 @@ class VXJSON_API Reader {
     /// Longest name, and longest string that is read as a whole, in bytes.
     static constexpr unsigned int sm_maxStringSize = 0x8000000;
 
-    // The grammar: what the current token means for the current value (reader.cpp).
+    // The grammar: what a token means for the current value (reader_grammar.cpp).
     ValuePtr advance();
     bool take_token(EToken token);
     bool skip_text(EToken token);
