@@ -2,6 +2,8 @@
 
 #include "failure.h"
 
+#include "vxcore/hex.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -16,20 +18,6 @@ using vxcrypto::Key;
 namespace {
 
 constexpr unsigned int maxKeyFile = 4096; // bytes
-
-/// The value of a hexadecimal digit; -1 for any other character.
-int hex_value(unsigned char c) noexcept {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return -1;
-}
 
 /// Reads until `bytes` is full or the file ends.
 ///
@@ -80,7 +68,7 @@ unsigned int size_without_blanks(Key const & key) noexcept {
 bool is_hex(Key const & raw, unsigned int size) {
     return size != 0 && size % 2 == 0 &&
            std::all_of(raw.data(), raw.data() + size,
-                       [](unsigned char c) { return hex_value(c) >= 0; });
+                       [](unsigned char c) { return vxcore::hex_value(c) >= 0; });
 }
 
 } // namespace
@@ -97,8 +85,8 @@ Key read_key_file(std::string const & path, std::string const & format) {
     }
     Key key(size / 2);
     for (unsigned int i = 0; i != key.size(); ++i) {
-        key.mutable_data()[i] = static_cast<unsigned char>(hex_value(raw.data()[2 * i]) * 16 +
-                                                           hex_value(raw.data()[2 * i + 1]));
+        key.mutable_data()[i] = static_cast<unsigned char>(
+            vxcore::hex_value(raw.data()[2 * i]) * 16 + vxcore::hex_value(raw.data()[2 * i + 1]));
     }
     return key;
 }

@@ -1,5 +1,6 @@
 #include "visible_text.h"
 
+#include "vxcore/hex.h"
 #include "vxcore/streamers.h"
 #include "vxcore/text_conversion.h"
 
@@ -14,10 +15,9 @@ std::string left_out(std::size_t size) {
 }
 
 void append_escape(unsigned char byte, std::string & out) {
-    constexpr char digits[] = "0123456789abcdef";
     out += "\\x";
-    out += digits[byte >> 4];
-    out += digits[byte & 15];
+    out += vxcore::hex_digit(byte >> 4);
+    out += vxcore::hex_digit(byte);
 }
 
 } // namespace

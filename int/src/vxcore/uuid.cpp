@@ -1,24 +1,13 @@
 #include "vxcore/uuid.h"
 
 #include "vxcore/hash.h"
-#include "vxcore/streamers.h"
+#include "vxcore/hex.h"
 
 #include <ostream>
 
 namespace vxcore {
 
 namespace {
-
-/// The value of a hexadecimal digit, -1 for any other byte.
-int hex_value(char c) noexcept {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
 
 /// True for the bytes that a dash precedes in the form 8-4-4-4-12.
 bool follows_dash(std::size_t index) noexcept {
@@ -56,8 +45,8 @@ std::string Uuid::as_string(unsigned int format) const {
         if (format != 1 && follows_dash(i)) {
             text += '-';
         }
-        text += impl::TransformHelperHex::sm_fromBinaryTable[m_data[i] >> 4];
-        text += impl::TransformHelperHex::sm_fromBinaryTable[m_data[i] & 15];
+        text += hex_digit(m_data[i] >> 4);
+        text += hex_digit(m_data[i]);
     }
     return text;
 }

@@ -15,6 +15,7 @@
 #include "vxcore/export.h"
 #include "vxcore/fwd.h"
 #include "vxcore/hash.h"
+#include "vxcore/hex.h"
 #include "vxcore/read_stream.h"
 #include "vxcore/ref_count.h"
 #include "vxcore/ref_count_ptr.h"

@@ -1,4 +1,5 @@
 #include "vxcore/error_composer.h"
+#include "vxcore/hex.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
 #include "vxjson/find_special_internal.h"
@@ -67,11 +68,10 @@ class Escape {
     }
 
     void put_unit(unsigned int unit) noexcept {
-        constexpr char const * digits = "0123456789abcdef";
         m_text[m_size++] = '\\';
         m_text[m_size++] = 'u';
         for (int shift = 12; shift >= 0; shift -= 4) {
-            m_text[m_size++] = digits[unit >> shift & 15];
+            m_text[m_size++] = vxcore::hex_digit(unit >> shift);
         }
     }
 

@@ -1,3 +1,4 @@
+#include "vxcore/hex.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
 #include "vxjson/position_message_internal.h"
@@ -22,8 +23,8 @@ std::string byte_text(char c) {
     if (byte > 0x20 && byte < 0x7F) {
         return {'\'', c, '\''};
     }
-    constexpr char const * digits = "0123456789ABCDEF";
-    return {'b', 'y', 't', 'e', ' ', '0', 'x', digits[byte >> 4], digits[byte & 15]};
+    return std::string("byte 0x") + vxcore::upper_hex_digit(byte >> 4) +
+           vxcore::upper_hex_digit(byte);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "vxcore/hex.h"
 #include "vxjson/find_special_internal.h"
 #include "vxjson/lexis_internal.h"
 #include "vxjson/tokenizer.h"
@@ -19,14 +20,6 @@ constexpr std::ptrdiff_t max_joined_run = 64;
 /// A surrogate pair: two escapes of six bytes.
 constexpr std::size_t longest_escape = 12;
 
-int hex_value(char c) noexcept {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    char const lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 /// One \uXXXX escape.
 struct HexEscape {
     char const * end; // the end of the escape, or the place of a missing digit
@@ -37,7 +30,7 @@ HexEscape read_hex_escape(char const * at, char const * limit) noexcept {
     int value = 0;
     at += 2;
     for (int i = 0; i < 4; ++i, ++at) {
-        int const digit = at == limit ? -1 : hex_value(*at);
+        int const digit = at == limit ? -1 : vxcore::hex_value(*at);
         if (digit < 0) {
             return {at, -1};
         }

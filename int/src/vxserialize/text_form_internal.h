@@ -1,5 +1,7 @@
 #pragma once
 
+#include "vxcore/hex.h"
+
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -41,19 +43,7 @@ inline bool is_digit(int c) noexcept {
     return c >= '0' && c <= '9';
 }
 
-/// Returns the value of a hexadecimal digit of either case, or -1 for any other character.
-inline int hex_value(int c) noexcept {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return -1;
-}
+using vxcore::hex_value;
 
 /// Parses all of `text` as a decimal number. False if it is none or out of range.
 template <typename T>

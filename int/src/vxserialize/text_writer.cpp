@@ -1,7 +1,7 @@
 #include "vxserialize/text_writer.h"
 
 #include "vxcore/default_floating_point.h"
-#include "vxcore/streamers.h"
+#include "vxcore/hex.h"
 #include "vxserialize/failures_internal.h"
 #include "vxserialize/memory_list.h"
 #include "vxserialize/text_form_internal.h"
@@ -79,8 +79,8 @@ void TextWriter::put(std::string_view text) {
 }
 
 void TextWriter::put_hex(unsigned char byte) {
-    put(vxcore::impl::TransformHelperHex::sm_fromBinaryTable[byte >> 4]);
-    put(vxcore::impl::TransformHelperHex::sm_fromBinaryTable[byte & 15]);
+    put(vxcore::hex_digit(byte >> 4));
+    put(vxcore::hex_digit(byte));
 }
 
 void TextWriter::put_hex_bytes(unsigned char const * data, unsigned int size) {

@@ -1,5 +1,6 @@
 #include "strict_syntax_internal.h"
 
+#include "vxcore/hex.h"
 #include "vxuri/uri_reference.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ bool is_digit(char c) noexcept {
 }
 
 bool is_hex_digit(char c) noexcept {
-    return is_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    return vxcore::hex_value(c) >= 0;
 }
 
 bool is_one_of(char c, std::string_view set) noexcept {

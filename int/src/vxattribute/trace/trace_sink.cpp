@@ -1,6 +1,6 @@
 #include "vxattribute/trace/trace_sink_internal.h"
 #include "vxcore/default_floating_point.h"
-#include "vxcore/streamers.h"
+#include "vxcore/hex.h"
 
 #include <algorithm>
 #include <charconv>
@@ -67,9 +67,8 @@ void TraceSink::append_number(double value) {
 }
 
 void TraceSink::append_hex(unsigned char const * data, std::size_t size) {
-    char const * const digits = vxcore::impl::TransformHelperHex::sm_fromBinaryTable;
     for (unsigned char const * const end = data + size; data != end; ++data) {
-        char const pair[] = {digits[*data >> 4], digits[*data & 15]};
+        char const pair[] = {vxcore::hex_digit(*data >> 4), vxcore::hex_digit(*data)};
         append(std::string_view(pair, sizeof pair));
     }
 }
