@@ -1,5 +1,6 @@
 #include "vxcore/simple_date_time.h"
 
+#include "calendar_internal.h"
 #include "time_text_internal.h"
 
 #include <chrono>
