@@ -19,18 +19,22 @@ class VXCORE_API AbsoluteTime : public impl::TickCount<AbsoluteTime> {
   public:
     constexpr AbsoluteTime() noexcept = default;
 
+    /// @param ticks  Ticks of 100 ns since 1970-01-01T00:00:00Z.
     constexpr explicit AbsoluteTime(long long ticks) noexcept : TickCount(ticks) {}
 
+    /// The current time of the system clock, rounded down to a tick.
     static AbsoluteTime now() noexcept;
 
-    /// Reads the text form; an offset such as +02:00 may stand in place of Z.
+    /// Reads the text form; an offset such as +02:00 may replace the Z.
     ///
-    /// @return false when `text` is no such moment or out of range; `time` is unchanged then.
+    /// @return false if `text` is no such moment or is out of range; `time` is then unchanged.
     static bool parse(std::string_view text, AbsoluteTime & time) noexcept;
 
+    /// Returns the text form. `parse` reads it back to an equal time.
     std::string as_string() const;
 };
 
+/// Writes the text form.
 VXCORE_API std::ostream & operator<<(std::ostream & stream, AbsoluteTime const & time);
 
 } // namespace vxcore

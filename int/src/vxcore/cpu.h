@@ -6,8 +6,8 @@ namespace vxcore::hardware {
 
 class VXCORE_API Cpu {
   public:
-    /// The processor's time stamp counter; where it has none, a clock in nanoseconds. It only grows
-    /// and is good for telling moments apart, not for measuring time.
+    /// Returns the processor's time stamp counter, or a clock in nanoseconds where there is none.
+    /// It never decreases: use it to tell moments apart, not to measure time.
     static unsigned long long read_timestamp() noexcept;
 };
 

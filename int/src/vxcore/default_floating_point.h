@@ -9,13 +9,13 @@
 
 namespace vxcore::impl {
 
-/// While one lives, its thread calculates as a new program does: it rounds to nearest, takes
-/// subnormal numbers for what they are and traps nothing. What turns texts into doubles and doubles
-/// into texts needs that: the standard library reads 0.3 as another double where a thread rounds
-/// upward, and writes 5e-324 as 0 where subnormal numbers count as zero.
+/// Sets the default floating-point environment for its thread while it lives: rounding to nearest,
+/// subnormal numbers, no traps. Conversions between text and doubles need it: otherwise the
+/// standard library reads 0.3 as another double if the thread rounds upward, and writes 5e-324 as
+/// 0 if subnormal numbers are flushed to zero.
 ///
-/// Cost. With SSE2 one look at the control register, unless there is something to switch; elsewhere
-/// the environment is saved and restored each time.
+/// Cost. With SSE2 one read of the control register if the environment is the default one;
+/// elsewhere the environment is saved and restored each time.
 class VXCORE_API DefaultFloatingPoint {
   public:
     DefaultFloatingPoint() noexcept : m_isSwitched(!is_default()) {
@@ -34,7 +34,7 @@ class VXCORE_API DefaultFloatingPoint {
     }
 
   private:
-    /// False where that takes longer to find out than to switch.
+    /// False where a check would cost more than switching.
     static bool is_default() noexcept {
 #ifdef __SSE2__
         constexpr unsigned int raised = 0x003F;      // exceptions; they change nothing

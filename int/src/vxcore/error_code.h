@@ -6,19 +6,19 @@ namespace vxcore {
 
 /// A kind of failure, named by a dotted text such as "error.vxcore.conversion".
 ///
-/// One pointer wide and constant-initialised: a code may be used before any load-time code has run
-/// and after unload has begun. The dots make a tree; see `ErrorInfo::matches`.
+/// One pointer wide and constant-initialised: a code may be used before any static initialiser has
+/// run and while libraries unload. The dots make a tree; see `ErrorInfo::matches`.
 class ErrorCode {
   public:
     /// Holds the address of `name`, which must outlive every use of the code, as a literal does.
-    /// The second argument is always `true` and stands in the call to remind of just that.
+    /// The second argument is always `true`, as a reminder at the call site.
     constexpr ErrorCode(char const * name, bool /*isStatic*/) noexcept : m_name(name) {}
 
     constexpr char const * name() const noexcept { return m_name; }
 
     constexpr std::string_view view() const noexcept { return m_name; }
 
-    /// True when this code is `ancestor` or stands below it, component by component.
+    /// True if this code is `ancestor` or below it, component by component.
     constexpr bool is_within(ErrorCode const & ancestor) const noexcept {
         std::string_view const own = view();
         std::string_view const other = ancestor.view();

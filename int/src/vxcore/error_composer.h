@@ -4,7 +4,7 @@
 
 namespace vxcore {
 
-/// Puts a failure together: a message with placeholders, then its parameters, then the raise.
+/// Builds a failure step by step: a message with placeholders, its parameters, then the raise.
 ///
 ///     ErrorComposer("Unknown id {@id}")
 ///         .param("id", to_string(id))
@@ -19,11 +19,13 @@ class VXCORE_API ErrorComposer {
     ErrorParams & params() noexcept VXCORE_LIFETIMEBOUND { return m_params; }
 
     /// Sets one parameter. `name` is a literal.
-    ErrorComposer & param(char const * name, std::string value);
+    ErrorComposer & param(char const * name, std::string value) VXCORE_LIFETIMEBOUND;
 
+    /// Builds the info and raises it as an ErrorException.
     [[noreturn]] void throw_error(ErrorCode const & code, SourceLocation location);
 
-    /// Only builds the info. The composer is spent, as after each of the three endings.
+    /// Builds the info without raising it. This function, `throw_error` and `create_transfer` move
+    /// message and parameters out of the composer: call one of them, once.
     [[nodiscard]] ErrorInfo::Ptr create(ErrorCode const & code, SourceLocation location,
                                         ErrorInfo::Ptr nested = nullptr);
 

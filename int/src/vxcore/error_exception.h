@@ -18,7 +18,8 @@ class VXCORE_API ErrorException : public std::exception {
     /// Raises the info; a null one raises `std::invalid_argument`.
     [[noreturn]] static void throw_error(ErrorInfo::Ptr info);
 
-    ErrorInfo::Ptr const & info() const noexcept { return m_info; }
+    /// Never null.
+    ErrorInfo::Ptr const & info() const noexcept VXCORE_LIFETIMEBOUND { return m_info; }
 
     /// The filled message of the info.
     char const * what() const noexcept override;
@@ -31,7 +32,7 @@ class VXCORE_API ErrorException : public std::exception {
 [[noreturn]] VXCORE_API void throw_error(ErrorCode const & code, SourceString message,
                                          SourceLocation location);
 
-/// Raises a failure that exists as data already.
+/// As `ErrorException::throw_error`.
 [[noreturn]] VXCORE_API void throw_error(ErrorInfo::Ptr info);
 
 /// Raises a failure whose nested info is that of `e`.

@@ -14,10 +14,10 @@ namespace vxcore {
 /// One failure as data: a code, a message with its parameters, the place, and what led to it.
 ///
 /// Immutable and shared: any number of threads may hold and read one. The message is a template in
-/// which `{@name}` stands for the parameter `name`; each placeholder is replaced once, an unknown
-/// name stays as it is, and a parameter's value is not searched again. The filled text is made with
-/// the info, so reading it never fails; it is at most 16 times as long as message and values, and
-/// placeholders that would lead beyond that stay.
+/// which `{@name}` is a placeholder for the parameter `name`. Placeholders of unknown names stay,
+/// and parameter values are not searched for placeholders. The constructor fills the text, so that
+/// reading it never fails. The text is at most 16 times as long as message and values together;
+/// placeholders that would exceed that stay.
 ///
 /// A chain of nested infos may be of any length and is destroyed without recursion.
 class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
@@ -29,28 +29,28 @@ class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
                       SourceLocation location, Ptr nested = nullptr);
 
     /// As above, for a code that is not a constant of the program (one that came in a stream, say):
-    /// the info keeps the name, and `code()` is good for as long as the info lives.
+    /// the info owns the name, and `code()` is valid as long as the info lives.
     static Ptr create_with_own_code(SourceString code, SourceString message, ErrorParams params,
                                     SourceLocation location, Ptr nested = nullptr);
 
-    /// The info that `e` carries when it is an ErrorException, that very object; else a new one of
-    /// the code "error.vxcore.exception" whose text is `e.what()`.
+    /// Returns the info of an ErrorException itself; for any other exception a new info with the
+    /// code "error.vxcore.exception" and the text `e.what()`.
     static Ptr from_exception(std::exception const & e, SourceLocation location);
 
-    ErrorCode const & code() const noexcept { return m_code; }
+    ErrorCode const & code() const noexcept VXCORE_LIFETIMEBOUND { return m_code; }
 
     /// The message as written, with its placeholders.
-    SourceString const & message() const noexcept { return m_message; }
+    SourceString const & message() const noexcept VXCORE_LIFETIMEBOUND { return m_message; }
 
     /// The message with its placeholders filled.
-    std::string const & text() const noexcept { return m_text; }
+    std::string const & text() const noexcept VXCORE_LIFETIMEBOUND { return m_text; }
 
-    ErrorParams const & params() const noexcept { return m_params; }
+    ErrorParams const & params() const noexcept VXCORE_LIFETIMEBOUND { return m_params; }
 
-    SourceLocation const & location() const noexcept { return m_location; }
+    SourceLocation const & location() const noexcept VXCORE_LIFETIMEBOUND { return m_location; }
 
-    /// What led to this failure; may be null.
-    Ptr const & nested() const noexcept { return m_nested; }
+    /// The failure that caused this one; may be null.
+    Ptr const & nested() const noexcept VXCORE_LIFETIMEBOUND { return m_nested; }
 
     /// True when this info's own code is `code` or below it by a dot. Nested infos do not count.
     bool matches(ErrorCode const & code) const noexcept { return m_code.is_within(code); }
@@ -59,7 +59,7 @@ class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
     unsigned int hash() const noexcept;
 
     /// Order by code, message and parameters, then down the nested chain; a chain that ends first
-    /// orders first. Negative, 0 or positive. The location does not count.
+    /// is less. Negative, 0 or positive. The location does not count.
     int compare(ErrorInfo const & other) const noexcept;
 
     bool operator==(ErrorInfo const & other) const noexcept { return compare(other) == 0; }

@@ -9,7 +9,7 @@ namespace vxcore {
 
 /// The parameters of a failure: texts by name, in the order of the names' bytes.
 class VXCORE_API ErrorParams {
-    /// Compares by bytes and lets a view be looked up without a SourceString made of it.
+    /// Compares by bytes. Transparent, so that a lookup by view makes no SourceString.
     struct NameOrder {
         using is_transparent = void;
 
@@ -28,13 +28,15 @@ class VXCORE_API ErrorParams {
 
     ErrorParams(TransferSource<ErrorParams> source) noexcept { swap(source.get()); }
 
-    /// The value slot of `key`, made empty when the name is new. Holds until the next change.
+    /// Returns the value of `key`; inserts an empty one if there is none. The reference is valid
+    /// until the next change.
     std::string & insert_ref(SourceString key) VXCORE_LIFETIMEBOUND;
 
+    /// Returns `end()` if there is no such parameter.
     const_iterator find(SourceString const & key) const;
 
-    /// The value of the parameter `name`, null when there is none.
-    std::string const * find_value(std::string_view name) const;
+    /// Returns the value of the parameter `name`, or null if there is none.
+    std::string const * find_value(std::string_view name) const VXCORE_LIFETIMEBOUND;
 
     const_iterator begin() const noexcept { return m_values.begin(); }
 

@@ -4,14 +4,14 @@ namespace vxcore {
 
 /// A source of bytes that is read once, from front to back.
 ///
-/// An interface: it is not destroyed through, see `InterfacePtr`.
+/// The destructor is protected: never delete through this interface (see `InterfacePtr`).
 class IReadStream {
   public:
-    /// Copies the next bytes to `buffer` and gives their number, which is below `size` only at the
-    /// end of the stream.
+    /// Copies the next bytes to `buffer` and returns their number, which is below `size` only at
+    /// the end of the stream.
     virtual unsigned int read(void * buffer, unsigned int size) = 0;
 
-    /// Passes over the next bytes and gives their number, as `read` does.
+    /// Skips the next bytes and returns their number, as `read` does.
     virtual unsigned int skip(unsigned int size) = 0;
 
     /// The bytes left, or -1 when the stream does not know.

@@ -10,7 +10,7 @@ namespace vxcore {
 /// A reference count that threads may share.
 ///
 /// Cost. `increment` is one relaxed atomic addition. `decrement` of a unique count is one plain
-/// load: nobody else can hold a reference then, so nobody can change the count meanwhile.
+/// load: no other thread holds a reference then, so none can change the count meanwhile.
 class VXCORE_API AtomicRefCount {
   public:
     explicit constexpr AtomicRefCount(unsigned int n) noexcept : m_count(n) {}
@@ -20,13 +20,13 @@ class VXCORE_API AtomicRefCount {
 
     void increment() noexcept { m_count.fetch_add(1, std::memory_order_relaxed); }
 
-    /// Gives one reference back; true when it was the last. The count is spent then.
+    /// Drops one reference. Returns true if it was the last; do not use the count after that.
     [[nodiscard]] bool decrement() noexcept {
         return is_unique() || m_count.fetch_sub(1, std::memory_order_acq_rel) == 1;
     }
 
-    /// True when exactly one reference is left. It acquires: what the other holders did before they
-    /// let go is visible to the caller, who may therefore write in place.
+    /// True if exactly one reference is left. An acquire load: what other owners did before they
+    /// dropped theirs is visible to the caller, which may therefore write in place.
     bool is_unique() const noexcept { return m_count.load(std::memory_order_acquire) == 1; }
 
   private:
@@ -51,7 +51,7 @@ class VXCORE_API NonAtomicRefCount {
     unsigned int m_count;
 };
 
-/// Base of objects that live as long as somebody holds a `RefCountPtr` on them.
+/// Base of objects that live as long as a `RefCountPtr` refers to them.
 ///
 /// A new object has no holder: the first `RefCountPtr` made from its address is its first
 /// reference. Copying an object copies nothing of the count.

@@ -59,10 +59,10 @@ class VXCORE_API RefCountPtr {
 
     void swap(RefCountPtr & other) noexcept { std::swap(m_object, other.m_object); }
 
-    /// Lets go of the object; the pointer is null afterwards.
+    /// Drops the reference; the pointer is null afterwards.
     void reset() noexcept { release(std::exchange(m_object, nullptr)); }
 
-    /// Hands the object over together with its reference; the pointer is null afterwards.
+    /// Returns the object and passes its reference to the caller; the pointer is null afterwards.
     [[nodiscard]] T * detach() noexcept { return std::exchange(m_object, nullptr); }
 
     friend bool operator==(RefCountPtr const & a, RefCountPtr const & b) noexcept {
@@ -94,16 +94,16 @@ class VXCORE_API RefCountPtr {
     T * m_object = nullptr;
 };
 
-/// Makes a `T` from the arguments and gives its first reference.
+/// Makes a `T` from the arguments and returns its first reference.
 template <typename T, typename... Args>
 [[nodiscard]] RefCountPtr<T> make_ref_counted(Args &&... args) {
     return RefCountPtr<T>(new T(std::forward<Args>(args)...));
 }
 
-/// A pointer to an interface together with what keeps the object behind it alive.
+/// A pointer to an interface together with an owner that keeps the object alive.
 ///
-/// An interface has no destructor to call, so ownership travels beside it. An empty `owner` says
-/// that the object needs no keeping, as with statics.
+/// An interface has a protected destructor, so that ownership is separate. An empty `owner` is for
+/// objects that need none, such as statics.
 template <typename I, typename Owner>
 class VXCORE_API InterfacePtr {
   public:
@@ -119,7 +119,7 @@ class VXCORE_API InterfacePtr {
 
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
-    Owner const & owner() const noexcept { return m_owner; }
+    Owner const & owner() const noexcept VXCORE_LIFETIMEBOUND { return m_owner; }
 
   private:
     Owner m_owner{};

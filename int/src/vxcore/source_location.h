@@ -16,9 +16,9 @@ class SourceLocation {
     SourceLocation(SourceString function, SourceString file, unsigned int line) noexcept
         : m_function(std::move(function)), m_file(std::move(file)), m_line(line) {}
 
-    SourceString const & function() const noexcept { return m_function; }
+    SourceString const & function() const noexcept VXCORE_LIFETIMEBOUND { return m_function; }
 
-    SourceString const & file() const noexcept { return m_file; }
+    SourceString const & file() const noexcept VXCORE_LIFETIMEBOUND { return m_file; }
 
     unsigned int line() const noexcept { return m_line; }
 

@@ -8,7 +8,7 @@ namespace vxcore {
 
 namespace {
 
-/// The shared copy behind a SourceString that is no literal.
+/// The shared copy of a SourceString that is not a literal.
 class SourceStringBuffer final : public RefCounted<AtomicRefCount> {
   public:
     explicit SourceStringBuffer(std::string_view text) : m_text(text) {}

@@ -9,16 +9,16 @@ namespace vxcore {
 
 namespace impl {
 
-/// What all static instances share: the list of clean-ups that run when the process ends.
+/// Base of all static instances: the list of clean-ups that run when the process ends.
 class VXCORE_API StaticInstanceBase {
   public:
     using Cleanup = void (*)(void * argument) noexcept;
 
-    /// Has `function(argument)` called when this library unloads. Clean-ups run in the reverse
-    /// order of their registration. A registration that comes later than that is ignored.
+    /// Registers `function(argument)` to be called when this library unloads. Clean-ups run in the
+    /// reverse order of their registration. A registration that comes later than that is ignored.
     static void register_cleanup_aux(Cleanup function, void * argument);
 
-    /// Takes one registration of that pair back; does nothing when there is none.
+    /// Removes one registration of that pair; does nothing if there is none.
     static void unregister_cleanup_aux(Cleanup function, void * argument) noexcept;
 
     /// Raises "error.vxcore.destroyed".
@@ -27,7 +27,7 @@ class VXCORE_API StaticInstanceBase {
 
 } // namespace impl
 
-/// An object with static storage that tells an access after its end from a good one.
+/// An object with static storage that detects an access after its destruction.
 ///
 /// The object is built with the instance and destroyed at unload, with the instance or by the
 /// clean-up list of this library, whichever comes first. From then on `get_ptr()` is null and every
@@ -54,20 +54,21 @@ class StaticInstance : public impl::StaticInstanceBase {
         destroy();
     }
 
+    /// Returns null after the object is destroyed.
     T * get_ptr() const noexcept { return m_object; }
 
-    T & get() const {
+    T & get() const VXCORE_LIFETIMEBOUND {
         if (m_object == nullptr) {
             throw_destroyed_error();
         }
         return *m_object;
     }
 
-    T & operator*() const { return get(); }
+    T & operator*() const VXCORE_LIFETIMEBOUND { return get(); }
 
     T * operator->() const { return &get(); }
 
-    /// Ends the object early.
+    /// Destroys the object early; does nothing if it is destroyed already.
     void destroy() noexcept {
         if (T * const object = std::exchange(m_object, nullptr)) {
             object->~T();

@@ -8,7 +8,7 @@
 
 namespace vxcore {
 
-/// Small objects that say how a thing is written to a trace.
+/// Small objects that write a value to a trace.
 namespace streamers {
 
 class VXCORE_API Boolean {
@@ -47,13 +47,14 @@ VXCORE_API std::ostream & operator<<(std::ostream & stream, String const & value
 
 } // namespace streamers
 
-/// A view of text that is made only when it is written.
+/// A view of text that is computed only when it is written. The destructor is protected: never
+/// delete through this interface.
 class VXCORE_API StringTraceData {
   public:
     /// Writes what `data` shows. A view of unknown size (all ones) writes nothing.
     static void write_to_stream(std::ostream & stream, StringTraceData const & data);
 
-    /// The text; `size` gets its bytes.
+    /// Returns the text and stores its size in bytes in `size`; all ones if the size is unknown.
     virtual char const * trace_data(unsigned int & size) const = 0;
 
   protected:

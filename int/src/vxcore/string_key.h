@@ -16,7 +16,7 @@ struct StringToken;
 
 /// A handle on an interned string: equal strings share one token, so two keys compare by address.
 ///
-/// Tokens are counted and given back when the last key on them goes. The empty string has no token.
+/// Tokens are reference-counted and freed with their last key. The empty string has no token.
 ///
 /// Cost. Making a key hashes its text and takes one lock among many; make keys once and keep them.
 /// A copy is one atomic count. Comparing, hashing and moving touch no characters and no lock.
@@ -42,19 +42,20 @@ class VXCORE_API StringKey {
 
     ~StringKey();
 
-    /// Looks `text` up without interning it: text of strangers leaves no trace this way.
+    /// Looks `text` up without interning it, so that untrusted text takes no memory.
     ///
-    /// @return false when no key of that text is alive; `key` is unchanged then. The empty text is
-    ///         always known.
+    /// @return false if no key of that text is alive; `key` is then unchanged. Always true for the
+    ///         empty text.
     static bool find_interned(std::string_view text, StringKey & key) noexcept;
 
+    /// The string. The reference is valid as long as any key of the same string lives.
     std::string const & value() const noexcept VXCORE_LIFETIMEBOUND;
 
-    /// Made with the token from a secret of the process, so it differs from run to run and chosen
-    /// texts do not collide. 0 for the empty string.
+    /// Keyed with a random secret of the process: it differs from run to run, and nobody can choose
+    /// texts that collide. Computed once per token. 0 for the empty string.
     unsigned int hash() const noexcept;
 
-    /// Tells the token: equal for equal strings, null for the empty one.
+    /// The address of the token: equal for equal strings, null for the empty one.
     void const * key_value() const noexcept { return m_token; }
 
     void swap(StringKey & other) noexcept { std::swap(m_token, other.m_token); }

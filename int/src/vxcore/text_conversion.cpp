@@ -20,7 +20,7 @@ std::string integer_text(Integer value) {
     return std::string(buffer, end);
 }
 
-/// Keeps a string that no unload destroys: code of other libraries may still hold the reference.
+/// Storage for a string that is never destroyed: other libraries may still use the reference.
 union EmptyStringStorage {
     constexpr EmptyStringStorage() noexcept : nothing{} {}
 
@@ -36,8 +36,8 @@ struct EmptyStringMaker {
     EmptyStringMaker() noexcept { ::new (&g_emptyStringStorage.text) std::string; }
 };
 
-/// Runs ahead of all other load-time code of this library. A library that uses this one is loaded
-/// later, so that its own load-time code finds the string too.
+/// Runs before all other static initialisers of this library. Libraries that use this one are
+/// loaded later, so that theirs find the string too.
 [[gnu::init_priority(101)]] EmptyStringMaker const g_emptyStringMaker;
 
 constexpr unsigned char lower_ascii(char c) noexcept {
@@ -89,8 +89,8 @@ namespace impl {
 
 namespace {
 
-/// Tells the two ways in which a decimal number can leave the range of a double: true for one that
-/// is too small. `text` is such a number, without a leading plus.
+/// Distinguishes underflow (true) from overflow (false). `text` is a decimal number out of the
+/// range of a double, without a leading plus.
 bool is_too_small(std::string_view text) noexcept {
     constexpr long long enough = 1'000'000'000'000; // no text is as long as this
     long long scale = 0;                            // the number is 0.d... * 10^scale, d not 0
@@ -133,7 +133,7 @@ bool scan_double(std::string_view text, double & value) noexcept {
     char const * const last = text.data() + text.size();
     DefaultFloatingPoint const environment;
     auto const [end, error] = std::from_chars(text.data(), last, value);
-    // A closing brace can only end the form nan(...), which is none of ours.
+    // A closing parenthesis can only end the form nan(...), which is not accepted.
     if (end != last || text.back() == ')') {
         return false;
     }

@@ -14,16 +14,16 @@ VXCORE_API std::string to_string(unsigned short value);
 VXCORE_API std::string to_string(long long value);
 VXCORE_API std::string to_string(unsigned long long value);
 
-/// Three-way comparison with A to Z taken as a to z and all other bytes as unsigned values; a text
-/// that is a prefix of the other orders first. -1, 0 or 1.
+/// Three-way comparison by unsigned bytes, with A to Z taken as a to z. A prefix is less than the
+/// longer text. Returns -1, 0 or 1.
 VXCORE_API int compare_nocase_ascii(char const * a, unsigned int aSize, char const * b,
                                     unsigned int bSize) noexcept;
 
-/// True when `compare_nocase_ascii` gives 0.
+/// True if `compare_nocase_ascii` returns 0.
 VXCORE_API bool string_equal_nocase_ascii(char const * a, unsigned int aSize, char const * b,
                                           unsigned int bSize) noexcept;
 
-/// One empty string, for functions that give a reference.
+/// One empty string, for functions that return a reference. Never destroyed.
 VXCORE_API extern std::string const & g_emptyString;
 
 namespace impl {

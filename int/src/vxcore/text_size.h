@@ -10,7 +10,7 @@ namespace vxcore {
 /// Raises the `std::length_error` of `text_size`.
 [[noreturn]] VXCORE_API void throw_text_too_long();
 
-/// The size of a text as the 32-bit number that sizes are counted in.
+/// Returns the size of a text in 32 bits, the type of all sizes here.
 ///
 /// @raises std::length_error: `size` is above 2^32 - 1 bytes.
 inline unsigned int text_size(std::size_t size) {

@@ -4,16 +4,18 @@
 
 namespace vxcore::impl {
 
-/// What the three time types share: a signed 64-bit number of ticks of 100 nanoseconds.
+/// Base of the three time types: a signed 64-bit number of ticks of 100 nanoseconds.
 ///
-/// `Time` is the deriving class, so that different kinds of time do not compare.
+/// `Time` is the derived class (CRTP), so that different kinds of time do not compare.
 template <typename Time>
 class TickCount {
   public:
+    /// The resolution of all three types.
     static constexpr long long ticks_per_second = 10'000'000;
 
     constexpr long long ticks() const noexcept { return m_ticks; }
 
+    /// The lower half of the ticks, xor the upper half.
     constexpr unsigned int hash() const noexcept {
         auto const bits = static_cast<unsigned long long>(m_ticks);
         return static_cast<unsigned int>(bits) ^ static_cast<unsigned int>(bits >> 32);

@@ -4,8 +4,8 @@ namespace vxcore {
 
 /// Names an object whose contents the receiver may take over, leaving it empty.
 ///
-/// It is what `transfer()` of a class gives and what its constructor and assignment accept. It owns
-/// nothing and is used at once: it must not outlive the expression that made it.
+/// Returned by `transfer()` of a class and accepted by its constructor and assignment. It owns
+/// nothing and must not outlive the expression that made it.
 template <typename T>
 class TransferSource {
   public:

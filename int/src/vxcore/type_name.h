@@ -7,8 +7,7 @@
 
 namespace vxcore {
 
-/// The name of a type as a programmer writes it, such as "unsigned int": what the runtime knows,
-/// made readable where the compiler mangles names. For messages.
+/// Returns the demangled name of a type, such as "unsigned int". For messages.
 VXCORE_API std::string type_name(std::type_info const & type);
 
 } // namespace vxcore

@@ -21,30 +21,35 @@ class VXCORE_API Uuid {
 
     constexpr explicit Uuid(BinaryData const & data) noexcept : m_data(data) {}
 
-    /// Reads a text of either form of `as_string`, digits in either case.
+    /// Reads a text in either format of `as_string`. Digits may be of either case.
     ///
-    /// @return false when `text` is none; `uuid` is unchanged then.
+    /// @return false if `text` is in neither format; `uuid` is then unchanged.
     static bool parse(std::string_view text, Uuid & uuid) noexcept;
 
-    constexpr BinaryData const & data() const noexcept { return m_data; }
+    /// The 16 bytes in the order of the text.
+    constexpr BinaryData const & data() const noexcept VXCORE_LIFETIMEBOUND { return m_data; }
 
-    /// @param format  0: 8-4-4-4-12 lower case digits with dashes; 1: the 32 digits alone.
+    /// Returns the text in lower case.
+    ///
+    /// @param format  1: 32 digits without dashes; any other value: 8-4-4-4-12 with dashes.
     std::string as_string(unsigned int format) const;
 
+    /// Sets all bytes to zero.
     void clear() noexcept { m_data = {}; }
 
     void swap(Uuid & other) noexcept { std::swap(m_data, other.m_data); }
 
-    /// The bytes folded as h * 5 + b, each unsigned.
+    /// Folds the bytes, each unsigned, with `hash_fold`.
     unsigned int hash() const noexcept;
 
+    /// Orders by the bytes, each unsigned.
     friend auto operator<=>(Uuid const &, Uuid const &) noexcept = default;
 
   private:
     BinaryData m_data;
 };
 
-/// Writes form 0.
+/// Writes format 0.
 VXCORE_API std::ostream & operator<<(std::ostream & stream, Uuid const & uuid);
 
 } // namespace vxcore

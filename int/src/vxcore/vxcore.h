@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything of vxcore. A source that cares for its compile time includes the single headers.
+/// Everything of vxcore. Include single headers to save compile time.
 
 #include "vxcore/absolute_time.h"
 #include "vxcore/chrono.h"

@@ -4,10 +4,10 @@
 
 #include <string>
 
-/// The modules of the process by name, so that a second copy of one is noticed when it is loaded.
+/// The modules of the process by name, so that loading a second copy of one is detected.
 ///
-/// There is one table per process. It is good before any load-time code and until the process ends:
-/// this library is never unloaded.
+/// There is one table per process. It works from the first static initialiser until the process
+/// ends: this library is never unloaded.
 ///
 /// Threads. All functions may be called from any thread; each takes the one lock of the table.
 namespace vxmoduleregistry {
@@ -18,21 +18,22 @@ class VXMODULEREGISTRY_API ModuleInfo {
     ModuleInfo() noexcept = default;
     ~ModuleInfo() = default;
 
-    /// The information text, empty when nothing was registered; ends with a terminator.
+    /// The information text; empty if nothing was registered.
     std::string text;
 };
 
 /// Registers a module. Both texts are copied.
 ///
-/// @return false when the name is registered already; nothing changes then.
+/// @return false if the name is registered already; nothing changes then.
+/// @raises std::bad_alloc: no memory; nothing changes.
 VXMODULEREGISTRY_API bool add_module_info(char const * name, char const * info);
 
 /// Fills `info` with what is registered under the name.
 ///
-/// @return false when there is nothing; `info` is as it was then.
+/// @return false if there is nothing; `info` is then unchanged.
 VXMODULEREGISTRY_API bool query_module_info(char const * name, ModuleInfo * info);
 
-/// Removes what is registered under the name, whoever registered it.
+/// Removes what is registered under the name; any caller may.
 ///
 /// @return false when there was nothing.
 VXMODULEREGISTRY_API bool remove_module_info(char const * name);

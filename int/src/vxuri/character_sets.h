@@ -2,11 +2,11 @@
 
 #include <string_view>
 
-/// The character classes of RFC 2396, for those who write or parse references. This library splits
-/// a reference without them.
+/// The character classes of RFC 2396, for code that writes or parses references. This library does
+/// not use them itself.
 namespace vxuri::character_sets {
 
-/// Characters that stand for nothing in a reference and therefore stay escaped.
+/// Characters that are not allowed in a reference and therefore stay escaped.
 inline constexpr std::string_view neverUnescaped = " <>\"{}|\\^[]`";
 
 /// The signs of an escape and of a fragment.

@@ -4,8 +4,8 @@ namespace vxuri::impl {
 
 namespace {
 
-/// One instance, held through a plain pointer: with neither constructor nor destructor to run, it
-/// can be asked before this file's load-time code and after its end.
+/// One instance, held through a plain pointer. It has no constructor or destructor to run, so that
+/// it can be used before the static initialisers of this file and after its destructors.
 class SharedInstance {
   public:
     constexpr explicit SharedInstance(unsigned int firstWord) noexcept : m_firstWord(firstWord) {}
@@ -22,7 +22,7 @@ class SharedInstance {
         return data;
     }
 
-    /// Gives the instance back, and keeps none from now on.
+    /// Releases the instance; later calls of `get` make a new one each.
     void end() noexcept {
         m_ended = true;
         if (m_data != nullptr) {

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <string_view>
 
-// Each function checks one rule of RFC 3986, appendix A, on the whole text that it is given. What
-// the split of a reference has seen to already is not asked again: no path holds a "?", say.
+// Each function checks one rule of RFC 3986, appendix A, on its whole argument. What splitting a
+// reference guarantees is not checked again: no path contains a "?", for example.
 
 namespace vxuri::impl {
 
@@ -29,19 +29,19 @@ bool is_one_of(char c, std::string_view set) noexcept {
     return set.find(c) != set.npos;
 }
 
-/// Unreserved characters and the sub-delimiters, which may stand in each component but the scheme.
+/// Unreserved characters and the sub-delimiters, which every component but the scheme may contain.
 bool is_common(char c) noexcept {
     return is_alpha(c) || is_digit(c) || is_one_of(c, "-._~!$&'()*+,;=");
 }
 
-/// Passes over `prefix` when `text` begins with it.
+/// Removes `prefix` from `text` if `text` begins with it.
 bool take(std::string_view & text, std::string_view prefix) noexcept {
     bool const found = text.starts_with(prefix);
     text.remove_prefix(found ? prefix.size() : 0);
     return found;
 }
 
-/// True when `text` holds only common characters, escapes and characters of `others`.
+/// True if `text` contains only common characters, escapes and characters of `others`.
 bool is_run(std::string_view text, std::string_view others) noexcept {
     while (!text.empty()) {
         if (take(text, "%")) {

@@ -9,17 +9,17 @@
 
 namespace vxuri::impl {
 
-/// What stands behind a UriReference: the text and where its components lie. Immutable and shared.
+/// The shared data of a UriReference: its text and the positions of its components. Immutable.
 ///
-/// The words of `parts`, positions and sizes in bytes. A size counts the delimiter that brings the
-/// component in, so that 0 says that there is no such component. In the shared instances of empty
-/// text all of them are 0, but for the mark of the undefined one.
+/// The words of `parts`, positions and sizes in bytes. A size includes the delimiter of the
+/// component, so that 0 means that the component is absent. In the shared instances of empty text
+/// all words are 0, except for the mark of the undefined one.
 ///
 ///     [0]  0; all ones when the reference is undefined
 ///     [1]  size of the scheme with its ":"
 ///     [2]  size of the authority with its "//"
 ///     [3]  end of the path, which begins at [1] + [2]
-///     [4]  size of the query with its "?"; [3] + [4] is the end of all that stands before the "#"
+///     [4]  size of the query with its "?"; [3] + [4] is the end of the text before the "#"
 ///     [5]  size of the fragment with its "#"
 ///     [6]  size of the user information with its "@"
 ///     [7]  begin of the host
@@ -41,8 +41,8 @@ class VXURI_API UriParseData final : public vxcore::RefCounted<vxcore::AtomicRef
         UriParseData const & m_data;
     };
 
-    /// A view of the text before the "#". Its size is [3] + [4] as they are, all ones when the sum
-    /// overflows: words that `split` did not make may lead beyond the text.
+    /// A view of the text before the "#". Its size is [3] + [4], or all ones if the sum overflows.
+    /// The size may exceed the text if the words do not come from `split`.
     class VXURI_API TraceDataUri final : public vxcore::StringTraceData {
       public:
         explicit TraceDataUri(UriParseData const & data) noexcept : m_data(data) {}
@@ -53,7 +53,7 @@ class VXURI_API UriParseData final : public vxcore::RefCounted<vxcore::AtomicRef
         UriParseData const & m_data;
     };
 
-    /// Takes text and words as they are.
+    /// Stores text and words unchecked.
     ///
     /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes.
     UriParseData(std::string text, Parts const & parts);

@@ -14,8 +14,8 @@ namespace vxuri {
 
 namespace {
 
-/// The text from `begin` to `end`, as far as there is such text: the words of parse data that was
-/// not made by `split` are not to be trusted.
+/// Returns the text from `begin` to `end`, clamped to the text: the words of parse data that was
+/// not made by `split` are untrusted.
 std::string_view piece(std::string_view text, unsigned long long begin,
                        unsigned long long end) noexcept {
     end = std::min<unsigned long long>(end, text.size());
@@ -128,7 +128,7 @@ int UriReference::compare(UriReference const & other) const noexcept {
     std::string_view const a = text();
     std::string_view const b = other.text();
     std::size_t const size = std::min(a.size(), b.size());
-    std::size_t escaped = 0; // how many of the bytes that come next are behind a "%"
+    std::size_t escaped = 0; // how many of the next bytes belong to an escape
     for (std::size_t i = 0; m_data != other.m_data && i < size; ++i) {
         if (a[i] != b[i]) {
             signed char const x = escaped > 0 ? fold_escape(a[i]) : static_cast<signed char>(a[i]);
@@ -137,7 +137,7 @@ int UriReference::compare(UriReference const & other) const noexcept {
                 return x - y;
             }
         }
-        // A "%" that is itself behind a "%" begins no escape.
+        // A "%" inside an escape begins no other.
         escaped = escaped > 0 ? escaped - 1 : a[i] == '%' ? 2 : 0;
     }
     return compare_sizes(a.size(), b.size());
@@ -163,7 +163,7 @@ void UriReference::write_trace(std::ostream & stream) const {
         stream << "<undefined>";
         return;
     }
-    // The stream is foreign code: it might let go of this very reference.
+    // Writing to the stream may run foreign code, which might destroy this reference.
     vxcore::RefCountPtr<impl::UriParseData const> const data = m_data;
     vxcore::StringTraceData::write_to_stream(stream, data->traceReference);
 }

@@ -20,7 +20,7 @@ class UriParseData;
 /// compares equal to it, but traces as "<undefined>".
 ///
 /// Comparison is by bytes, taken as signed characters, except that A to F and a to f are alike in
-/// the two characters behind a "%": %2f equals %2F. Escapes are not decoded.
+/// the two characters after a "%": %2f equals %2F. Escapes are not decoded.
 ///
 /// Threads. References may be copied and read in any thread.
 class VXURI_API UriReference {
@@ -28,16 +28,18 @@ class VXURI_API UriReference {
     /// The undefined reference.
     UriReference() noexcept;
 
-    /// Takes parse data over; not null.
+    /// @pre `data` is not null.
     explicit UriReference(vxcore::RefCountPtr<impl::UriParseData const> data) noexcept;
 
-    /// One count. Out of line: the parse data are incomplete here.
+    /// A copy costs one atomic count. Out of line, because the parse data is incomplete here.
     UriReference(UriReference const &) noexcept;
     UriReference & operator=(UriReference const &) noexcept;
     ~UriReference();
 
-    /// Splits `text` by the regular expression of RFC 3986 appendix B, which every text matches:
-    /// nothing is refused. Empty text gives the empty reference.
+    /// Splits `text` by the regular expression of RFC 3986 appendix B, which every text matches.
+    /// Returns the empty reference for an empty text.
+    ///
+    /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes.
     static UriReference parse(std::string text);
 
     /// The shared reference of empty text that is not undefined.
@@ -46,13 +48,15 @@ class VXURI_API UriReference {
     /// True when the text follows the grammar of RFC 3986 to the letter.
     bool is_strict() const noexcept;
 
+    /// The text as written; empty for the undefined reference too.
     std::string const & text() const noexcept VXCORE_LIFETIMEBOUND;
 
     bool empty() const noexcept;
 
     bool is_undefined() const noexcept;
 
-    /// Components as views into the text; empty when absent (see the `has_` functions).
+    /// The components as views into the text, without their delimiters; empty if absent. The `has_`
+    /// functions tell an absent component from an empty one.
     std::string_view scheme() const noexcept VXCORE_LIFETIMEBOUND;
     std::string_view authority() const noexcept VXCORE_LIFETIMEBOUND;
     std::string_view host() const noexcept VXCORE_LIFETIMEBOUND;
@@ -70,10 +74,12 @@ class VXURI_API UriReference {
     bool equal(UriReference const & other) const noexcept;
     unsigned int hash() const noexcept;
 
-    /// "<undefined>" for the undefined reference, else the text.
+    /// Writes "<undefined>" for the undefined reference, otherwise the text.
     void write_trace(std::ostream & stream) const;
 
-    vxcore::RefCountPtr<impl::UriParseData const> const & parse_data() const noexcept {
+    /// Never null.
+    vxcore::RefCountPtr<impl::UriParseData const> const &
+    parse_data() const noexcept VXCORE_LIFETIMEBOUND {
         return m_data;
     }
 
