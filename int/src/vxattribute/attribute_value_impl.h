@@ -1,32 +1,35 @@
 #pragma once
 
-/// What stands behind an AttributeValue. Include "vxattribute/attribute_value.h" instead; this
-/// header is installed because inline code of callers reads through it.
+/// The representation of an AttributeValue. Include "vxattribute/attribute_value.h" instead: this
+/// header is installed only because inline code of callers needs it.
 
 #include "vxattribute/value_type_traits.h"
 #include "vxcore/ref_count.h"
 
 namespace vxattribute::impl {
 
-/// Raises the standard out-of-range exceptions and the two errors of cardinality.
+/// Raise error.vxattribute.value.cardinality.expectNonzero and .expectSingle.
 [[noreturn]] VXATTRIBUTE_API void throw_array_empty_error();
 [[noreturn]] VXATTRIBUTE_API void throw_get_on_multi_value_attribute();
 
-/// A run of elements of one type, whoever owns them.
+/// A run of elements of one type: the interface of every representation.
 ///
-/// Not destroyed through this class: a value is given up by `release()`. The operations that take a
-/// holder are called on the object which that holder holds and may replace it; the object must not
-/// be touched after the call.
+/// The destructor is protected: call `release()` to give a value up. An operation that takes a
+/// holder must be called on the object in that holder. It may replace the object, so do not use the
+/// object after the call. When it raises, the holder keeps the object it had.
 class VXATTRIBUTE_API ValueBase {
   public:
     ValueTypeId const & type() const noexcept { return *m_type; }
 
+    /// Gives up one reference, and destroys the object with the last one.
     virtual void release() const noexcept = 0;
+    /// Another reference to this object, or a copy. The caller owns the result.
     virtual ValueBase * clone() const = 0;
-    /// Makes the holder's object private, so that it may be written.
+    /// Makes the holder's object unshared, so that it may be written.
     virtual void prepare_write(ValueHolder & holder) = 0;
-    /// Makes the holder's object one that can take several elements; its elements stay.
+    /// Makes the holder's object one that can take several elements, and keeps its elements.
     virtual void promote_to_multivalue(ValueHolder & holder) = 0;
+    /// The operations of AttributeValue with the same names. The caller owns a subrange.
     virtual ValueBase * subrange(unsigned int pos) const = 0;
     virtual ValueBase * subrange(unsigned int pos, unsigned int count) const = 0;
     virtual void clear(ValueHolder & holder) = 0;
@@ -54,7 +57,7 @@ class VXATTRIBUTE_API ValueBase {
 template <typename T>
 class TypedValue;
 
-/// The null value: one object, part of the library's constant data.
+/// The null value: one object in the library's constant data.
 template <>
 class VXATTRIBUTE_API TypedValue<NullValueType> : public ValueBase {
   public:
@@ -83,7 +86,7 @@ class VXATTRIBUTE_API TypedValue<NullValueType> : public ValueBase {
     ~TypedValue() = default;
 };
 
-/// Owns one value; never empty: with nothing in it, it holds the null value.
+/// Owns one value. It is never empty: by default it holds the null value.
 class ValueHolder {
   public:
     constexpr ValueHolder() noexcept : m_value(&TypedValue<NullValueType>::sm_instance) {}
@@ -100,10 +103,10 @@ class ValueHolder {
 
     ~ValueHolder() { m_value->release(); }
 
-    /// Adopts `value`, then releases what was held before.
+    /// Adopts `value`, then releases the previous value.
     void attach(ValueBase * value) noexcept { ValueHolder(value).swap(*this); }
 
-    /// Gives the object to the caller and holds null from then on.
+    /// Passes the object to the caller, and holds null afterwards.
     [[nodiscard]] ValueBase * detach() noexcept {
         return std::exchange(m_value, &TypedValue<NullValueType>::sm_instance);
     }
@@ -122,7 +125,7 @@ class ValueHolder {
     ValueBase * m_value;
 };
 
-/// How an element comes in: texts as a (data, size) pair, all else by reference.
+/// The argument type for an element: a (data, size) pair for texts, otherwise the type itself.
 template <typename T>
 struct ElementArgument {
     using Type = T;
@@ -136,35 +139,23 @@ struct ElementArgument<std::string> {
 template <typename T>
 using ElementArg = typename ElementArgument<T>::Type;
 
-/// Types with an unshared form for a lone element. The others are shared by count even then, since
-/// copying them is dear.
+/// True when a lone element has an unshared form, SingleValueImpl. Elements of the other types are
+/// always counted, because copying them is expensive.
 template <typename T>
-inline constexpr bool has_single_value_impl = true;
-template <>
-inline constexpr bool has_single_value_impl<std::string> = false;
-template <>
-inline constexpr bool has_single_value_impl<BinaryValue> = false;
-template <>
-inline constexpr bool has_single_value_impl<SerializedValue> = false;
-template <>
-inline constexpr bool has_single_value_impl<SecuredValue> = false;
+inline constexpr bool has_single_value_impl = element_type_row<T>.storage != eStorage_Shared;
 
-/// Types whose common values are static objects.
+/// True when common values of the type are static objects.
 template <typename T>
-inline constexpr bool has_singletons = false;
-template <>
-inline constexpr bool has_singletons<bool> = true;
-template <>
-inline constexpr bool has_singletons<long long> = true;
+inline constexpr bool has_singletons = element_type_row<T>.storage == eStorage_Static;
 
 /// A run of elements in memory. At most one element lives inside the object itself (the inline
 /// slot); two or more live in a block from the heap.
 ///
-/// Invariants: 1. begin <= end. 2. While `m_begin` points at the inline slot, the union holds the
-/// element, else the end of the block. 3. Two or more elements are always in a block.
+/// Invariants: 1. begin <= end. 2. The union holds the element while `m_begin` points at the inline
+/// slot, otherwise the end of the block. 3. Two or more elements are always in a block.
 ///
-/// The storage operations check nothing and are for an object that may be written: one that was
-/// just made, or one behind `prepare_write`. When they raise, the elements are as they were.
+/// The storage operations do not check whether the object is shared. Call them only on a new object
+/// or after `prepare_write`. When they raise, the elements are as they were.
 template <typename T>
 class VXATTRIBUTE_API TypedValue : public ValueBase {
   public:
@@ -182,7 +173,7 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         return m_begin[index];
     }
 
-    /// The one element, or the type's default when there is none.
+    /// The one element, or the type's default when there is none. Raises for two or more.
     T const & get() const {
         if (m_end - m_begin == 1) [[likely]] {
             return *m_begin;
@@ -193,6 +184,7 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         return Traits::default_value();
     }
 
+    /// The first element. Raises when there is none.
     T const & front() const {
         if (m_begin == m_end) {
             throw_array_empty_error();
@@ -200,13 +192,13 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         return *m_begin;
     }
 
-    /// Makes room for `n` elements in all.
+    /// Makes room for `n` elements in total.
     void reserve(unsigned int n);
     /// Appends a copy of `x`, which may be an element of this value.
     void push_back(Arg const & x);
     /// Replaces the elements by copies of [first, last), which may lie in this value.
     void assign(T const * first, T const * last);
-    /// Appends a default element and gives it, for a reader to fill.
+    /// Appends a default element and returns it, for a reader to fill.
     T & push_back_default();
 
     ValueBase * subrange(unsigned int pos) const override;
@@ -220,7 +212,7 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
                      unsigned int indent) const override;
 
     virtual ~TypedValue();
-    /// Makes the holder's value one of the single element `value`.
+    /// Replaces the elements of the holder's value by `value` alone.
     virtual void set_single(ValueHolder & holder, Arg const & value) = 0;
 
     static void * operator new(std::size_t size);
@@ -231,7 +223,7 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         m_begin = m_end = &m_slot.element;
     }
 
-    /// A static of one plain element.
+    /// A static object with one plain element.
     constexpr explicit TypedValue(T x) noexcept requires has_singletons<T>
         : ValueBase(&Traits::type()), m_begin(nullptr), m_end(nullptr), m_slot(x) {
         m_begin = &m_slot.element;
@@ -241,7 +233,7 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
     TypedValue(TypedValue const &) = delete;
     TypedValue & operator=(TypedValue const &) = delete;
 
-    /// `set_single` in place: assigns before it erases, since `value` may be one of the erased.
+    /// Assigns before it erases, because `value` may be one of the erased elements.
     void set_single_in_place(Arg const & value);
     void clear_in_place() noexcept;
 
@@ -279,7 +271,7 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
     Slot m_slot;
 };
 
-/// At most one element, held by one holder; a copy is a second object.
+/// At most one element, owned by one holder. A clone is a second object.
 template <typename T>
 class VXATTRIBUTE_API SingleValueImpl final : public TypedValue<T> {
   public:
@@ -296,7 +288,7 @@ class VXATTRIBUTE_API SingleValueImpl final : public TypedValue<T> {
     void set_single(ValueHolder & holder, Arg const & value) override;
 };
 
-/// Any number of elements, shared by count and copied on the first write.
+/// Any number of elements, reference-counted and copied on the first write.
 template <typename T>
 class VXATTRIBUTE_API RefCountedValueImpl final : public TypedValue<T> {
   public:
@@ -317,19 +309,19 @@ class VXATTRIBUTE_API RefCountedValueImpl final : public TypedValue<T> {
     mutable vxcore::AtomicRefCount m_count{1};
 };
 
-/// Objects that the factory of a type shares out; only strings have some.
+/// Values that the factory of a type shares between callers. Only strings have any.
 template <typename T>
 struct ValueFactoryStatics {};
 
 template <>
 struct VXATTRIBUTE_API ValueFactoryStatics<std::string> {
-    /// The empty value, and the value of one empty string. Their own reference keeps both shared
-    /// for ever, so nobody writes to them in place.
+    /// The empty value, and the value of one empty string. The library keeps a reference to each,
+    /// so that they are always shared and never written in place.
     static ValueHolder const & sm_defaultConstructed;
     static ValueHolder const & sm_emptyString;
 };
 
-/// Makes values of one type, in the class that suits the elements. The caller owns the result.
+/// Creates values of one type in the suitable class. The caller owns the result.
 template <typename T>
 struct VXATTRIBUTE_API ValueFactory : ValueFactoryStatics<T> {
     /// The empty value of the type.
@@ -338,7 +330,7 @@ struct VXATTRIBUTE_API ValueFactory : ValueFactoryStatics<T> {
     static TypedValue<T> * create_value(ElementArg<T> const & x);
     /// A copy of the elements [first, last).
     static TypedValue<T> * create_value(T const * first, T const * last);
-    /// The canonical form of `value`: a static object where there is one.
+    /// A copy of `value`: a static object if there is one.
     template <typename U>
 
     requires(has_singletons<T> && std::is_same_v<U, T>) static TypedValue<T> * create_value(
@@ -354,16 +346,15 @@ struct VXATTRIBUTE_API ValueFactory<NullValueType> {
     }
 };
 
-/// The empty value of the type with that number.
+/// The empty value of the type with that number. The caller owns it.
 ///
-/// @raises error.vxattribute.value.type.unknown: no element type of this library has it.
+/// @raises error.vxattribute.value.type.unknown: no type has that number.
 [[nodiscard]] VXATTRIBUTE_API ValueBase * create_empty_value(ValueTypeId::EId id);
 
 } // namespace vxattribute::impl
 
-/// Says that an element type is instantiated in the library, once, and its default defined there in
-/// load order: nobody else makes code of these. Stands in the header of each type, since the type
-/// must be complete.
+/// Declares that the library instantiates the templates of an element type and defines its default,
+/// so that no other code does. Used in the header of each type, because the type must be complete.
 // clang-format off
 #define VXATTRIBUTE_EXTERN_ELEMENT(T)                                                              \
     template <> VXATTRIBUTE_API vxattribute::impl::ValueTypeTraitsBase<T>::DefaultHolder const &   \

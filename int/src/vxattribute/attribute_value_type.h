@@ -7,81 +7,82 @@
 
 namespace vxattribute {
 
-/// The type of a value: one of fifteen, numbered 0 to 14.
+/// The type of a value: null or one of the element types.
 ///
-/// The only objects of this class are the constants below; hold them by reference or pointer. The
-/// numbers are stored data: they go on the wire and order values of different types. Ids are good
-/// before any load-time code has run, names from load on.
+/// Every type has a number `eId_...` and a constant `type...`, such as `ValueTypeId::eId_Uuid` and
+/// `ValueTypeId::typeUuid`. The types and their numbers are listed in element_type_table.inc:
+///
+///     1 Boolean  2 Integer  3 String  4 Double  5 Uuid ...    (0 is Null)
+///
+/// The constants are the only objects of this class; hold them by reference or pointer. The numbers
+/// are stored data: they are written to streams and order values of different types. Numbers are
+/// usable before any load-time code has run, names from load on.
 class VXATTRIBUTE_API ValueTypeId {
   public:
+    /// The numbers, from 0 without gaps.
     enum EId : int {
         eId_Null = 0,
-        eId_Boolean = 1,
-        eId_Integer = 2,
-        eId_String = 3,
-        eId_Double = 4,
-        eId_Uuid = 5,
-        eId_Uri = 6,
-        eId_AbsoluteTime = 7,
-        eId_RelativeTime = 8,
-        eId_SimpleDateTime = 9,
-        eId_Binary = 10,
-        eId_Serialized = 11,
-        eId_AttributeMap = 12,
-        eId_Secured = 13,
-        eId_ErrorInfo = 14,
+
+#define VX_ELEMENT_TYPE(number, Id, ...) eId_##Id = number,
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
     };
 
+    /// How many types there are, null included: one more than the greatest number.
+    static constexpr int count = 1
+#define VX_ELEMENT_TYPE(...) +1
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
+        ;
+
     static ValueTypeId const typeNull;
-    static ValueTypeId const typeBoolean;
-    static ValueTypeId const typeInteger;
-    static ValueTypeId const typeString;
-    static ValueTypeId const typeDouble;
-    static ValueTypeId const typeUuid;
-    static ValueTypeId const typeUri;
-    static ValueTypeId const typeAbsoluteTime;
-    static ValueTypeId const typeRelativeTime;
-    static ValueTypeId const typeSimpleDateTime;
-    static ValueTypeId const typeBinary;
-    static ValueTypeId const typeSerialized;
-    static ValueTypeId const typeAttributeMap;
-    static ValueTypeId const typeSecured;
-    static ValueTypeId const typeErrorInfo;
+#define VX_ELEMENT_TYPE(number, Id, ...) static ValueTypeId const type##Id;
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
 
     ValueTypeId(ValueTypeId const &) = delete;
     ValueTypeId & operator=(ValueTypeId const &) = delete;
 
-    /// The constant of that number.
+    /// The constant with that number.
     ///
-    /// @raises error.vxattribute.value.type.unknown: `id` is not in 0 to 14.
+    /// @raises error.vxattribute.value.type.unknown: `id` is below 0, or `count` and above.
     static ValueTypeId const & from_id(EId id);
 
-    EId id() const noexcept { return m_id; }
+    /// The number.
+    EId id() const noexcept {
+        return m_id;
+    }
 
-    std::string const & name() const noexcept { return *m_name; }
+    /// The name, such as "UUID". It lives as long as the process.
+    std::string const & name() const noexcept {
+        return *m_name;
+    }
 
-    /// The difference of the two numbers.
-    int compare(ValueTypeId const & other) const noexcept { return m_id - other.m_id; }
+    /// The difference of the two numbers: negative, 0 or positive.
+    int compare(ValueTypeId const & other) const noexcept {
+        return m_id - other.m_id;
+    }
 
+    /// True for the same type.
     bool operator==(ValueTypeId const & other) const noexcept {
-        // One object per type is the rule; the ids settle it should a process hold two copies.
+        // The same object in the usual case. Two copies of the library have two objects per type.
         return this == &other || m_id == other.m_id;
     }
 
   private:
-    /// @param name  Storage that load-time code fills: a std::string is no constant.
+    /// @param name  Storage that load-time code fills: a std::string cannot be a constant.
     constexpr ValueTypeId(EId id, std::string const * name) noexcept : m_id(id), m_name(name) {}
 
     EId m_id;
     std::string const * m_name;
 };
 
-/// Inserts the name as any string is inserted.
+/// Inserts the name as a std::string is inserted: width and fill of the stream apply.
 VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream, ValueTypeId const & type);
 
 namespace impl {
 
-/// Stands for the type of the null value; no element of it is ever stored.
+/// Represents the type of the null value. No element of it is ever stored.
 struct NullValueType {};
 
 /// Raises the error of `ValueTypeId::from_id` for that number.

@@ -11,16 +11,51 @@
 #include <string>
 #include <utility>
 
-/// The rules per element type: default, order, equality, hash, construction, relocation, trace.
+/// The rules per element type: default, order, equality, hash, construction, relocation, rendering.
 ///
-/// All are static members, so that the templates of attribute_value_impl.h call them without a
-/// virtual call per element. `compare` gives a number of which only the sign counts.
+/// All are static members, so that the templates of attribute_value_impl.h need no virtual call per
+/// element. Only the sign of a `compare` result counts.
 namespace vxattribute::impl {
 
 /// The element type of ErrorInfo values; may be null.
 using ErrorInfoPtr = vxcore::RefCountPtr<vxcore::ErrorInfo const>;
 
-/// What every element type has: a default object and the rules by its own `<` and `==`.
+/// Columns of element_type_table.inc, which explains each value.
+enum EElementStorage { eStorage_Static, eStorage_Single, eStorage_Shared };
+
+enum EElementRelocation { eRelocation_Bytes, eRelocation_Move, eRelocation_Copy };
+
+enum EElementList { eList_Sized, eList_Array };
+
+/// The row of an element type in element_type_table.inc.
+struct ElementTypeRow {
+    ValueTypeId::EId id;
+    EElementStorage storage;
+    EElementRelocation relocation;
+    EElementList list;
+};
+
+/// The row of `T`; one with the number of null when values have no elements of type `T`.
+template <typename T>
+inline constexpr ElementTypeRow element_type_row = {ValueTypeId::eId_Null, eStorage_Single,
+                                                    eRelocation_Move, eList_Sized};
+
+#define VX_ELEMENT_TYPE(number, Id, name, Type, storage, relocation, wire, list)                   \
+    template <>                                                                                    \
+    inline constexpr ElementTypeRow element_type_row<Type> = {                                     \
+        ValueTypeId::eId_##Id, eStorage_##storage, eRelocation_##relocation, eList_##list};
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
+
+/// True for the types that a value can hold elements of.
+template <typename T>
+inline constexpr bool is_element_type = element_type_row<T>.id != ValueTypeId::eId_Null;
+
+template <typename T>
+concept ElementType = is_element_type<T>;
+
+/// Common to all element types: the default object, and order and equality by the type's own `<`
+/// and `==`.
 template <typename T>
 struct ValueTypeTraitsBase {
     class DefaultHolder {
@@ -33,8 +68,8 @@ struct ValueTypeTraitsBase {
         T m_value;
     };
 
-    /// A reference, since a program may hold its own copy of an exported object, made before
-    /// load-time code has filled it. A copy of a reference is as good as the original.
+    /// A reference, because the linker may copy an exported object into the program before
+    /// load-time code has filled it. A copy of the reference still names the filled object.
     static DefaultHolder const & sm_default;
 
     static T const & default_value() noexcept { return sm_default.value(); }
@@ -51,12 +86,12 @@ struct PodValueTypeTraits : ValueTypeTraitsBase<T> {
 
     static void assign_value(T * p, T v) noexcept { *p = v; }
 
-    /// Copies [first, last) to raw storage; gives the end of the copy.
+    /// Copies [first, last) to raw storage and returns the end of the copy.
     static T * move_construct_range(T * first, T * last, T * dest) noexcept {
         return copy_bytes(first, last, dest);
     }
 
-    /// Closes the gap [first, last) of a run that ends at `end`; gives the new end.
+    /// Removes [first, last) from a run that ends at `end` and returns the new end.
     static T * erase_range(T * first, T * last, T * end) noexcept {
         return copy_bytes(last, end, first);
     }
@@ -71,14 +106,14 @@ struct PodValueTypeTraits : ValueTypeTraitsBase<T> {
     }
 };
 
-/// For all other types. `Movable`: a move cannot fail and leaves nothing to destroy. `Relocatable`:
-/// the bytes of an object may move to another place.
+/// For all other types. Movable and relocatable: elements are moved. Only relocatable: their bytes
+/// are copied. Neither: elements are copied one by one, which may raise.
 template <typename T, bool Movable, bool Relocatable>
 struct ObjValueTypeTraitsBase;
 
 template <typename T>
 struct ObjValueTypeTraitsBase<T, true, true> : ValueTypeTraitsBase<T> {
-    /// Takes the elements over into raw storage at `dest`; the sources need no destruction.
+    /// Moves the elements to raw storage at `dest`. The sources are destroyed.
     static T * move_construct_range(T * first, T * last, T * dest) noexcept {
         for (; first != last; ++first, ++dest) {
             ::new (static_cast<void *>(dest)) T(std::move(*first));
@@ -100,8 +135,8 @@ struct ObjValueTypeTraitsBase<T, false, true> : PodValueTypeTraits<T> {};
 
 template <typename T>
 struct ObjValueTypeTraitsBase<T, false, false> : ValueTypeTraitsBase<T> {
-    /// Copies the elements to raw storage at `dest`, then destroys the sources. When a copy fails,
-    /// what was built is destroyed and the sources stay.
+    /// Copies the elements to raw storage at `dest`, then destroys the sources. When a copy raises,
+    /// the copies are destroyed and the sources stay.
     static T * move_construct_range(T * first, T * last, T * dest) {
         T * built = dest;
         try {
@@ -132,23 +167,10 @@ struct ObjValueTypeTraitsBase<T, false, false> : ValueTypeTraitsBase<T> {
     }
 };
 
-/// The relocation group of a type; see ObjValueTypeTraitsBase.
-template <typename T>
-inline constexpr bool is_movable_element = true;
-template <>
-inline constexpr bool is_movable_element<vxcore::Uuid> = false;
-template <>
-inline constexpr bool is_movable_element<vxcore::AbsoluteTime> = false;
-template <>
-inline constexpr bool is_movable_element<vxcore::RelativeTime> = false;
-template <>
-inline constexpr bool is_movable_element<vxcore::SimpleDateTime> = false;
-template <>
-inline constexpr bool is_movable_element<vxuri::UriReference> = false;
-
 template <typename T>
 struct ObjValueTypeTraits
-    : ObjValueTypeTraitsBase<T, is_movable_element<T>, !std::is_same_v<T, vxuri::UriReference>> {
+    : ObjValueTypeTraitsBase<T, element_type_row<T>.relocation == eRelocation_Move,
+                             element_type_row<T>.relocation != eRelocation_Copy> {
     static void construct_value(T * p, T const & v) { ::new (static_cast<void *>(p)) T(v); }
 
     static void assign_value(T * p, T const & v) { *p = v; }
@@ -195,13 +217,13 @@ template <>
 struct VXATTRIBUTE_API ValueTypeTraits<double> : PodValueTypeTraits<double> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeDouble; }
 
-    /// A NaN on either side gives 0.
+    /// 0 when either side is a NaN.
     static int compare(double a, double b) noexcept { return b > a ? -1 : (a > b ? 1 : 0); }
 
     /// IEEE 754 equality: a NaN differs from everything, +0.0 equals -0.0.
     static bool equal(double a, double b) noexcept { return a == b; }
 
-    /// Over the bit pattern, so that +0.0 and -0.0 differ.
+    /// Of the bit pattern, so that +0.0 and -0.0 differ.
     static unsigned int hash(double a) noexcept {
         static_assert(sizeof(long long) == sizeof(double));
         long long bits;
@@ -216,17 +238,20 @@ struct VXATTRIBUTE_API ValueTypeTraits<double> : PodValueTypeTraits<double> {
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<std::string>
     : ObjValueTypeTraitsBase<std::string, true, true> {
-    /// A text on its way into a value: the stored string is built from it without a temporary.
+    /// A text to store: the stored string is built from it without a temporary. It refers to the
+    /// caller's text, which must outlive it.
     struct VXATTRIBUTE_API AssignArg {
         char const * data;
         unsigned int size;
 
-        /// Measures `text` up to its terminator.
+        /// The text up to its terminator.
+        ///
+        /// @raises std::length_error: `text` is longer than 2^32 - 1 bytes.
         AssignArg(char const * text);
 
         AssignArg(char const * text, unsigned int textSize) noexcept : data(text), size(textSize) {}
 
-        /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes.
+        /// @raises std::length_error: `text` is longer than 2^32 - 1 bytes.
         AssignArg(std::string const & text);
     };
 
@@ -251,40 +276,5 @@ struct VXATTRIBUTE_API ValueTypeTraits<std::string>
                             unsigned int indent, std::string const * begin,
                             std::string const * end);
 };
-
-/// True for the types that a value can hold elements of.
-template <typename T>
-inline constexpr bool is_element_type = false;
-template <>
-inline constexpr bool is_element_type<bool> = true;
-template <>
-inline constexpr bool is_element_type<long long> = true;
-template <>
-inline constexpr bool is_element_type<double> = true;
-template <>
-inline constexpr bool is_element_type<std::string> = true;
-template <>
-inline constexpr bool is_element_type<vxcore::Uuid> = true;
-template <>
-inline constexpr bool is_element_type<vxuri::UriReference> = true;
-template <>
-inline constexpr bool is_element_type<vxcore::AbsoluteTime> = true;
-template <>
-inline constexpr bool is_element_type<vxcore::RelativeTime> = true;
-template <>
-inline constexpr bool is_element_type<vxcore::SimpleDateTime> = true;
-template <>
-inline constexpr bool is_element_type<BinaryValue> = true;
-template <>
-inline constexpr bool is_element_type<SerializedValue> = true;
-template <>
-inline constexpr bool is_element_type<SecuredValue> = true;
-template <>
-inline constexpr bool is_element_type<AttributeMap> = true;
-template <>
-inline constexpr bool is_element_type<ErrorInfoPtr> = true;
-
-template <typename T>
-concept ElementType = is_element_type<T>;
 
 } // namespace vxattribute::impl

@@ -1,17 +1,17 @@
-// Everything of the library that lives as long as the library does, in the order in which it is
-// built. It is in one source because the order between sources is nobody's to choose. What
-// load-time code builds for programs to read is exported as a reference, which is a constant: a
-// program may hold copies of exported objects, made before load-time code runs.
+// All objects that live as long as the library, in the order of their construction. They are in one
+// source because C++ does not define the order between sources. Objects that load-time code builds
+// for programs are exported as references, which are constants: the linker may copy an exported
+// object into the program before load-time code runs.
 //
 // 1. Constants, without load-time code: type ids, null, the singletons of booleans and integers.
 // 2. Type names.
 // 3. The two shared strings.
-// 4. The defaults of the element types.
-// 5. The shared empty map and the default of the map type.
+// 4. The shared empty map.
+// 5. The defaults of the element types; that of maps uses the shared empty map.
 // 6. Ciphers and their providers.
 // 7. Trace settings, then `defaultTraceFormatter`.
 // 8. Names of the JSON form.
-// 9. The registrar: once it has run, all of the library is there.
+// 9. The registrar, last: a registered library is complete.
 
 #include "vxattribute/element_types.h"
 #include "vxattribute/json/keys_internal.h"
@@ -29,8 +29,8 @@ namespace vxattribute {
 
 namespace {
 
-/// Room for a string that load-time code makes and nobody destroys. All names are short enough to
-/// need no memory of their own.
+/// Storage for a string that load-time code makes and that is never destroyed. All names are short
+/// enough to need no memory of their own.
 union NameStorage {
     constexpr NameStorage() noexcept : unused(0) {}
 
@@ -40,31 +40,15 @@ union NameStorage {
     std::string name;
 };
 
-constinit NameStorage typeNames[ValueTypeId::eId_ErrorInfo + 1];
+constinit NameStorage typeNames[ValueTypeId::count];
 
 } // namespace
 
-#define VXATTRIBUTE_TYPE(Type)                                                                     \
-    constinit ValueTypeId const ValueTypeId::type##Type(ValueTypeId::eId_##Type,                   \
-                                                        &typeNames[ValueTypeId::eId_##Type].name)
-
-VXATTRIBUTE_TYPE(Null);
-VXATTRIBUTE_TYPE(Boolean);
-VXATTRIBUTE_TYPE(Integer);
-VXATTRIBUTE_TYPE(String);
-VXATTRIBUTE_TYPE(Double);
-VXATTRIBUTE_TYPE(Uuid);
-VXATTRIBUTE_TYPE(Uri);
-VXATTRIBUTE_TYPE(AbsoluteTime);
-VXATTRIBUTE_TYPE(RelativeTime);
-VXATTRIBUTE_TYPE(SimpleDateTime);
-VXATTRIBUTE_TYPE(Binary);
-VXATTRIBUTE_TYPE(Serialized);
-VXATTRIBUTE_TYPE(AttributeMap);
-VXATTRIBUTE_TYPE(Secured);
-VXATTRIBUTE_TYPE(ErrorInfo);
-
-#undef VXATTRIBUTE_TYPE
+constinit ValueTypeId const ValueTypeId::typeNull(eId_Null, &typeNames[eId_Null].name);
+#define VX_ELEMENT_TYPE(number, Id, ...)                                                           \
+    constinit ValueTypeId const ValueTypeId::type##Id(eId_##Id, &typeNames[number].name);
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
 
 namespace impl {
 
@@ -99,13 +83,14 @@ constinit AttributeValue const AttributeValue::null;
 
 namespace {
 
-/// Makes the names; it is an object so that it runs at its place in the order.
+/// Makes the names. An object, so that this happens at its place in the order.
 struct TypeNames {
     TypeNames() {
         char const * const texts[] = {
-            "Null",   "Boolean",    "Integer",      "String",       "Double",
-            "UUID",   "URI",        "AbsoluteTime", "RelativeTime", "SimpleDateTime",
-            "Binary", "Serialized", "AttributeMap", "Secured",      "ErrorInfo",
+            "Null",
+#define VX_ELEMENT_TYPE(number, Id, name, ...) name,
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
         };
         NameStorage * storage = typeNames;
         for (char const * text : texts) {
@@ -133,45 +118,32 @@ constinit ValueHolder const & ValueFactoryStatics<std::string>::sm_emptyString =
 
 } // namespace impl
 
-// 4. and 5. Defaults and the empty map
-
-namespace {
-
-template <typename T>
-typename impl::ValueTypeTraitsBase<T>::DefaultHolder const defaultHolder;
-
-} // namespace
-
-// clang-format off
-
-#define VXATTRIBUTE_DEFAULT(T)                                                                     \
-    namespace {                                                                                    \
-    template <> impl::ValueTypeTraitsBase<T>::DefaultHolder const defaultHolder<T>{};              \
-    }                                                                                              \
-    template <> constinit impl::ValueTypeTraitsBase<T>::DefaultHolder const &                      \
-        impl::ValueTypeTraitsBase<T>::sm_default = defaultHolder<T>
-
-VXATTRIBUTE_DEFAULT(bool);
-VXATTRIBUTE_DEFAULT(long long);
-VXATTRIBUTE_DEFAULT(double);
-VXATTRIBUTE_DEFAULT(std::string);
-VXATTRIBUTE_DEFAULT(vxcore::Uuid);
-VXATTRIBUTE_DEFAULT(vxcore::AbsoluteTime);
-VXATTRIBUTE_DEFAULT(vxcore::RelativeTime);
-VXATTRIBUTE_DEFAULT(vxcore::SimpleDateTime);
-VXATTRIBUTE_DEFAULT(BinaryValue);
-VXATTRIBUTE_DEFAULT(SerializedValue);
-VXATTRIBUTE_DEFAULT(SecuredValue);
-VXATTRIBUTE_DEFAULT(impl::ErrorInfoPtr);
+// 4. The shared empty map and 5. defaults
 
 AttributeMapBase::HolderPtr const
     AttributeMapBase::sm_pEmptyImpl(vxcore::make_ref_counted<MapHolder>());
 
-VXATTRIBUTE_DEFAULT(vxuri::UriReference);
-VXATTRIBUTE_DEFAULT(AttributeMap);
+namespace impl {
 
-#undef VXATTRIBUTE_DEFAULT
+namespace {
+
+template <typename T>
+typename ValueTypeTraitsBase<T>::DefaultHolder const defaultHolder;
+
+} // namespace
+
+// clang-format off
+#define VX_ELEMENT_TYPE(number, Id, name, Type, ...)                                               \
+    namespace {                                                                                    \
+    template <> ValueTypeTraitsBase<Type>::DefaultHolder const defaultHolder<Type>{};              \
+    }                                                                                              \
+    template <> constinit ValueTypeTraitsBase<Type>::DefaultHolder const &                         \
+        ValueTypeTraitsBase<Type>::sm_default = defaultHolder<Type>;
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
 // clang-format on
+
+} // namespace impl
 
 // 6. Ciphers
 

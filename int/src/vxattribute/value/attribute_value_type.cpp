@@ -8,13 +8,31 @@
 
 namespace vxattribute {
 
+namespace {
+
+constexpr bool are_numbers_without_gaps() {
+    int next = 1;
+#define VX_ELEMENT_TYPE(number, ...)                                                               \
+    if (number != next++) {                                                                        \
+        return false;                                                                              \
+    }
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
+    return true;
+}
+
+static_assert(are_numbers_without_gaps());
+
+} // namespace
+
 ValueTypeId const & ValueTypeId::from_id(EId id) {
     static ValueTypeId const * const types[] = {
-        &typeNull,   &typeBoolean,    &typeInteger,      &typeString,       &typeDouble,
-        &typeUuid,   &typeUri,        &typeAbsoluteTime, &typeRelativeTime, &typeSimpleDateTime,
-        &typeBinary, &typeSerialized, &typeAttributeMap, &typeSecured,      &typeErrorInfo,
+        &typeNull,
+#define VX_ELEMENT_TYPE(number, Id, ...) &type##Id,
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
     };
-    if (id < eId_Null || id > eId_ErrorInfo) {
+    if (id < 0 || id >= count) {
         impl::throw_unknown_type_id(id);
     }
     return *types[id];
