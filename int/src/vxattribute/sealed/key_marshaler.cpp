@@ -1,6 +1,6 @@
-#include "vxattribute/attribute_value_type.h"
 #include "vxattribute/error_codes.h"
 #include "vxattribute/sealed/key_marshaler_internal.h"
+#include "vxattribute/stream/bare_kind_internal.h"
 #include "vxattribute/stream/marshaled_type_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxserialize/memory_reader.h"
@@ -27,29 +27,15 @@ constexpr char const readKey[] = "vxattribute::impl::read_key_as_binary()";
         VXCORE_LOCATION(readKey));
 }
 
-/// The type of a value that is one element without a type tag; Binary for the kinds of element that
-/// start other values, whose tag says the type.
+/// The type of a value that is one element without a type number; Binary for the kinds that start
+/// other values, whose type number follows.
 ValueTypeId const & bare_type(vxserialize::EElementKind kind) {
-    switch (kind) {
-    case vxserialize::eElement_Null:
+    if (kind == vxserialize::eElement_Null) {
         return ValueTypeId::typeNull;
-    case vxserialize::eElement_Boolean:
-        return ValueTypeId::typeBoolean;
-    case vxserialize::eElement_Integer:
-        return ValueTypeId::typeInteger;
-    case vxserialize::eElement_Double:
-        return ValueTypeId::typeDouble;
-    case vxserialize::eElement_String:
-        return ValueTypeId::typeString;
-    case vxserialize::eElement_AbsoluteTime:
-        return ValueTypeId::typeAbsoluteTime;
-    case vxserialize::eElement_RelativeTime:
-        return ValueTypeId::typeRelativeTime;
-    case vxserialize::eElement_Uuid:
-        return ValueTypeId::typeUuid;
-    default:
-        return ValueTypeId::typeBinary;
     }
+    return *with_bare_element_type(
+        kind, []<typename T>() { return &ValueTypeTraits<T>::type(); },
+        [] { return &ValueTypeId::typeBinary; });
 }
 
 /// The element of a tagged Binary: bare, or a list that must have exactly one.
@@ -79,7 +65,7 @@ vxcore::RefCountPtr<vxserialize::MemoryList> read_bytes(vxserialize::MemoryReade
         throw_not_binary(type.name());
     }
     unsigned int const tag = reader.read_uint();
-    if (tag > ValueTypeId::eId_ErrorInfo) {
+    if (tag >= static_cast<unsigned int>(ValueTypeId::count)) {
         throw_unknown_tag(tag, VXCORE_LOCATION(readKey));
     }
     if (tag != ValueTypeId::eId_Binary) {

@@ -1,7 +1,7 @@
 #include "vxattribute/attribute_name_coder.h"
 #include "vxattribute/attribute_value_marshaler.h"
-#include "vxattribute/element_types.h"
 #include "vxattribute/error_codes.h"
+#include "vxattribute/stream/bare_kind_internal.h"
 #include "vxattribute/stream/marshaled_type_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
@@ -39,29 +39,14 @@ class ValueReader {
         : m_reader(reader), m_decoder(decoder) {}
 
     ValueHolder read_value() {
-        switch (m_reader.next_type()) {
-        case vxserialize::eElement_Null:
+        vxserialize::EElementKind const kind = m_reader.next_type();
+        if (kind == vxserialize::eElement_Null) {
             m_reader.read_null();
             return ValueHolder();
-        case vxserialize::eElement_Boolean:
-            return read_scalar<bool>();
-        case vxserialize::eElement_Integer:
-            return read_scalar<long long>();
-        case vxserialize::eElement_Double:
-            return read_scalar<double>();
-        case vxserialize::eElement_String:
-            return read_scalar<std::string>();
-        case vxserialize::eElement_AbsoluteTime:
-            return read_scalar<vxcore::AbsoluteTime>();
-        case vxserialize::eElement_RelativeTime:
-            return read_scalar<vxcore::RelativeTime>();
-        case vxserialize::eElement_Uuid:
-            return read_scalar<vxcore::Uuid>();
-        case vxserialize::eElement_Binary:
-            return read_into_new<BinaryValue>();
-        default:
-            return read_tagged(m_reader.read_uint());
         }
+        return impl::with_bare_element_type(
+            kind, [this]<typename T>() { return read_lone_element<T>(); },
+            [this] { return read_tagged(m_reader.read_uint()); });
     }
 
   private:
@@ -70,7 +55,7 @@ class ValueReader {
         if (tag == ValueTypeId::eId_Null) {
             return result;
         }
-        bool const isKnown = tag <= ValueTypeId::eId_ErrorInfo &&
+        bool const isKnown = tag < static_cast<unsigned int>(ValueTypeId::count) &&
                              impl::for_element_type(static_cast<int>(tag), [&]<typename T>() {
                                  result = read_elements<T>();
                              });
@@ -81,20 +66,29 @@ class ValueReader {
         return result;
     }
 
-    /// Types that are always shared by count, and with them ErrorInfo: any list makes an array.
     template <typename T>
-    static constexpr bool is_array_type =
-        std::is_same_v<T, BinaryValue> || std::is_same_v<T, SerializedValue> ||
-        std::is_same_v<T, SecuredValue> || std::is_same_v<T, impl::ErrorInfoPtr>;
+    static constexpr bool is_array_type = impl::element_type_row<T>.list == impl::eList_Array;
 
     template <typename T>
     [[gnu::noinline]] ValueHolder read_elements() {
         bool const isList =
             std::is_same_v<T, AttributeMap> || m_reader.next_type() == vxserialize::eElement_List;
+        if (!isList) {
+            return read_lone_element<T>();
+        }
         if constexpr (is_array_type<T>) {
-            return isList ? read_array<T>() : read_into_new<T>();
+            return read_array<T>();
         } else {
-            return isList ? read_list<T>() : read_scalar<T>();
+            return read_list<T>();
+        }
+    }
+
+    template <typename T>
+    ValueHolder read_lone_element() {
+        if constexpr (is_array_type<T>) {
+            return read_into_new<T>();
+        } else {
+            return read_scalar<T>();
         }
     }
 

@@ -1,6 +1,6 @@
 #include "vxattribute/attribute_name_coder.h"
 #include "vxattribute/attribute_value_marshaler.h"
-#include "vxattribute/element_types.h"
+#include "vxattribute/stream/bare_kind_internal.h"
 #include "vxserialize/error_info_stream.h"
 #include "vxserialize/writer.h"
 
@@ -17,7 +17,7 @@ class ElementWriter {
     template <typename T>
     void write_elements(T const * first, T const * last) {
         bool const isScalar = last - first == 1 && !std::is_same_v<T, AttributeMap>;
-        if (!isScalar || !is_bare<T>) {
+        if (!isScalar || impl::bare_kind<T> == vxserialize::eElement_None) {
             m_writer.write_uint(static_cast<unsigned int>(impl::ValueTypeTraits<T>::type().id()));
         }
         if (isScalar) {
@@ -35,14 +35,6 @@ class ElementWriter {
     }
 
   private:
-    /// Types whose lone element the stream itself tells apart, so that no tag is needed.
-    template <typename T>
-    static constexpr bool is_bare =
-        std::is_same_v<T, bool> || std::is_same_v<T, long long> || std::is_same_v<T, double> ||
-        std::is_same_v<T, std::string> || std::is_same_v<T, vxcore::Uuid> ||
-        std::is_same_v<T, vxcore::AbsoluteTime> || std::is_same_v<T, vxcore::RelativeTime> ||
-        std::is_same_v<T, BinaryValue>;
-
     template <typename T>
     void write(T const & element) {
         m_writer << element;
