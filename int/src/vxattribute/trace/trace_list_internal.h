@@ -9,25 +9,11 @@
 /// leaves the flush to whoever made the sink.
 namespace vxattribute::impl {
 
-/// The elements [begin, end) of one value, in the form of their type.
-void render_elements(TraceSink & sink, bool const * begin, bool const * end);
-void render_elements(TraceSink & sink, long long const * begin, long long const * end);
-void render_elements(TraceSink & sink, double const * begin, double const * end);
-void render_elements(TraceSink & sink, std::string const * begin, std::string const * end);
-void render_elements(TraceSink & sink, vxcore::Uuid const * begin, vxcore::Uuid const * end);
-void render_elements(TraceSink & sink, vxuri::UriReference const * begin,
-                     vxuri::UriReference const * end);
-void render_elements(TraceSink & sink, vxcore::AbsoluteTime const * begin,
-                     vxcore::AbsoluteTime const * end);
-void render_elements(TraceSink & sink, vxcore::RelativeTime const * begin,
-                     vxcore::RelativeTime const * end);
-void render_elements(TraceSink & sink, vxcore::SimpleDateTime const * begin,
-                     vxcore::SimpleDateTime const * end);
-void render_elements(TraceSink & sink, BinaryValue const * begin, BinaryValue const * end);
-void render_elements(TraceSink & sink, SerializedValue const * begin, SerializedValue const * end);
-void render_elements(TraceSink & sink, SecuredValue const * begin, SecuredValue const * end);
-void render_elements(TraceSink & sink, AttributeMap const * begin, AttributeMap const * end);
-void render_elements(TraceSink & sink, ErrorInfoPtr const * begin, ErrorInfoPtr const * end);
+/// Renders the elements [begin, end) of one value. Each type has an overload.
+#define VX_ELEMENT_TYPE(number, Id, name, Type, ...)                                               \
+    void render_elements(TraceSink & sink, Type const * begin, Type const * end);
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
 
 /// A value, as its `write_trace` writes it.
 void render_value(TraceSink & sink, AttributeValue const & value);

@@ -29,30 +29,16 @@ void render_map(TraceSink & sink, AttributeMapBase const & map) {
     }
 }
 
-#define VXATTRIBUTE_TRACE_HOOK(T)                                                                  \
-    void ValueTypeTraits<T>::write_trace(std::ostream & stream, TraceFormatter const & formatter,  \
-                                         unsigned int indent, T const * begin, T const * end) {    \
+#define VX_ELEMENT_TYPE(number, Id, name, Type, ...)                                               \
+    void ValueTypeTraits<Type>::write_trace(std::ostream & stream,                                 \
+                                            TraceFormatter const & formatter, unsigned int indent, \
+                                            Type const * begin, Type const * end) {                \
         TraceSink sink(stream, formatter, indent);                                                 \
         render_elements(sink, begin, end);                                                         \
         sink.flush();                                                                              \
     }
-
-VXATTRIBUTE_TRACE_HOOK(bool)
-VXATTRIBUTE_TRACE_HOOK(long long)
-VXATTRIBUTE_TRACE_HOOK(double)
-VXATTRIBUTE_TRACE_HOOK(std::string)
-VXATTRIBUTE_TRACE_HOOK(vxcore::Uuid)
-VXATTRIBUTE_TRACE_HOOK(vxuri::UriReference)
-VXATTRIBUTE_TRACE_HOOK(vxcore::AbsoluteTime)
-VXATTRIBUTE_TRACE_HOOK(vxcore::RelativeTime)
-VXATTRIBUTE_TRACE_HOOK(vxcore::SimpleDateTime)
-VXATTRIBUTE_TRACE_HOOK(BinaryValue)
-VXATTRIBUTE_TRACE_HOOK(SerializedValue)
-VXATTRIBUTE_TRACE_HOOK(SecuredValue)
-VXATTRIBUTE_TRACE_HOOK(AttributeMap)
-VXATTRIBUTE_TRACE_HOOK(ErrorInfoPtr)
-
-#undef VXATTRIBUTE_TRACE_HOOK
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
 
 } // namespace impl
 
