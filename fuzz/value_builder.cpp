@@ -21,7 +21,7 @@ constexpr unsigned int maxElements = 40;
 } // namespace
 
 int ValueBuilder::type() {
-    return static_cast<int>(1 + m_input.below(ValueTypeId::eId_ErrorInfo));
+    return static_cast<int>(1 + m_input.below(ValueTypeId::count - 1));
 }
 
 AttributeValue ValueBuilder::value() {

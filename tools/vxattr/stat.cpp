@@ -63,7 +63,8 @@ class Statistics {
                      '\n');
     }
 
-    std::array<unsigned long long, 15> m_elements{}; // by type number; a null counts as one
+    std::array<unsigned long long, ValueTypeId::count>
+        m_elements{}; // by type number; a null counts as one
     unsigned long long m_empty = 0;
     unsigned long long m_attributes = 0;
     unsigned int m_depth = 0;

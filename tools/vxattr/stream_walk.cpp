@@ -3,6 +3,8 @@
 #include "vxattribute/attribute_value_type.h"
 #include "vxcore/text_conversion.h"
 
+#include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -10,6 +12,19 @@ namespace vxattr {
 
 using namespace vxattribute;
 using namespace vxserialize;
+
+namespace {
+
+/// By type number: the kind of an element that is written without the number. eElement_None for
+/// types that always have the number.
+constexpr int bareKinds[] = {
+    eElement_Null,
+#define VX_ELEMENT_TYPE(number, Id, name, Type, storage, relocation, wire, ...) eElement_##wire,
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
+};
+
+} // namespace
 
 StreamWalk::StreamWalk(MemoryReader reader, AttributeNamePackageSet::Ptr packages)
     : m_reader(reader), m_decoder(std::move(packages), false), m_size(reader.bytes_left()) {}
@@ -60,21 +75,13 @@ void StreamWalk::walk_record(AttributeName const & name, Content && content) {
 
 void StreamWalk::walk_value(AttributeName const & name) {
     int const kind = m_reader.next_type();
-    switch (kind) {
-    case eElement_Null:
-    case eElement_Boolean:
-    case eElement_Integer:
-    case eElement_Double:
-    case eElement_String:
-    case eElement_AbsoluteTime:
-    case eElement_RelativeTime:
-    case eElement_Uuid:
-    case eElement_Binary:
+    bool const isBare =
+        kind != eElement_None &&
+        std::find(std::begin(bareKinds), std::end(bareKinds), kind) != std::end(bareKinds);
+    if (isBare) {
         walk_scalar(kind, name);
-        break;
-    default:
+    } else {
         walk_tagged(name);
-        break;
     }
 }
 
@@ -82,7 +89,7 @@ void StreamWalk::walk_tagged(AttributeName const & name) {
     unsigned int tag = 0;
     note(name, [&] {
         tag = m_reader.read_uint();
-        if (tag > ValueTypeId::eId_ErrorInfo) {
+        if (tag >= static_cast<unsigned int>(ValueTypeId::count)) {
             throw std::runtime_error("no type has the number " + vxcore::to_string(tag));
         }
         m_elements.back().tag = static_cast<short>(tag);
@@ -98,10 +105,6 @@ void StreamWalk::walk_tagged(AttributeName const & name) {
 }
 
 void StreamWalk::walk_element(unsigned int tag, AttributeName const & name) {
-    constexpr int kinds[] = {eElement_None,         eElement_Boolean,      eElement_Integer,
-                             eElement_String,       eElement_Double,       eElement_Uuid,
-                             eElement_String,       eElement_AbsoluteTime, eElement_RelativeTime,
-                             eElement_AbsoluteTime, eElement_Binary};
     switch (tag) {
     case ValueTypeId::eId_AttributeMap:
         walk_map(name);
@@ -123,8 +126,11 @@ void StreamWalk::walk_element(unsigned int tag, AttributeName const & name) {
                         name);
         }
         break;
+    case ValueTypeId::eId_SimpleDateTime:
+        walk_scalar(eElement_AbsoluteTime, name);
+        break;
     default:
-        walk_scalar(kinds[tag], name);
+        walk_scalar(bareKinds[tag], name);
         break;
     }
 }
