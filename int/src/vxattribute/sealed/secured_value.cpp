@@ -4,6 +4,7 @@
 #include "vxattribute/sealed/key_marshaler_internal.h"
 #include "vxattribute/sealed/memory_wipe_internal.h"
 #include "vxattribute/sealed/secured_value_ciphers_internal.h"
+#include "vxattribute/value/typed_value_internal.h"
 #include "vxcore/hash.h"
 #include "vxcore/streamers.h"
 #include "vxcore/text_conversion.h"
@@ -219,4 +220,23 @@ std::ostream & operator<<(std::ostream & stream, SecuredValue const & value) {
                   << ", datasize=" << vxcore::to_string(size) << ")>";
 }
 
+namespace impl {
+
+int ValueTypeTraits<SecuredValue>::compare(SecuredValue const & a,
+                                           SecuredValue const & b) noexcept {
+    return a.compare(b);
+}
+
+bool ValueTypeTraits<SecuredValue>::equal(SecuredValue const & a, SecuredValue const & b) noexcept {
+    return a == b;
+}
+
+unsigned int ValueTypeTraits<SecuredValue>::hash(SecuredValue const & a) noexcept {
+    return a.hash();
+}
+
+} // namespace impl
+
 } // namespace vxattribute
+
+VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::SecuredValue);

@@ -5,41 +5,7 @@
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 
-#include <cstring>
-#include <stdexcept>
-
 namespace vxattribute {
-
-namespace impl {
-
-ValueTypeTraits<std::string>::AssignArg::AssignArg(char const * text)
-    : data(text), size(vxcore::text_size(std::strlen(text))) {}
-
-ValueTypeTraits<std::string>::AssignArg::AssignArg(std::string const & text)
-    : data(text.data()), size(vxcore::text_size(text.size())) {}
-
-void throw_array_empty_error() {
-    vxcore::throw_error(error::vxattribute_value_cardinality_expectNonzero,
-                        vxcore::SourceString("Expecting non-empty attribute value", true),
-                        VXCORE_LOCATION("vxattribute::impl::throw_array_empty_error()"));
-}
-
-void throw_get_on_multi_value_attribute() {
-    vxcore::throw_error(
-        error::vxattribute_value_cardinality_expectSingle,
-        vxcore::SourceString("Attribute value 'get' invoked on multi-value attribute", true),
-        VXCORE_LOCATION("vxattribute::impl::throw_get_on_multi_value_attribute()"));
-}
-
-void ValueBase::throw_at_range_error() {
-    throw std::out_of_range("vxattribute::TypedValue<>::at");
-}
-
-void ValueBase::throw_subrange_range_error() {
-    throw std::out_of_range("vxattribute::TypedValue<>::subrange");
-}
-
-} // namespace impl
 
 AttributeValue::AttributeValue(ValueTypeId const & type)
     : m_holder(impl::create_empty_value(type.id())) {}

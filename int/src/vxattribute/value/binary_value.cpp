@@ -1,6 +1,7 @@
 #include "vxattribute/binary_value.h"
 
 #include "vxattribute/error_codes.h"
+#include "vxattribute/value/typed_value_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/hash.h"
 #include "vxcore/read_stream.h"
@@ -25,7 +26,7 @@ void copy_bytes(unsigned char * to, unsigned char const * from, unsigned int siz
 
 } // namespace
 
-/// A value of `capacity` bytes, not yet written; no block for none.
+/// A value of `capacity` uninitialised bytes; without a block when `capacity` is 0.
 BinaryValue BinaryValue::with_capacity(unsigned int capacity) {
     BinaryValue value;
     if (capacity != 0) {
@@ -59,9 +60,9 @@ BinaryValue & BinaryValue::operator=(BinaryValue const & other) {
 
 void BinaryValue::set(unsigned char const * data, unsigned int size) {
     if (size != m_size) {
-        // A block also for no bytes: only a value that was never given bytes has none.
+        // An empty range gets a block too: only a value that was never set has none.
         auto * const block = static_cast<unsigned char *>(::operator new(std::max(size, 1u)));
-        copy_bytes(block, data, size); // first: the bytes may be some of this value's own
+        copy_bytes(block, data, size); // before the old block is freed, which `data` may point into
         ::operator delete(std::exchange(m_data, block));
         m_size = size;
     } else if (data != m_data) {
@@ -151,4 +152,22 @@ void read_binary_value(vxserialize::Reader & reader, BinaryValue & value) {
     value.set(*stream);
 }
 
+namespace impl {
+
+int ValueTypeTraits<BinaryValue>::compare(BinaryValue const & a, BinaryValue const & b) noexcept {
+    return a.compare(b);
+}
+
+bool ValueTypeTraits<BinaryValue>::equal(BinaryValue const & a, BinaryValue const & b) noexcept {
+    return a == b;
+}
+
+unsigned int ValueTypeTraits<BinaryValue>::hash(BinaryValue const & a) noexcept {
+    return a.hash();
+}
+
+} // namespace impl
+
 } // namespace vxattribute
+
+VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::BinaryValue);

@@ -9,8 +9,8 @@
 
 namespace vxattribute::impl {
 
-/// The open caches of all threads, for an unload to empty. A `thread_local` with a destructor would
-/// need no such list, but it keeps the library in the process until its thread ends.
+/// The open caches of all threads, so that an unload can empty them. A `thread_local` with a
+/// destructor would need no such list, but would keep the library loaded until its thread ends.
 struct BlockCache::OpenCaches {
     std::mutex mutex;
     ThreadState * first = nullptr;
@@ -18,7 +18,7 @@ struct BlockCache::OpenCaches {
     bool hasKey = false;
     bool isUnloading = false;
     unsigned int exitHandlers = 0;
-    /// Set by `exit`. Other threads may go on then, in this library too.
+    /// Set by `exit`. Other threads may still be running then, in this library too.
     std::atomic<bool> processEnds = false;
 };
 
@@ -28,8 +28,8 @@ constinit BlockCache::OpenCaches BlockCache::sm_caches;
 bool BlockCache::make_key() noexcept {
     OpenCaches & caches = sm_caches;
     if (!caches.hasKey && pthread_key_create(&caches.key, &BlockCache::end_thread) == 0) {
-        // Of the threads in the list, a forked child has only the one that forked. What the others
-        // kept is lost to the child, as is all that they owned.
+        // A forked child has only the thread that forked. It loses the blocks of the other threads,
+        // like everything they owned.
         caches.hasKey =
             pthread_atfork([] { sm_caches.mutex.lock(); }, [] { sm_caches.mutex.unlock(); },
                            [] {
@@ -126,7 +126,7 @@ void BlockCache::unload() noexcept {
 
 } // namespace vxattribute::impl
 
-/// `dlclose` calls this ahead of the destructors of the library's statics.
+/// `dlclose` calls this before the destructors of the library's statics.
 [[gnu::destructor]] static void unload_block_cache() {
     vxattribute::impl::BlockCache::unload();
 }

@@ -1,5 +1,6 @@
 #include "vxattribute/serialized_value.h"
 
+#include "vxattribute/value/typed_value_internal.h"
 #include "vxcore/hash.h"
 #include "vxserialize/memory_list_order.h"
 #include "vxserialize/memory_reader.h"
@@ -133,4 +134,24 @@ void read_serialized_value(vxserialize::Reader & reader, SerializedValue & value
     value.swap(fresh);
 }
 
+namespace impl {
+
+int ValueTypeTraits<SerializedValue>::compare(SerializedValue const & a,
+                                              SerializedValue const & b) noexcept {
+    return a.compare(b);
+}
+
+bool ValueTypeTraits<SerializedValue>::equal(SerializedValue const & a,
+                                             SerializedValue const & b) noexcept {
+    return a == b;
+}
+
+unsigned int ValueTypeTraits<SerializedValue>::hash(SerializedValue const & a) noexcept {
+    return a.hash();
+}
+
+} // namespace impl
+
 } // namespace vxattribute
+
+VXATTRIBUTE_INSTANTIATE_ELEMENT(vxattribute::SerializedValue);
