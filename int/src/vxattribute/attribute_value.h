@@ -12,10 +12,10 @@ namespace vxattribute {
 
 namespace impl {
 
-/// The element type that an argument of type `A` becomes; void when it becomes none.
+/// The element type for an argument of type `A`; void when there is none.
 ///
-/// Deliberately narrow: pointers, characters and the 64-bit unsigned types have no element type, so
-/// they do not compile instead of turning into a boolean or a wrong number.
+/// Deliberately narrow: pointers, characters and the 64-bit unsigned types have no element type.
+/// They do not compile, so that none becomes a boolean or a wrong number.
 template <typename A>
 struct ArgumentElement {
     static constexpr bool is_character = std::same_as<A, char> || std::same_as<A, wchar_t> ||
@@ -34,16 +34,18 @@ struct ArgumentElement {
                                               std::conditional_t<is_text, std::string, void>>>>;
 };
 
+/// Short for the element type of an argument.
 template <typename A>
 using ArgumentElementType = typename ArgumentElement<A>::Type;
 
-/// What `set`, `=` and the constructor of AttributeValue take beside texts and maps.
+/// The arguments of `set`, `=` and the constructor of AttributeValue, besides texts and maps.
 template <typename A>
 concept ElementArgumentType = !std::is_void_v<ArgumentElementType<A>>;
 
+/// A text as a (data, size) pair; refers to the caller's text.
 using TextArg = ValueTypeTraits<std::string>::AssignArg;
 
-/// The argument as the factories take it: an element as it is, a number widened, a text as a pair.
+/// The argument for the factories: an element unchanged, a number widened, a text as a pair.
 template <ElementArgumentType A>
 decltype(auto) element_argument(A const & a) {
     using T = ArgumentElementType<A>;
@@ -56,21 +58,20 @@ decltype(auto) element_argument(A const & a) {
     }
 }
 
-/// Tells the constructor that adopts a representation from all others.
+/// Selects the constructor that adopts a representation.
 struct ValueAttachTag {};
 
 } // namespace impl
 
-/// One typed value: null, or no, one or many elements of one of fourteen element types.
+/// One typed value: null, or no, one or many elements of one element type (see ValueTypeId).
 ///
-/// A value is one pointer wide. Null differs from a typed empty value, and a typed empty value from
-/// a value of one default element.
+/// A value has the size of one pointer. Null, a typed empty value and a value of one default
+/// element are three different values.
 ///
 /// Cost. Null, booleans, the integers -1 to 7 and empty strings take no memory. Any other scalar is
-/// one block, element included (48 bytes for a double on a 64-bit machine). Copying String, Binary,
-/// Serialized, Secured and every multi-value adds one to an atomic count; copying another scalar
-/// makes one block of its own. The first write to a shared value copies its elements once:
-/// O(size()).
+/// one block that includes the element (48 bytes for a double on a 64-bit machine). Copying String,
+/// Binary, Serialized, Secured and every multi-value adds one to an atomic count; copying another
+/// scalar allocates one block. The first write to a shared value copies its elements: O(size()).
 ///
 /// Threads. Separate objects may be used from separate threads even when they share storage. One
 /// object: many readers or one writer.
@@ -83,22 +84,31 @@ struct ValueAttachTag {};
 ///     AttributeValue backup = port;      // own copy
 ///     port.set("http");                  // the type may change; backup is still the integer 8080
 ///
-/// Element types beyond bool, integer, double and string need a header of their own to be used:
-/// core_elements.h, binary_value.h, serialized_value.h, attribute_map.h.
+/// What dangles. References, pointers and spans to elements are valid until the value is changed or
+/// destroyed, and no copy of the value extends that. A reference into a temporary value dangles at
+/// the end of the statement; clang warns:
 ///
-/// Not an order for sorting when doubles may be NaN: see docs/guide/comparison.md.
+///     long long n = AttributeValue(5).get<long long>(); // valid: n is a copy
+///     auto const & map = value_from_json(text).get<AttributeMap>(); // dangles
+///     for (auto const & map : elements<AttributeMap>(value_from_json(text))) // dangles
+///
+/// Element types other than bool, integer, double and string need their own header:
+/// core_elements.h, binary_value.h, serialized_value.h, secured_value.h, attribute_map.h.
+///
+/// The order is not suitable for sorting when doubles may be NaN: see docs/guide/comparison.md.
 class VXATTRIBUTE_API AttributeValue {
   public:
-    /// A null value, good at any moment of the process.
+    /// A null value that is usable at any time, even before load-time code has run.
     static AttributeValue const null;
 
-    /// Null.
+    /// A null value.
     constexpr AttributeValue() noexcept = default;
 
-    /// @cost  As told for the class: one count, or one block.
+    /// @cost  One count, or one block, as described for the class.
     AttributeValue(AttributeValue const & other) : m_holder(other.m_holder->clone()) {}
 
-    /// Takes over; `other` is null afterwards. Touches no count.
+    /// Moves the content of `other`, or of the source of `transfer`, which is null afterwards. No
+    /// allocation, no count touched.
     AttributeValue(AttributeValue && other) noexcept = default;
 
     AttributeValue(vxcore::TransferSource<AttributeValue> source) noexcept
@@ -109,18 +119,20 @@ class VXATTRIBUTE_API AttributeValue {
     /// @raises error.vxattribute.value.type.unknown: the library has no elements of that type.
     explicit AttributeValue(ValueTypeId const & type);
 
-    /// A scalar. Integers of every width that fits 64 bits signed, `float`, string and string_view
-    /// become what one expects; see impl::ArgumentElement for what does not compile.
+    /// A scalar. Integer types that fit into 64 bits signed become Integer, `float` becomes Double,
+    /// string and string_view become String. See impl::ArgumentElement for what does not compile.
+    ///
+    /// @raises std::length_error: a text is longer than 2^32 - 1 bytes. So for every text below.
     template <impl::ElementArgumentType A>
     AttributeValue(A const & element)
         : m_holder(impl::ValueFactory<impl::ArgumentElementType<A>>::create_value(
               impl::element_argument(element))) {}
 
-    /// A String up to the terminator. A template, so that 0 and nullptr do not become a text.
+    /// A String of the text up to its terminator. A template, so that 0 and nullptr do not compile.
     template <std::same_as<char> Char>
     AttributeValue(Char const * text) : AttributeValue(impl::TextArg(text)) {}
 
-    /// A String of `size` bytes.
+    /// A String of `size` bytes, which may include zeros.
     AttributeValue(char const * data, unsigned int size)
         : AttributeValue(impl::TextArg(data, size)) {}
 
@@ -130,7 +142,8 @@ class VXATTRIBUTE_API AttributeValue {
 
     ~AttributeValue() = default;
 
-    /// Takes `other` over and releases the old value last.
+    /// Moves the argument in and releases the old value last. Raises only while a copy is made for
+    /// the argument; this value is unchanged then.
     AttributeValue & operator=(AttributeValue other) noexcept {
         swap(other);
         return *this;
@@ -140,7 +153,7 @@ class VXATTRIBUTE_API AttributeValue {
         return *this = AttributeValue(source);
     }
 
-    /// The same as `set`.
+    /// The same as `set` with that argument.
     template <impl::ElementArgumentType A>
     AttributeValue & operator=(A const & element) {
         set(element);
@@ -153,22 +166,25 @@ class VXATTRIBUTE_API AttributeValue {
         return *this;
     }
 
+    /// Marks this value as a source to move from: it is null after the receiver took its content.
     vxcore::TransferSource<AttributeValue> transfer() noexcept {
         return vxcore::TransferSource<AttributeValue>(*this);
     }
 
+    /// Exchanges two values. No allocation, no count touched.
     void swap(AttributeValue & other) noexcept { m_holder.swap(other.m_holder); }
 
-    /// Exchanges the representation with that of a holder.
+    /// Exchanges the representation with that of a holder; for code inside the library.
     void swap_impl(impl::ValueHolder & holder) noexcept { m_holder.swap(holder); }
 
-    /// Makes this a scalar of the element, whatever the type was before. A value of the same type
-    /// that is not shared is written in place.
+    /// Makes this a scalar of the element, whatever its type was before. An unshared value of the
+    /// same type is written in place. The element may be one of this value's own.
     template <impl::ElementArgumentType A>
     void set(A const & element) {
         set_element<impl::ArgumentElementType<A>>(impl::element_argument(element));
     }
 
+    /// Makes this a String, as the constructors with the same arguments do.
     template <std::same_as<char> Char>
     void set(Char const * text) {
         set_string(impl::TextArg(text));
@@ -176,41 +192,48 @@ class VXATTRIBUTE_API AttributeValue {
 
     void set(char const * data, unsigned int size) { set_string(impl::TextArg(data, size)); }
 
-    /// Shares the map's storage. A value inside a map must not be given that map, nor one that
-    /// contains it: see MutableAttributeMap::operator[]. The same holds for `=`, `swap` and
-    /// `multivalue_writer`.
+    /// Makes this a scalar that shares the map's storage. A value inside a map must not be set to
+    /// that map or to one that contains it: see MutableAttributeMap::operator[]. The same applies
+    /// to `=`, `swap` and `multivalue_writer`.
     void set(AttributeMap const & map);
     void set(MutableAttributeMap const & map);
 
+    /// Makes this a String.
     void set_string(impl::TextArg const & value) { set_element<std::string>(value); }
 
     void set_string(char const * data, unsigned int size) { set_string(impl::TextArg(data, size)); }
 
+    /// Makes this null.
     void set_null() noexcept {
         m_holder.attach(impl::ValueFactory<impl::NullValueType>::create_value());
     }
 
-    /// Removes all elements; the type stays. Null stays null.
+    /// Removes all elements and keeps the type. Null stays null.
     void clear() { m_holder->clear(m_holder); }
 
+    /// The type, a constant of ValueTypeId: the reference is always valid.
     ValueTypeId const & type() const noexcept { return m_holder->type(); }
 
+    /// The number of elements; 0 for null.
     unsigned int size() const noexcept { return m_holder->size(); }
 
-    /// No elements; true for null too.
+    /// True without elements, and for null. Both names mean the same.
     bool empty() const noexcept { return m_holder->empty(); }
 
     bool is_null_or_empty() const noexcept { return empty(); }
 
+    /// True for null only, not for a typed empty value.
     bool is_null() const noexcept { return type() == ValueTypeId::typeNull; }
 
+    /// True for two or more elements.
     bool is_multivalue() const noexcept { return size() > 1; }
 
-    /// Equal values have equal hashes, save that +0.0 equals -0.0 and hashes apart. O(size()).
+    /// Equal values have equal hashes, except +0.0 and -0.0, which are equal and hash differently.
+    /// O(size()).
     unsigned int hash() const { return m_holder->hash(); }
 
-    /// The elements from `pos` on, or `count` of them, as a value of the same type. The whole range
-    /// shares storage; any other is a copy.
+    /// The elements from `pos` on, or `count` of them, as a value of the same type. A subrange of
+    /// all elements is a copy of the value; any other copies its elements.
     ///
     /// @raises std::out_of_range: the range is not within the elements.
     AttributeValue subrange(unsigned int pos) const {
@@ -221,7 +244,7 @@ class VXATTRIBUTE_API AttributeValue {
         return AttributeValue(m_holder->subrange(pos, count), impl::ValueAttachTag());
     }
 
-    /// Renders the value; see TraceFormatter.
+    /// Inserts the value as text for people, at that level of indentation; see TraceFormatter.
     void write_trace(std::ostream & stream, TraceFormatter const & formatter,
                      unsigned int indent) const {
         m_holder->write_trace(stream, formatter, indent);
@@ -233,8 +256,8 @@ class VXATTRIBUTE_API AttributeValue {
     /// @raises error.vxattribute.value.type.mismatch: the type is not `T`'s; null too.
     /// @raises error.vxattribute.value.cardinality.expectSingle: two or more elements.
     /// @cost   One comparison of ids. No allocation, no count touched.
-    /// @keeps  The reference holds until this object is changed or destroyed; a copy of the value
-    ///         does not keep it.
+    /// @keeps  The reference is valid until this value is changed or destroyed. The default of `T`
+    ///         is always valid.
     template <impl::ElementType T>
     T const & get() const VXCORE_LIFETIMEBOUND {
         return typed<T>().get();
@@ -242,13 +265,19 @@ class VXATTRIBUTE_API AttributeValue {
 
     /// The element at `index`.
     ///
-    /// @raises As `get`, and std::out_of_range when there is no such element.
+    /// @raises error.vxattribute.value.type.mismatch, as `get`.
+    /// @raises std::out_of_range: `index` is not below `size()`.
+    /// @keeps  The reference is valid until this value is changed or destroyed.
     template <impl::ElementType T>
     T const & at(unsigned int index) const VXCORE_LIFETIMEBOUND {
         return typed<T>().at(index);
     }
 
-    /// All elements, as pointers into this value; raises as `get` on another type.
+    /// The first element, and the position after the last; equal without elements.
+    ///
+    /// @raises error.vxattribute.value.type.mismatch, as `get`.
+    /// @keeps  The pointers are valid until this value is changed or destroyed.
+    /// @see    elements, for both as a span
     template <impl::ElementType T>
     T const * begin() const VXCORE_LIFETIMEBOUND {
         return typed<T>().begin();
@@ -260,26 +289,29 @@ class VXATTRIBUTE_API AttributeValue {
     }
 
     /// Opens the value for building a multi-value; see MultiValueWriter. A null value becomes an
-    /// empty one of the type.
+    /// empty value of type `T`. The writer refers to this value. Include multi_value_writer.h.
     ///
     /// @raises error.vxattribute.value.type.mismatch: the value is of another type and not null.
     template <impl::ElementType T>
     impl::MultiValueWriter<T> multivalue_writer() VXCORE_LIFETIMEBOUND;
 
-    /// Order over all values: by type number, then element by element, a prefix first. A NaN
-    /// compares 0 with anything. Between two types the result is the difference of their numbers.
+    /// Orders all values: by type number, then element by element, a prefix first. Only the sign
+    /// counts within a type; between types the result is the difference of their numbers. A NaN
+    /// compares 0 with any double.
     int compare(AttributeValue const & other) const {
         return m_holder->compare(*other.m_holder.get());
     }
 
-    /// The same, but with A to Z as a to z when both values are Strings.
+    /// As `compare`, but without regard to ASCII case when both values are Strings.
     int compare_nocase_ascii(AttributeValue const & other) const;
 
-    /// A rule of its own, not always `compare` == 0: a NaN equals nothing, not even its copy.
+    /// Same type and equal elements. Not always `compare` == 0: a NaN equals nothing, not even its
+    /// own copy.
     friend bool operator==(AttributeValue const & a, AttributeValue const & b) {
         return a.m_holder->equal(*b.m_holder.get());
     }
 
+    /// The sign of `compare`.
     friend bool operator<(AttributeValue const & a, AttributeValue const & b) {
         return a.compare(b) < 0;
     }

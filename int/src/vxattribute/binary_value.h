@@ -7,15 +7,16 @@ namespace vxattribute {
 
 /// The element type of Binary values: an owned run of bytes with value semantics.
 ///
-/// A copy copies the bytes; sharing happens one level up, in the value. `data()` is null when the
-/// value was never given bytes; emptiness is told by `size()` alone.
+/// A copy copies the bytes; an AttributeValue shares them. `data()` is null if the value was never
+/// set, so test `size()` for emptiness. Order and hash treat bytes as unsigned.
 ///
-/// Order and hash take bytes as unsigned. One object: many readers or one writer.
+/// Threads. One object: many readers or one writer.
 class VXATTRIBUTE_API BinaryValue {
   public:
     /// The most bytes that `set` takes from a stream of known size: 16 MiB.
     static constexpr unsigned int max_stream_size = 0x1000000;
 
+    /// No bytes.
     constexpr BinaryValue() noexcept = default;
 
     /// `size` bytes, all zero.
@@ -24,14 +25,15 @@ class VXATTRIBUTE_API BinaryValue {
     /// A copy of the bytes.
     BinaryValue(unsigned char const * data, unsigned int size);
 
-    /// As `set(stream)` on an empty value.
+    /// As `set(stream)` of an empty value.
     explicit BinaryValue(vxcore::IReadStream & stream);
 
+    /// A copy of the bytes; the moving form leaves `other` empty.
     BinaryValue(BinaryValue const & other) : BinaryValue(other.m_data, other.m_size) {}
 
     BinaryValue(BinaryValue && other) noexcept { swap(other); }
 
-    /// Values of equal size are copied into the present block, without an allocation.
+    /// Copies the bytes. Between values of equal size this needs no allocation.
     BinaryValue & operator=(BinaryValue const & other);
 
     BinaryValue & operator=(BinaryValue && other) noexcept {
@@ -41,16 +43,21 @@ class VXATTRIBUTE_API BinaryValue {
 
     ~BinaryValue() { ::operator delete(m_data); }
 
+    /// The bytes, valid until the value is assigned, resized, cleared, swapped or destroyed.
     unsigned char * data() noexcept { return m_data; }
 
     unsigned char const * data() const noexcept { return m_data; }
 
+    /// The number of bytes.
     unsigned int size() const noexcept { return m_size; }
 
+    /// True for 0 bytes.
     bool empty() const noexcept { return m_size == 0; }
 
+    /// Removes and frees all bytes.
     void clear() noexcept { BinaryValue().swap(*this); }
 
+    /// Exchanges the bytes. No allocation.
     void swap(BinaryValue & other) noexcept {
         std::swap(m_data, other.m_data);
         std::swap(m_size, other.m_size);
@@ -59,23 +66,24 @@ class VXATTRIBUTE_API BinaryValue {
     /// Replaces the bytes by a copy. `data` must not point into this value.
     void set(unsigned char const * data, unsigned int size);
 
-    /// Replaces the bytes by all that the stream gives, in one allocation and one read when the
-    /// stream knows its size. A read that delivers less than asked ends the data.
+    /// Replaces the bytes by the content of the stream. A stream of known size takes one allocation
+    /// and one read. A read that returns fewer bytes than requested ends the data.
     ///
-    /// @raises error.vxattribute.value.binary.size: the stream knows its size and it is above
-    ///         `max_stream_size`; nothing has been read then. A stream of unknown size has no
-    ///         limit.
+    /// @raises error.vxattribute.value.binary.size: the known size is above `max_stream_size`.
+    ///         Nothing is read then.
+    /// @raises std::length_error: a stream of unknown size delivers more than 2 GiB.
     void set(vxcore::IReadStream & stream);
 
-    /// Keeps the first `size` bytes; new ones are zero.
+    /// Keeps the first `size` bytes; added bytes are zero.
     void resize(unsigned int size);
 
     /// -1, 0 or 1: bytes as unsigned numbers, a prefix first.
     int compare(BinaryValue const & other) const noexcept;
 
-    /// Folds the bytes as unsigned values: h = h * 5 + b.
+    /// Folds the bytes as unsigned values: h = h * 5 + b. O(size()).
     unsigned int hash() const noexcept;
 
+    /// By the bytes, as `compare`.
     friend bool operator==(BinaryValue const & a, BinaryValue const & b) noexcept {
         return a.m_size == b.m_size && a.compare(b) == 0;
     }
@@ -104,10 +112,10 @@ class VXATTRIBUTE_API BinaryValue {
     unsigned int m_size = 0;
 };
 
-/// One binary element with the bytes of the value.
+/// Writes the bytes of the value as one binary element.
 VXATTRIBUTE_API void write_binary_value(vxserialize::Writer & writer, BinaryValue const & value);
 
-/// Reads what `write_binary_value` wrote; when anything raises, `value` is as it was.
+/// Reads one binary element. When the reader raises, `value` is as it was.
 VXATTRIBUTE_API void read_binary_value(vxserialize::Reader & reader, BinaryValue & value);
 
 namespace impl {

@@ -8,8 +8,8 @@
 #include "vxcore/uuid.h"
 #include "vxuri/uri_reference.h"
 
-/// The element types that other libraries define: UUID, the times, URI and ErrorInfo. Include this
-/// to use them as elements of a value.
+/// The rules of the element types that other libraries define: UUID, the times, URI and ErrorInfo.
+/// Include this header to use them as elements of a value. See value_type_traits.h.
 namespace vxattribute::impl {
 
 template <>
@@ -27,7 +27,7 @@ struct VXATTRIBUTE_API ValueTypeTraits<vxuri::UriReference>
     : ObjValueTypeTraits<vxuri::UriReference> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeUri; }
 
-    /// By the text, with the hexadecimal digits behind a "%" in either case.
+    /// By the text; hexadecimal digits after a "%" compare equal in either case.
     static int compare(vxuri::UriReference const & a, vxuri::UriReference const & b) noexcept;
     static bool equal(vxuri::UriReference const & a, vxuri::UriReference const & b) noexcept;
     static unsigned int hash(vxuri::UriReference const & a) noexcept;
@@ -73,7 +73,7 @@ template <>
 struct VXATTRIBUTE_API ValueTypeTraits<ErrorInfoPtr> : ObjValueTypeTraits<ErrorInfoPtr> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeErrorInfo; }
 
-    /// Null first.
+    /// Null orders first.
     static int compare(ErrorInfoPtr const & a, ErrorInfoPtr const & b) noexcept;
     static bool equal(ErrorInfoPtr const & a, ErrorInfoPtr const & b) noexcept;
     static unsigned int hash(ErrorInfoPtr const & a) noexcept;

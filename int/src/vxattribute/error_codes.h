@@ -3,9 +3,10 @@
 #include "vxattribute/export.h"
 #include "vxcore/error_code.h"
 
-/// The kinds of failure of this library, as a tree by the dots of their names: ask for a whole
-/// family with `vxcore::ErrorInfo::matches`. A constant is named as its text without "error." and
-/// with every dot as an underscore. All are good before any load-time code has run.
+/// The error codes of this library. The dots in their names form a tree:
+/// `vxcore::ErrorInfo::matches` tests for a code and all codes below it. A constant has the name of
+/// its code without "error." and with underscores for dots. All are usable before any load-time
+/// code has run.
 namespace vxattribute::error {
 
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute;

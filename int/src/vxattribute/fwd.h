@@ -1,6 +1,6 @@
 #pragma once
 
-/// Declarations without definitions of what other headers of the library name.
+/// Forward declarations of the classes of the library.
 
 namespace vxattribute {
 

@@ -5,15 +5,16 @@
 
 #include <initializer_list>
 
-/// Values and maps written out in place. Free functions, because braces on the classes must copy.
+/// Values and maps from lists in braces. Free functions, because braces on the classes must copy.
 namespace vxattribute {
 
-/// A map of the attributes; of equal names the last stays.
+/// A map of the attributes. The last one wins where names are equal.
 ///
 ///     AttributeMap const server = make_map({{"host", "localhost"}, {"port", 8080}});
 VXATTRIBUTE_API AttributeMap make_map(std::initializer_list<Attribute> attributes);
 
-/// A value of a copy of the elements: the cheapest way to a list, one block of just that size.
+/// A value with copies of the elements. This is the cheapest way to build a list: its elements take
+/// one block of exactly their size.
 template <impl::ElementType T>
 AttributeValue make_list(std::span<T const> elements) {
     impl::ValueHolder holder(
@@ -23,6 +24,8 @@ AttributeValue make_list(std::span<T const> elements) {
     return value;
 }
 
+/// The same for elements in braces.
+///
 ///     AttributeValue const ports = make_list<long long>({80, 443});
 template <impl::ElementType T>
 AttributeValue make_list(std::initializer_list<T> elements) {

@@ -8,12 +8,12 @@ namespace impl {
 
 /// Builds the elements of one value in place.
 ///
-/// It refers to the value, which must outlive it and must not be changed otherwise meanwhile. The
-/// first element stays where lone elements live; the second moves the value into its shared form.
-/// Bulk builders that know all elements use `make_list`, which is cheaper.
+/// It refers to the value, which must outlive it and must not be changed by other means meanwhile.
+/// The first element uses the storage of lone elements; the second moves the value to its shared
+/// form. If all elements are known in advance, `make_list` is cheaper.
 ///
-/// Arguments may be elements of the value itself. When an operation raises, the value keeps the
-/// elements it had.
+/// Arguments may be elements of the value itself. When an operation raises, the value keeps its
+/// elements. Pointers and references to elements are invalid after any operation.
 ///
 ///     auto writer = value.multivalue_writer<double>();
 ///     writer.push_back(1.5);
@@ -23,6 +23,7 @@ class MultiValueWriter {
   public:
     using Arg = ElementArg<T>;
 
+    /// As AttributeValue::multivalue_writer, which is the way to make one.
     explicit MultiValueWriter(AttributeValue & value) : m_holder(&value.m_holder) {
         if (value.type() == ValueTypeTraits<T>::type()) {
             (*m_holder)->prepare_write(*m_holder);
@@ -31,12 +32,16 @@ class MultiValueWriter {
         if (!value.is_null()) {
             value.raise_type_error(ValueTypeTraits<T>::type());
         }
-        // Both steps may need memory: aside, so that a failure leaves the value null.
+        // Both steps may raise. They work on a second holder, so that a failure leaves the value
+        // null.
         ValueHolder empty(ValueFactory<T>::create_value());
         empty->prepare_write(empty);
         m_holder->swap(empty);
     }
 
+    /// Appends a copy of `x`.
+    ///
+    /// @raises std::length_error: the value has 2^32 - 1 elements already.
     void push_back(Arg const & x) {
         if (target().end() - target().begin() != 1) {
             target().push_back(x);
@@ -45,7 +50,7 @@ class MultiValueWriter {
         }
     }
 
-    /// Makes room for `n` elements in all.
+    /// Makes room for `n` elements in total.
     void reserve(unsigned int n) {
         if (n > 1) {
             (*m_holder)->promote_to_multivalue(*m_holder);
@@ -53,10 +58,12 @@ class MultiValueWriter {
         target().reserve(n);
     }
 
-    /// Replaces the elements by copies of [first, last), a run in memory.
+    /// Replaces the elements by copies of [first, last).
+    ///
+    /// @raises std::length_error: more than 2^32 - 1 elements.
     void assign(T const * first, T const * last) {
         if (last - first > 1) {
-            // A range of two or more cannot lie in the lone object that this replaces.
+            // A range of two or more cannot be part of the lone object that this replaces.
             (*m_holder)->promote_to_multivalue(*m_holder);
         }
         target().assign(first, last);
@@ -67,7 +74,7 @@ class MultiValueWriter {
 
     void append_second(Arg const & x) {
         if constexpr (std::is_same_v<Arg, T>) {
-            // `x` may be the one element, which the promotion moves to another object.
+            // `x` may be the one element, which the promotion copies to another object.
             bool const isOwn = &x == target().begin();
             (*m_holder)->promote_to_multivalue(*m_holder);
             target().push_back(isOwn ? *target().begin() : x);

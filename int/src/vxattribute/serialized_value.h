@@ -8,17 +8,20 @@
 
 namespace vxattribute {
 
-/// The element type of Serialized values: a payload that another component wrote, with a free text
-/// that names its type. The library carries it and gives it no meaning.
+/// The element type of Serialized values: a payload that another component wrote, and a free text
+/// that names its type. The library does not interpret either.
 ///
-/// The payload is shared by reference and never changed through this class; a copy costs one string
-/// and one count. A value without payload (null or empty list) counts as empty, whatever its type
-/// name says. The hash is computed once and kept: it travels with copies, and two threads that meet
-/// at the first use compute the same number.
+/// The payload is shared and never changed through this class. A copy costs one string and one
+/// count. A value without payload (a null or empty list) is empty, whatever its type name.
+///
+/// Threads. One object: many readers or one writer. The hash is computed once and kept, in copies
+/// too; two threads that compute it at the same time get the same number.
 class VXATTRIBUTE_API SerializedValue {
   public:
+    /// The bytes; null stands for none.
     using Payload = vxcore::RefCountPtr<vxserialize::MemoryList const>;
 
+    /// An empty value, or one with the type name and payload that `set` takes.
     SerializedValue() noexcept = default;
     SerializedValue(std::string const & type, vxserialize::MemoryReader const & reader);
     SerializedValue(std::string const & type, vxserialize::MemoryWriter const & writer);
@@ -27,6 +30,7 @@ class VXATTRIBUTE_API SerializedValue {
     explicit SerializedValue(vxserialize::MemoryWriter const & writer);
     explicit SerializedValue(Payload list) noexcept;
 
+    /// Copies share the payload; a moved-from value is empty.
     SerializedValue(SerializedValue const & other);
 
     SerializedValue(SerializedValue && other) noexcept { swap(other); }
@@ -35,8 +39,8 @@ class VXATTRIBUTE_API SerializedValue {
     SerializedValue & operator=(SerializedValue && other) noexcept;
     ~SerializedValue() = default;
 
-    /// Replaces type name and payload: the whole list of a reader, what stands in a writer so far,
-    /// or a list. The forms without a type name clear it.
+    /// Replaces type name and payload. The payload is the whole list of a reader, the content of a
+    /// writer so far, or a list. The forms without a type name clear it.
     void set(std::string const & type, vxserialize::MemoryReader const & reader);
     void set(std::string const & type, vxserialize::MemoryWriter const & writer);
     void set(std::string const & type, Payload list);
@@ -44,33 +48,39 @@ class VXATTRIBUTE_API SerializedValue {
     void set(vxserialize::MemoryWriter const & writer);
     void set(Payload list) noexcept;
 
+    /// Removes type name and payload.
     void clear() noexcept { SerializedValue().swap(*this); }
 
+    /// Exchanges two values. No allocation.
     void swap(SerializedValue & other) noexcept;
 
+    /// The type name and the payload, valid until the value is changed or destroyed.
     std::string const & type() const noexcept { return m_type; }
 
     Payload const & memory_list() const noexcept { return m_list; }
 
-    /// Bytes of the payload.
+    /// The size of the payload in bytes.
     unsigned int size() const noexcept;
 
+    /// True without payload.
     bool empty() const noexcept { return size() == 0; }
 
-    /// A reader from the start of the payload.
+    /// A reader at the start of the payload. It keeps the payload alive.
     vxserialize::MemoryReader memory_reader() const;
 
-    /// 0 without payload, never 0 with one. O(size()) at the first call.
+    /// 0 without payload, never 0 with one. O(size()) at the first call, then O(1).
     unsigned int hash() const noexcept;
 
-    /// Values without payload first and alike; then by type name, then by the bytes.
+    /// Values without payload come first and compare equal. The others order by type name, then by
+    /// bytes.
     int compare(SerializedValue const & other) const noexcept;
 
-    /// Unlike `compare`, tells values without payload apart by their type names.
+    /// Unlike `compare`, distinguishes values without payload by their type names.
     friend bool operator==(SerializedValue const & a, SerializedValue const & b) noexcept {
         return a.size() == b.size() && a.m_type == b.m_type && a.compare(b) == 0;
     }
 
+    /// The sign of `compare`.
     friend bool operator<(SerializedValue const & a, SerializedValue const & b) noexcept {
         return a.compare(b) < 0;
     }
@@ -95,11 +105,12 @@ class VXATTRIBUTE_API SerializedValue {
     mutable std::atomic<unsigned int> m_hash{0};
 };
 
-/// Writes a record of a one-field record with the type name, and the payload as one binary element.
+/// Writes a record of two fields: a record with the type name, and the payload as one binary
+/// element.
 VXATTRIBUTE_API void write_serialized_value(vxserialize::Writer & writer,
                                             SerializedValue const & value);
 
-/// Reads what `write_serialized_value` wrote; when anything raises, `value` is as it was.
+/// Reads what `write_serialized_value` wrote. When the reader raises, `value` is as it was.
 VXATTRIBUTE_API void read_serialized_value(vxserialize::Reader & reader, SerializedValue & value);
 
 namespace impl {

@@ -16,7 +16,8 @@ void write(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-/// In one piece, whatever other threads write. The texts are data, never a format.
+/// Locks the stream, so that output of other threads does not come between. The texts are data and
+/// never a format.
 void report_duplicate(std::string_view registered, std::string_view own) {
     flockfile(stderr);
     write("ModuleRegistry: Module vxattribute is already loaded into this process!\n");
@@ -33,7 +34,7 @@ void report_duplicate(std::string_view registered, std::string_view own) {
 } // namespace
 
 ModuleRegistrar::ModuleRegistrar() {
-    char const * const info = std::strchr(moduleInformation, '<'); // behind the marker line
+    char const * const info = std::strchr(moduleInformation, '<'); // after the marker line
     if (vxmoduleregistry::add_module_info(moduleName, info)) {
         return;
     }

@@ -2,21 +2,21 @@
 
 namespace vxattribute::impl {
 
-/// What this copy of the library says about itself: a marker line, then XML. Made by the build.
+/// Describes this copy of the library: a marker line, then XML. The build generates it.
 extern char const moduleInformation[];
 
-/// Enters this copy of the library into the table of the process's modules, and takes it out.
+/// Registers this copy of the library with the process, and removes the entry again.
 ///
-/// When another copy is there already, two sets of types and singletons would meet in one process:
-/// both are shown on standard error and the process is stopped, unless the environment variable
-/// ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES is set, to whatever value.
+/// A second copy would bring a second set of types and singletons into the process. If one is
+/// registered already, the constructor prints both descriptions to standard error and aborts,
+/// unless the environment variable ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES is set to any value.
 class ModuleRegistrar {
   public:
     ModuleRegistrar();
     ModuleRegistrar(ModuleRegistrar const &) = delete;
     ModuleRegistrar & operator=(ModuleRegistrar const &) = delete;
 
-    /// Removes the entry, also when it is the other copy's.
+    /// Removes the entry, even if the other copy made it.
     ~ModuleRegistrar();
 };
 

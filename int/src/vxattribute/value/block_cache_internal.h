@@ -16,13 +16,12 @@
 #define VX_BLOCK_CACHE 0
 #endif
 
-/// Spent blocks of small objects, kept per thread for the next object of that size.
+/// Freed blocks of small objects, kept per thread for the next object of that size.
 ///
-/// Most values are one block of 40 to 80 bytes that lives shortly; taking the block from here costs
-/// a few instructions where the heap costs 15 ns. Every block is an ordinary one of `operator new`,
-/// so it may be freed by any thread, and a thread keeps at most `max_blocks` per size class. Off
-/// under sanitizers, which must see each object come and go, and with the CMake option
-/// VX_BLOCK_CACHE=OFF.
+/// Most values are one short-lived block of 40 to 80 bytes. Reusing a block costs a few
+/// instructions; the heap costs 15 ns. Every block comes from `operator new`, so any thread may
+/// free it. A thread keeps at most `max_blocks` per size class. The cache is off under sanitizers,
+/// which must see every allocation, and with the CMake option VX_BLOCK_CACHE=OFF.
 namespace vxattribute::impl {
 
 class BlockCache {
@@ -30,9 +29,9 @@ class BlockCache {
     static void * allocate(std::size_t size);
     static void free(void * block, std::size_t size) noexcept;
 
-    /// Frees what the caches hold, of all threads, and ends the caching: nothing of the library is
-    /// called at the end of a thread from then on. At the end of the process only the cache of this
-    /// thread is emptied, since others may still be in use.
+    /// Frees the cached blocks of all threads and ends the caching: from then on no thread calls
+    /// into the library when it ends. At the end of the process only the cache of this thread is
+    /// emptied, because other threads may still be running.
     static void unload() noexcept;
 
   private:

@@ -5,7 +5,7 @@
 /// The static values of booleans and integers. None is ever written, counted or destroyed.
 namespace vxattribute::impl {
 
-/// What both kinds of singleton do alike.
+/// Common to both kinds of singleton.
 template <typename T>
 class SingletonBase : public TypedValue<T> {
   public:
@@ -40,7 +40,7 @@ class SingleValueSingleton final : public SingletonBase<T> {
     void clear(ValueHolder & holder) override { holder.attach(ValueFactory<T>::create_value()); }
 };
 
-/// Storage that is constant-initialised and never destroyed: values may be used at unload.
+/// Storage that is constant-initialised and never destroyed, because values may be used at unload.
 template <typename Singleton>
 union StaticStorage {
     template <typename... Args>
@@ -48,7 +48,7 @@ union StaticStorage {
 
     constexpr ~StaticStorage() {}
 
-    char unused; // makes the union a literal type, as arrays of constants demand
+    char unused; // makes the union a literal type, as arrays of constants require
     Singleton object;
 };
 
@@ -59,7 +59,7 @@ template <>
 struct Singletons<bool> {
     static TypedValue<bool> * empty() noexcept;
 
-    /// The static of `x`; for booleans there always is one.
+    /// The static value of `x`; never null.
     static TypedValue<bool> * find(bool x) noexcept;
 };
 
@@ -72,7 +72,7 @@ struct Singletons<long long> {
 
     static TypedValue<long long> * empty() noexcept;
 
-    /// The static of `x`, null when `x` is not in -1 to 7.
+    /// The static value of `x`; null if `x` is not in -1 to 7.
     static TypedValue<long long> * find(long long x) noexcept {
         return x >= first && x <= last ? &sm_values[x - first].object : nullptr;
     }
