@@ -1,11 +1,6 @@
 // The rule under test: a row of the table and a pair of files are all that an element type needs.
 
-#include "vxattribute/elements.h"
-#include "vxattribute/make_value.h"
-#include "vxattribute/to_text.h"
 #include "vxattribute/value_forms.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -19,16 +14,13 @@ TEST(ExtraType, IsStoredReadWrittenComparedAndRendered) {
         AttributeValue copy;
         vxtest::read_binary(vxtest::write_binary(value), copy);
         EXPECT_EQ(copy, value);
-        EXPECT_EQ(copy.hash(), value.hash());
-        EXPECT_EQ(copy.type().id(), 15);
+        EXPECT_EQ(&copy.type(), &ValueTypeId::from_id(ValueTypeId::eId_Version));
     }
     EXPECT_EQ(vxtest::write_text(lone), "15u 258u");
-    EXPECT_EQ(elements<Version>(list)[1].minor, 10);
     EXPECT_LT(lone, AttributeValue(Version{1, 3}));
     EXPECT_LT(AttributeValue(impl::ErrorInfoPtr()), lone);
     EXPECT_EQ(lone.hash(), 258u);
     EXPECT_EQ(to_text(list), "[Version: {1.2, 1.10}]");
-    EXPECT_EQ(ValueTypeId::from_id(static_cast<ValueTypeId::EId>(15)).name(), "Version");
 }
 
 } // namespace
