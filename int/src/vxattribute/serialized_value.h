@@ -18,7 +18,7 @@ namespace vxattribute {
 /// too; two threads that compute it at the same time get the same number.
 class VXATTRIBUTE_API SerializedValue {
   public:
-    /// The bytes; null stands for none.
+    /// The bytes; null means none.
     using Payload = vxcore::RefCountPtr<vxserialize::MemoryList const>;
 
     /// An empty value, or one with the type name and payload that `set` takes.
