@@ -12,7 +12,8 @@ namespace vxattribute {
 
 namespace impl {
 class MapBuilder;
-}
+class ReadContext;
+} // namespace impl
 
 /// The reading half of an attribute map: names to values, in the order of the names.
 ///
@@ -207,6 +208,7 @@ class VXATTRIBUTE_API AttributeMapBase::MapHolder final
     friend class AttributeMapBase;
     friend class MutableAttributeMap;
     friend class impl::MapBuilder;
+    friend class impl::ReadContext;
 
     void destroy() noexcept override;
     ~MapHolder() override;
@@ -272,6 +274,7 @@ class VXATTRIBUTE_API AttributeMap : public AttributeMapBase {
     friend class MutableAttributeMap;
     friend class WritableAttributeMapRef;
     friend class impl::MapBuilder;
+    friend class impl::ReadContext;
 
     explicit AttributeMap(HolderPtr & holder) noexcept : AttributeMapBase(holder) {}
 };

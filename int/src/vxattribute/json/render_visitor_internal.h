@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vxattribute/attribute_map.h"
+#include "vxattribute/map/elements_cursor_internal.h"
 #include "vxjson/writer.h"
 
 #include <vector>
@@ -20,26 +20,9 @@ class JsonRenderVisitor {
     void write(AttributeValue const & value);
 
   private:
-    using Element = AttributeMapBase::value_type;
-
-    /// The elements of one map, one after the other.
-    class Elements {
-      public:
-        Elements(AttributeMap const & map, bool sorted);
-
-        /// Null behind the last one.
-        Element const * next() noexcept;
-
-      private:
-        AttributeMapBase::const_iterator m_next;
-        AttributeMapBase::const_iterator m_end;
-        std::vector<AttributeMapBase::const_iterator> m_order; // empty for the map's own order
-        std::size_t m_at = 0;
-    };
-
     /// A value of maps that is being written: the object that is open, and those behind it.
     struct OpenMaps {
-        Elements elements;
+        ElementsCursor elements;
         AttributeMap const * next;
         AttributeMap const * end;
         bool isArray;

@@ -3,7 +3,6 @@
 #include "vxattribute/json/render_visitor_internal.h"
 #include "vxattribute/json/text_writer_target_internal.h"
 #include "vxattribute/json_marshaler.h"
-#include "vxattribute/sorted_by_name.h"
 
 #include <algorithm>
 
@@ -21,20 +20,6 @@ bool is_plain_integer(long long number) noexcept {
 }
 
 } // namespace
-
-JsonRenderVisitor::Elements::Elements(AttributeMap const & map, bool sorted)
-    : m_next(map.begin()), m_end(map.end()) {
-    if (sorted) {
-        m_order = sorted_by_name(map);
-    }
-}
-
-inline JsonRenderVisitor::Element const * JsonRenderVisitor::Elements::next() noexcept {
-    if (m_order.empty()) {
-        return m_next != m_end ? &*m_next++ : nullptr;
-    }
-    return m_at != m_order.size() ? &*m_order[m_at++] : nullptr;
-}
 
 JsonRenderVisitor::JsonRenderVisitor(vxjson::Writer & writer, bool sorted)
     : m_writer(writer), m_sorted(sorted), m_serializedName(jsonSerializedKey.get()),
@@ -115,13 +100,13 @@ void JsonRenderVisitor::begin_maps(AttributeValue const & value) {
         m_writer.begin_array();
     }
     m_writer.begin_object();
-    m_open.push_back({Elements(*first, m_sorted), first + 1, last, isArray});
+    m_open.push_back({ElementsCursor(*first, m_sorted), first + 1, last, isArray});
 }
 
 /// Writes the next element of the innermost open object, or closes the object.
 void JsonRenderVisitor::next_element() {
     OpenMaps & open = m_open.back();
-    if (Element const * const element = open.elements.next()) {
+    if (auto const * const element = open.elements.next()) {
         m_writer.write_name(element->first.data(), element->first.size());
         begin(element->second); // `open` may be gone behind it
         return;
@@ -129,7 +114,7 @@ void JsonRenderVisitor::next_element() {
     m_writer.end_object();
     if (open.next != open.end) {
         m_writer.begin_object();
-        open.elements = Elements(*open.next++, m_sorted);
+        open.elements = ElementsCursor(*open.next++, m_sorted);
         return;
     }
     if (open.isArray) {

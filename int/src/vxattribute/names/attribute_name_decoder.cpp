@@ -1,6 +1,7 @@
 #include "vxattribute/attribute_name_decoder.h"
 
 #include "vxattribute/error_codes.h"
+#include "vxattribute/stream/list_room_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 #include "vxserialize/reader.h"
@@ -10,9 +11,6 @@
 namespace vxattribute {
 
 namespace {
-
-/// A count in a stream reserves at most this much room; beyond it memory grows with the data.
-constexpr unsigned int maxReserved = 128;
 
 [[noreturn]] void throw_bad_ref(vxcore::ErrorCode const & code, char const * message,
                                 vxcore::Uuid const & id) {
@@ -52,7 +50,7 @@ AttributeNameDecoder::~AttributeNameDecoder() = default;
 void AttributeNameDecoder::read_decoder_mappings(vxserialize::Reader & reader) {
     std::vector<PackageRef> refs;
     reader.begin_record();
-    refs.reserve(std::min(reader.begin_list(), maxReserved));
+    refs.reserve(impl::list_room(reader.begin_list(), impl::maxRoomForPackages));
     while (reader.has_next()) {
         read_package_ref(reader, refs);
     }

@@ -1,6 +1,7 @@
 #include "vxattribute/attribute_name_package.h"
 
 #include "vxattribute/error_codes.h"
+#include "vxattribute/stream/list_room_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxcrypto/md5_context.h"
 #include "vxserialize/reader.h"
@@ -12,9 +13,6 @@
 namespace vxattribute {
 
 namespace {
-
-/// A count in a stream reserves at most this much room; beyond it memory grows with the data.
-constexpr unsigned int maxReserved = 8192;
 
 bool less_by_bytes(AttributeName const & a, AttributeName const & b) noexcept {
     return a.value() < b.value();
@@ -90,7 +88,7 @@ AttributeNamePackage::Ptr AttributeNamePackage::create(vxserialize::Reader & rea
     std::vector<AttributeName> names;
     reader.begin_record();
     reader >> id;
-    names.reserve(std::min(reader.begin_list(), maxReserved));
+    names.reserve(impl::list_room(reader.begin_list(), impl::maxRoomForNames));
     while (reader.has_next()) {
         names.emplace_back().read(reader);
     }

@@ -1,18 +1,12 @@
 #include "vxattribute/attribute_name_package_set.h"
 
+#include "vxattribute/stream/list_room_internal.h"
 #include "vxserialize/reader.h"
 #include "vxserialize/writer.h"
 
 #include <algorithm>
 
 namespace vxattribute {
-
-namespace {
-
-/// A count in a stream reserves at most this much room; beyond it memory grows with the data.
-constexpr unsigned int maxReserved = 128;
-
-} // namespace
 
 AttributeNamePackageSet::AttributeNamePackageSet() noexcept = default;
 
@@ -69,7 +63,8 @@ AttributeNamePackageSet::Ptr AttributeNamePackageSet::create_aux(Packages & pack
 
 void AttributeNamePackageSet::read_append_aux(Packages & packages, vxserialize::Reader & reader) {
     reader.begin_record();
-    packages.reserve(packages.size() + std::min(reader.begin_list(), maxReserved));
+    packages.reserve(packages.size() +
+                     impl::list_room(reader.begin_list(), impl::maxRoomForPackages));
     while (reader.has_next()) {
         packages.push_back(AttributeNamePackage::create(reader));
     }

@@ -1,78 +1,118 @@
-#include "vxattribute/attribute_map.h"
 #include "vxattribute/attribute_name_coder.h"
-#include "vxattribute/attribute_value_marshaler.h"
+#include "vxattribute/sorted_by_name.h"
+#include "vxattribute/stream/contexts_internal.h"
+#include "vxattribute/stream/list_room_internal.h"
 #include "vxserialize/reader.h"
 #include "vxserialize/writer.h"
 
-#include <algorithm>
-
 namespace vxattribute {
+
+using MapHolder = AttributeMapBase::MapHolder;
+using impl::ReadContext;
+using impl::WriteContext;
 
 namespace {
 
-/// The count of a list is a hint for the first run of nodes, which is small memory at the most.
-constexpr unsigned int maxExpected = 256;
+using Element = AttributeMapBase::value_type;
+using MapIterator = AttributeMapBase::const_iterator;
+
+Element const & element_at(MapIterator position) noexcept {
+    return *position;
+}
+
+Element const & element_at(std::vector<MapIterator>::const_iterator position) noexcept {
+    return **position;
+}
+
+/// @param elements  A map, the tree in its holder, or iterators into it.
+template <typename Elements>
+void write_elements(WriteContext const & context, Elements const & elements) {
+    vxserialize::Writer & writer = context.writer();
+    writer.begin_list(static_cast<unsigned int>(elements.size()));
+    auto const first = elements.begin();
+    auto const last = elements.end();
+    for (auto position = first; position != last; ++position) {
+        if (position != first) {
+            writer.next_list_item();
+        }
+        context.write_element(element_at(position));
+    }
+    writer.end_list();
+}
 
 } // namespace
 
-using MapHolder = AttributeMapBase::MapHolder;
+void WriteContext::write_map(AttributeMapBase const & map) const {
+    if (m_sortedNames) {
+        write_elements(*this, sorted_by_name(map));
+    } else {
+        write_elements(*this, map);
+    }
+}
+
+void WriteContext::write_tree(AttributeMapBase::Map const & tree) const {
+    write_elements(*this, tree);
+}
+
+void WriteContext::write_element(Element const & element) const {
+    if (m_encoder != nullptr) {
+        m_encoder->write_attribute_name(m_writer, element.first);
+    } else {
+        m_writer.write_string_key(element.first.key());
+    }
+    write_value(element.second);
+}
+
+AttributeMap ReadContext::read_map() const {
+    auto holder = vxcore::make_ref_counted<MapHolder>();
+    read_map(*holder);
+    return AttributeMap(holder);
+}
+
+void ReadContext::read_map(MapHolder & holder) const {
+    holder.m_arena.expect(impl::list_room(m_reader.begin_list(), impl::maxRoomForMapElements));
+    while (m_reader.has_next()) {
+        AttributeValue & value =
+            holder.find_or_make(m_decoder != nullptr ? m_decoder->read_attribute_name(m_reader)
+                                                     : AttributeName(m_reader.read_string_key()));
+        read_value(value);
+    }
+}
+
+// The public ways in and out
 
 MapHolder::MapHolder(vxserialize::Reader & reader) : MapHolder() {
-    m_arena.expect(std::min(reader.begin_list(), maxExpected));
-    while (reader.has_next()) {
-        AttributeValue & value = find_or_make(AttributeName(reader.read_string_key()));
-        read_attribute_value(reader, value);
-    }
+    ReadContext(reader).read_map(*this);
 }
 
 MapHolder::MapHolder(vxserialize::Reader & reader, IAttributeNameDecoder & decoder) : MapHolder() {
-    m_arena.expect(std::min(reader.begin_list(), maxExpected));
-    while (reader.has_next()) {
-        AttributeValue & value = find_or_make(decoder.read_attribute_name(reader));
-        read_attribute_value(reader, decoder, value);
-    }
+    ReadContext(reader, &decoder).read_map(*this);
 }
 
 void MapHolder::write(vxserialize::Writer & writer) const {
-    writer.begin_list(static_cast<unsigned int>(m_map.size()));
-    for (auto element = m_map.begin(); element != m_map.end(); ++element) {
-        if (element != m_map.begin()) {
-            writer.next_list_item();
-        }
-        write_element_aux(writer, *element);
-    }
-    writer.end_list();
+    WriteContext(writer).write_tree(m_map);
 }
 
 void MapHolder::write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const {
-    writer.begin_list(static_cast<unsigned int>(m_map.size()));
-    for (auto element = m_map.begin(); element != m_map.end(); ++element) {
-        if (element != m_map.begin()) {
-            writer.next_list_item();
-        }
-        write_element_aux(writer, encoder, *element);
-    }
-    writer.end_list();
+    WriteContext(writer, &encoder).write_tree(m_map);
 }
 
 void AttributeMapBase::write(vxserialize::Writer & writer) const {
-    m_pImpl->write(writer);
+    WriteContext(writer).write_map(*this);
 }
 
 void AttributeMapBase::write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const {
-    m_pImpl->write(writer, encoder);
+    WriteContext(writer, &encoder).write_map(*this);
 }
 
 void AttributeMapBase::write_element_aux(vxserialize::Writer & writer, value_type const & element) {
-    element.first.write(writer);
-    write_attribute_value(writer, element.second);
+    WriteContext(writer).write_element(element);
 }
 
 void AttributeMapBase::write_element_aux(vxserialize::Writer & writer,
                                          IAttributeNameEncoder & encoder,
                                          value_type const & element) {
-    encoder.write_attribute_name(writer, element.first);
-    write_attribute_value(writer, encoder, element.second);
+    WriteContext(writer, &encoder).write_element(element);
 }
 
 } // namespace vxattribute

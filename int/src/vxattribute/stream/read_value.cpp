@@ -1,15 +1,13 @@
-#include "vxattribute/attribute_name_coder.h"
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/error_codes.h"
 #include "vxattribute/stream/bare_kind_internal.h"
+#include "vxattribute/stream/contexts_internal.h"
+#include "vxattribute/stream/list_room_internal.h"
 #include "vxattribute/stream/marshaled_type_internal.h"
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 #include "vxserialize/error_info_stream.h"
 #include "vxserialize/reader.h"
-
-#include <algorithm>
-#include <memory>
 
 namespace vxattribute {
 
@@ -26,17 +24,15 @@ using impl::ValueBase;
 using impl::ValueFactory;
 using impl::ValueHolder;
 
-/// A count in a stream reserves at most this much room; beyond it memory grows with the data.
-constexpr unsigned int maxReserved = 4096;
-
-/// Reads one value. The decoder is null for plain names.
+/// Reads one value.
 ///
-/// The functions that give a value keep it in a holder until it is complete: a reader may raise at
-/// every step. They are apart from each other so that the stack of nested maps stays shallow.
+/// A value that is being read is owned by a holder, because the reader may raise at every step.
+/// There is one function per element type and not one large function, so that nested maps take
+/// little stack.
 class ValueReader {
   public:
-    ValueReader(vxserialize::Reader & reader, IAttributeNameDecoder * decoder) noexcept
-        : m_reader(reader), m_decoder(decoder) {}
+    explicit ValueReader(impl::ReadContext const & context) noexcept
+        : m_context(context), m_reader(context.reader()) {}
 
     ValueHolder read_value() {
         vxserialize::EElementKind const kind = m_reader.next_type();
@@ -96,7 +92,7 @@ class ValueReader {
     ValueHolder read_array() {
         auto * const array = new RefCountedValueImpl<T>;
         ValueHolder result(array);
-        array->reserve(std::min(m_reader.begin_list(), maxReserved));
+        array->reserve(impl::list_room(m_reader.begin_list(), impl::maxRoomForValues));
         while (m_reader.has_next()) {
             read(array->push_back_default());
         }
@@ -106,21 +102,35 @@ class ValueReader {
     template <typename T>
     ValueHolder read_list() {
         unsigned int const count = m_reader.begin_list();
-        if (count == 1) {
-            m_reader.has_next();
-            ValueHolder result = read_scalar<T>();
-            if constexpr (std::is_same_v<T, AttributeMap>) {
-                m_reader.has_next();
-            }
-            return result;
-        }
         if (count > 1) {
-            auto * const list = new RefCountedValueImpl<T>;
-            ValueHolder result(list);
-            list->reserve(std::min(count, maxReserved));
-            append_rest(*list);
-            return result;
+            return read_counted_list<T>(count);
         }
+        return count == 1 ? read_list_of_one<T>() : read_uncounted_list<T>();
+    }
+
+    template <typename T>
+    ValueHolder read_counted_list(unsigned int count) {
+        auto * const list = new RefCountedValueImpl<T>;
+        ValueHolder result(list);
+        list->reserve(impl::list_room(count, impl::maxRoomForValues));
+        append_rest(*list);
+        return result;
+    }
+
+    /// The reader is asked for the end of the list only after a map.
+    template <typename T>
+    ValueHolder read_list_of_one() {
+        m_reader.has_next();
+        ValueHolder result = read_scalar<T>();
+        if constexpr (std::is_same_v<T, AttributeMap>) {
+            m_reader.has_next();
+        }
+        return result;
+    }
+
+    /// A count of 0 means an empty list, or a form that does not store counts.
+    template <typename T>
+    ValueHolder read_uncounted_list() {
         if (!m_reader.has_next()) {
             return ValueHolder(ValueFactory<T>::create_value());
         }
@@ -190,30 +200,26 @@ class ValueReader {
 
     void read(impl::ErrorInfoPtr & element) { element = vxserialize::read_error_info(m_reader); }
 
-    void read(AttributeMap & element) {
-        element =
-            m_decoder != nullptr ? AttributeMap(m_reader, *m_decoder) : AttributeMap(m_reader);
-    }
+    void read(AttributeMap & element) { element = m_context.read_map(); }
 
+    impl::ReadContext const & m_context;
     vxserialize::Reader & m_reader;
-    IAttributeNameDecoder * m_decoder;
 };
-
-void read_attribute_value_aux(vxserialize::Reader & reader, IAttributeNameDecoder * decoder,
-                              AttributeValue & value) {
-    ValueHolder result = ValueReader(reader, decoder).read_value();
-    value.swap_impl(result);
-}
 
 } // namespace
 
+void impl::ReadContext::read_value(AttributeValue & value) const {
+    ValueHolder result = ValueReader(*this).read_value();
+    value.swap_impl(result);
+}
+
 void read_attribute_value(vxserialize::Reader & reader, AttributeValue & value) {
-    read_attribute_value_aux(reader, nullptr, value);
+    impl::ReadContext(reader).read_value(value);
 }
 
 void read_attribute_value(vxserialize::Reader & reader, IAttributeNameDecoder & decoder,
                           AttributeValue & value) {
-    read_attribute_value_aux(reader, &decoder, value);
+    impl::ReadContext(reader, &decoder).read_value(value);
 }
 
 } // namespace vxattribute

@@ -1,6 +1,6 @@
-#include "vxattribute/attribute_name_coder.h"
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/stream/bare_kind_internal.h"
+#include "vxattribute/stream/contexts_internal.h"
 #include "vxserialize/error_info_stream.h"
 #include "vxserialize/writer.h"
 
@@ -8,11 +8,11 @@ namespace vxattribute {
 
 namespace {
 
-/// Writes the elements of one value. The encoder is null for plain names.
+/// Writes the elements of one value.
 class ElementWriter {
   public:
-    ElementWriter(vxserialize::Writer & writer, IAttributeNameEncoder * encoder) noexcept
-        : m_writer(writer), m_encoder(encoder) {}
+    explicit ElementWriter(impl::WriteContext const & context) noexcept
+        : m_context(context), m_writer(context.writer()) {}
 
     template <typename T>
     void write_elements(T const * first, T const * last) {
@@ -56,38 +56,31 @@ class ElementWriter {
         vxserialize::write_error_info(m_writer, element);
     }
 
-    void write(AttributeMap const & element) {
-        if (m_encoder != nullptr) {
-            element.write(m_writer, *m_encoder);
-        } else {
-            element.write(m_writer);
-        }
-    }
+    void write(AttributeMap const & element) { m_context.write_map(element); }
 
+    impl::WriteContext const & m_context;
     vxserialize::Writer & m_writer;
-    IAttributeNameEncoder * m_encoder;
 };
-
-void write_value(vxserialize::Writer & writer, IAttributeNameEncoder * encoder,
-                 AttributeValue const & value) {
-    if (value.is_null()) {
-        writer.write_null();
-        return;
-    }
-    impl::for_element_type(value.type().id(), [&]<typename T>() {
-        ElementWriter(writer, encoder).write_elements(value.begin<T>(), value.end<T>());
-    });
-}
 
 } // namespace
 
+void impl::WriteContext::write_value(AttributeValue const & value) const {
+    if (value.is_null()) {
+        m_writer.write_null();
+        return;
+    }
+    impl::for_element_type(value.type().id(), [&]<typename T>() {
+        ElementWriter(*this).write_elements(value.begin<T>(), value.end<T>());
+    });
+}
+
 void write_attribute_value(vxserialize::Writer & writer, AttributeValue const & value) {
-    write_value(writer, nullptr, value);
+    impl::WriteContext(writer).write_value(value);
 }
 
 void write_attribute_value(vxserialize::Writer & writer, IAttributeNameEncoder & encoder,
                            AttributeValue const & value) {
-    write_value(writer, &encoder, value);
+    impl::WriteContext(writer, &encoder).write_value(value);
 }
 
 } // namespace vxattribute

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "vxattribute/attribute_map.h"
+#include "vxserialize/fwd.h"
+
+/// What stays the same for a value or map and for everything nested in it while it goes through a
+/// stream. All public functions that read or write one, with or without a coder, come here.
+namespace vxattribute::impl {
+
+class WriteContext {
+  public:
+    /// @param encoder      Null for plain names.
+    /// @param sortedNames  Sorts the elements of each map by the bytes of their names.
+    explicit WriteContext(vxserialize::Writer & writer, IAttributeNameEncoder * encoder = nullptr,
+                          bool sortedNames = false) noexcept
+        : m_writer(writer), m_encoder(encoder), m_sortedNames(sortedNames) {}
+
+    vxserialize::Writer & writer() const noexcept { return m_writer; }
+
+    void write_value(AttributeValue const & value) const;
+
+    void write_map(AttributeMapBase const & map) const;
+
+    /// Writes the map with that tree, in map order.
+    void write_tree(AttributeMapBase::Map const & tree) const;
+
+    /// Writes a name and a value.
+    void write_element(AttributeMapBase::value_type const & element) const;
+
+  private:
+    vxserialize::Writer & m_writer;
+    IAttributeNameEncoder * const m_encoder;
+    bool const m_sortedNames;
+};
+
+class ReadContext {
+  public:
+    /// @param decoder  Null for plain names.
+    explicit ReadContext(vxserialize::Reader & reader,
+                         IAttributeNameDecoder * decoder = nullptr) noexcept
+        : m_reader(reader), m_decoder(decoder) {}
+
+    vxserialize::Reader & reader() const noexcept { return m_reader; }
+
+    /// Reads a value; when that raises, `value` is as it was.
+    void read_value(AttributeValue & value) const;
+
+    AttributeMap read_map() const;
+
+    /// Reads a map into a new holder; of equal names the last value stays.
+    void read_map(AttributeMapBase::MapHolder & holder) const;
+
+  private:
+    vxserialize::Reader & m_reader;
+    IAttributeNameDecoder * const m_decoder;
+};
+
+} // namespace vxattribute::impl
