@@ -1,15 +1,20 @@
 #include "commands.h"
 #include "difference.h"
 #include "failure.h"
-#include "sorted_trace.h"
 #include "value_file.h"
 
+#include "vxattribute/trace_formatter.h"
+
 #include <CLI/CLI.hpp>
+#include <limits>
+#include <locale>
 #include <memory>
+#include <sstream>
 
 namespace vxattr {
 
 using vxattribute::AttributeValue;
+using vxattribute::TraceFormatter;
 
 namespace {
 
@@ -19,6 +24,32 @@ struct Options {
     bool quiet = false;
     ReadOptions read;
 };
+
+TraceFormatter one_line_formatter(unsigned int elements, unsigned int textBytes,
+                                  unsigned int dumpBytes) {
+    return TraceFormatter::Composer()
+        .sorted_names(true)
+        .line_prefix({})
+        .indent({})
+        .multiline_string_newline({"\\n", true})
+        .max_multivalue_count(elements)
+        .max_string_len(textBytes)
+        .max_binary_value_dump_bytes(dumpBytes)
+        .compose();
+}
+
+/// The value on one line.
+///
+/// @param isWhole  Long lists, texts and binary values are shown to their end.
+std::string one_line_trace(AttributeValue const & value, bool isWhole) {
+    constexpr unsigned int all = std::numeric_limits<unsigned int>::max();
+    static TraceFormatter const brief = one_line_formatter(32, 256, 32);
+    static TraceFormatter const whole = one_line_formatter(all, all, all);
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    value.write_trace(stream, isWhole ? whole : brief, 0);
+    return std::move(stream).str();
+}
 
 /// The value on one line; empty for a null pointer.
 std::string text_of(AttributeValue const * value, bool isWhole) {

@@ -2,7 +2,6 @@
 #include "failure.h"
 #include "json_file.h"
 #include "place.h"
-#include "sorted_trace.h"
 #include "trace_options.h"
 #include "value_file.h"
 
@@ -64,7 +63,7 @@ void write_plain(std::ostream & stream, AttributeValue const & value,
         }
     });
     if (!isWritten) {
-        write_sorted_trace(stream, value, formatter, 0);
+        value.write_trace(stream, formatter, 0);
         stream << '\n';
     }
 }
@@ -87,7 +86,7 @@ int get(Options const & options) {
         } else if (options.to == "json") {
             write_json(output, *found, {0, true, ""});
         } else if (options.to == "trace") {
-            write_sorted_trace(stream, *found, formatter, 0);
+            found->write_trace(stream, formatter, 0);
             stream << '\n';
         } else {
             write_plain(stream, *found, formatter);

@@ -2,7 +2,6 @@
 #include "failure.h"
 #include "key_options.h"
 #include "place.h"
-#include "sorted_trace.h"
 #include "trace_options.h"
 #include "value_file.h"
 
@@ -31,7 +30,7 @@ struct Options {
 void show(AttributeValue const & opened, TraceOptions const & trace) {
     Output output("-", Output::EAccess::eOwnerOnly);
     OutputStream stream(output, trace.visible || output.is_terminal());
-    write_sorted_trace(stream, opened, trace.formatter(), 0);
+    opened.write_trace(stream, trace.formatter(), 0);
     stream << '\n';
     stream.finish();
     output.commit();

@@ -1,6 +1,5 @@
 #include "commands.h"
 #include "failure.h"
-#include "sorted_trace.h"
 #include "trace_options.h"
 #include "value_file.h"
 
@@ -21,7 +20,7 @@ int show(Options const & options) {
     vxattribute::AttributeValue const value = read_value(options.in, options.read);
     Output output("-");
     OutputStream stream(output, options.trace.visible || output.is_terminal());
-    write_sorted_trace(stream, value, options.trace.formatter(), 0);
+    value.write_trace(stream, options.trace.formatter(), 0);
     stream << '\n';
     stream.finish();
     output.commit();

@@ -10,7 +10,8 @@ using vxcore::SourceString;
 TraceFormatter TraceOptions::formatter() const {
     TraceFormatter const base;
     TraceFormatter::Composer composer(base);
-    composer.show_type(!noTypes)
+    composer.sorted_names(true)
+        .show_type(!noTypes)
         .max_multivalue_count(maxElements)
         .max_string_len(maxString)
         .multiline_length_threshold(multilineFrom)

@@ -10,7 +10,7 @@ class App;
 
 namespace vxattr {
 
-/// The settings of a TraceFormatter as options of the command line.
+/// The settings of a TraceFormatter as options of the command line. Names are always sorted.
 struct TraceOptions {
     bool noTypes = false;
     bool bareScalars = false;

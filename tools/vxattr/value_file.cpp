@@ -4,8 +4,6 @@
 #include "form.h"
 #include "input.h"
 #include "json_file.h"
-#include "sorted_stream.h"
-#include "sorted_trace.h"
 
 #include "vxattribute/attribute_access.h"
 #include "vxattribute/attribute_name_decoder.h"
@@ -112,11 +110,7 @@ EForm output_form(std::string const & path, std::string const & name) {
 void write_stream(vxserialize::Writer & writer, AttributeValue const & value,
                   WriteOptions const & options, NamePackages const & packages) {
     AttributeNameEncoder encoder(options.plainNames ? nullptr : packages.set());
-    if (options.sorted) {
-        write_sorted(writer, encoder, value);
-    } else {
-        write_attribute_value(writer, encoder, value);
-    }
+    write_attribute_value(writer, encoder, value, StreamOptions{options.sorted});
 }
 
 void write_binary(Output & output, AttributeValue const & value, WriteOptions const & options,
@@ -136,7 +130,7 @@ void write_text(Output & output, AttributeValue const & value, WriteOptions cons
 
 void write_trace(Output & output, AttributeValue const & value) {
     OutputStream stream(output, output.is_terminal());
-    write_sorted_trace(stream, value, defaultTraceFormatter, 0);
+    value.write_trace(stream, TraceFormatter::Composer().sorted_names(true).compose(), 0);
     stream << '\n';
     stream.finish();
 }

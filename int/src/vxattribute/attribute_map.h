@@ -93,12 +93,16 @@ class VXATTRIBUTE_API AttributeMapBase {
     /// @cost  O(content) at each call; nothing is stored.
     unsigned int hash() const;
 
-    /// A list of the elements, each a name and a value. With an encoder, names at every depth go
-    /// through it.
+    /// Writes a list of the elements, each a name and a value. With an encoder, names at every
+    /// depth go through it.
+    ///
+    /// The elements are in map order, so the bytes are not stable between processes;
+    /// `write_attribute_map` can sort them (attribute_value_marshaler.h).
     void write(vxserialize::Writer & writer) const;
     void write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const;
 
-    /// Renders the elements in map order, one a line; an empty map writes nothing.
+    /// Renders the elements, one a line, in map order unless the formatter sorts names. An empty
+    /// map writes nothing.
     ///
     /// @param level  Indentation of the lines, in steps of the formatter.
     void write_trace(std::ostream & stream, TraceFormatter const & formatter,

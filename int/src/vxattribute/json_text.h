@@ -32,8 +32,7 @@ struct JsonTextOptions {
     unsigned int indent = 0; ///< blanks per level, each value on its own line; 0: no blanks
 
     /// Sorts names by their bytes, so that the same value gives the same text in every process.
-    /// Otherwise they are in map order, which differs. Costs a sort of each map. Maps within
-    /// "vxserialize" stay in map order.
+    /// Otherwise they are in map order, which differs. Costs a sort of each map.
     bool sorted_names = false;
 
     bool ascii_only = false;      ///< escapes all from U+0080 on; raises on ill-formed UTF-8

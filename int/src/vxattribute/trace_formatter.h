@@ -45,6 +45,9 @@ class VXATTRIBUTE_API TraceFormatter {
 
     /// Wrap each value in its type name. true
     bool show_type() const noexcept;
+    /// Sort the elements of each map by the bytes of their names. false: map order, which differs
+    /// from process to process. Sorting takes an allocation per map.
+    bool sorted_names() const noexcept;
     /// Most elements shown of one value. 32
     unsigned int max_multivalue_count() const noexcept;
     /// A list of strings has a line for each string when any but the first has so many bytes, or
@@ -168,6 +171,7 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
     explicit Composer(TraceFormatter const & base);
 
     Composer & show_type(bool value);
+    Composer & sorted_names(bool value);
     Composer & max_multivalue_count(unsigned int value);
     Composer & multiline_length_threshold(unsigned int value);
     Composer & max_string_len(unsigned int value);

@@ -165,15 +165,6 @@ TEST(AttributeMapAccess, DefaultsAreCheckedToo) {
                  "vxattribute::AttributeMapBase::check_scalar_of_type()");
 }
 
-TEST(AttributeMapAccess, SortedNamesGoByCharacters) {
-    AttributeMap const map = make_map({{"b", 1}, {"a", 2}, {"\xc3\xa4", 3}, {"", 4}, {"B", 5}});
-    std::string names;
-    for (auto const & element : sorted_by_name(map)) {
-        names += element->first.value() + ',';
-    }
-    EXPECT_EQ(names, ",B,a,b,\xc3\xa4,");
-}
-
 using Model = std::map<AttributeName, AttributeValue>;
 
 /// What maps and plain maps do alike, and what it gives.

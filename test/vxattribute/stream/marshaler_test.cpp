@@ -17,17 +17,19 @@ using vxtest::expect_error;
 using vxtest::ScriptedReader;
 
 TEST(Marshaler, WorkedExample) {
-    AttributeMap const map = make_map(
-        {{"x", 5}, {"y", make_list<std::string>({"s", "t"})}, {"n", make_map({{"w", true}})}});
-    std::map<std::string, std::string> const elements = {
-        {"x", "<x> 5"}, {"y", "<y> 3u [2: <s>, <t>]"}, {"n", "<n> 12u [[<w> true]]"}};
-    std::string expected;
-    for (auto const & [name, value] : map) { // the order of names differs from run to run
-        expected += (expected.empty() ? "[3: " : ", ") + elements.at(name.value());
-    }
-    expected += "]";
-    EXPECT_EQ(vxtest::write_text(map), "12u [" + expected + "]");
-    EXPECT_EQ(vxtest::write_text_form([&](auto & writer) { map.write(writer); }), expected);
+    AttributeMap const map = make_map({{"y", make_list<std::string>({"s", "t"})},
+                                       {"\xc3\xa4", make_map({{"w", true}})},
+                                       {"x", 5},
+                                       {"", 4},
+                                       {"Y", {}}});
+    std::string const expected =
+        "[5: <> 4, <Y> null, <x> 5, <y> 3u [2: <s>, <t>], <%c3%a4> 12u [[<w> true]]]";
+    StreamOptions const sorted{.sorted_names = true};
+    EXPECT_EQ(vxtest::write_text_form([&](auto & w) { write_attribute_value(w, map, sorted); }),
+              "12u [" + expected + "]");
+    EXPECT_EQ(vxtest::write_text_form([&](auto & w) { write_attribute_map(w, map, sorted); }),
+              expected);
+    EXPECT_EQ(vxtest::write_text_form([](auto & w) { make_map({{"n", 1}}).write(w); }), "[<n> 1]");
 }
 
 TEST(Marshaler, AListThatShrankIsOneElement) {

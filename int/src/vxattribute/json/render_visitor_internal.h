@@ -13,8 +13,7 @@ class JsonRenderVisitor {
   public:
     class TextWriterTarget;
 
-    /// @param sorted  Writes the names of plain objects in the order of their bytes, not by
-    /// address.
+    /// @param sorted  Sorts the elements of each map by the bytes of their names.
     JsonRenderVisitor(vxjson::Writer & writer, bool sorted);
 
     void write(AttributeValue const & value);

@@ -129,7 +129,7 @@ void JsonRenderVisitor::write_serialized(AttributeValue const & value) {
     m_writer.begin_string();
     TextWriterTarget target(m_writer);
     vxserialize::TextWriter writer(target, vxserialize::TextWriter::Options());
-    write_attribute_value(writer, value);
+    write_attribute_value(writer, value, StreamOptions{m_sorted});
     writer.close();
     target.flush();
     m_writer.end_string();

@@ -1,4 +1,5 @@
 #include "vxattribute/attribute_name_coder.h"
+#include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/sorted_by_name.h"
 #include "vxattribute/stream/contexts_internal.h"
 #include "vxattribute/stream/list_room_internal.h"
@@ -66,7 +67,7 @@ void WriteContext::write_element(Element const & element) const {
 AttributeMap ReadContext::read_map() const {
     auto holder = vxcore::make_ref_counted<MapHolder>();
     read_map(*holder);
-    return AttributeMap(holder);
+    return holder->m_map.empty() ? AttributeMap() : AttributeMap(holder); // see share_if_empty
 }
 
 void ReadContext::read_map(MapHolder & holder) const {
@@ -80,6 +81,16 @@ void ReadContext::read_map(MapHolder & holder) const {
 }
 
 // The public ways in and out
+
+void write_attribute_map(vxserialize::Writer & writer, AttributeMapBase const & map,
+                         StreamOptions const & options) {
+    WriteContext(writer, nullptr, options.sorted_names).write_map(map);
+}
+
+void write_attribute_map(vxserialize::Writer & writer, IAttributeNameEncoder & encoder,
+                         AttributeMapBase const & map, StreamOptions const & options) {
+    WriteContext(writer, &encoder, options.sorted_names).write_map(map);
+}
 
 MapHolder::MapHolder(vxserialize::Reader & reader) : MapHolder() {
     ReadContext(reader).read_map(*this);

@@ -83,4 +83,14 @@ void write_attribute_value(vxserialize::Writer & writer, IAttributeNameEncoder &
     impl::WriteContext(writer, &encoder).write_value(value);
 }
 
+void write_attribute_value(vxserialize::Writer & writer, AttributeValue const & value,
+                           StreamOptions const & options) {
+    impl::WriteContext(writer, nullptr, options.sorted_names).write_value(value);
+}
+
+void write_attribute_value(vxserialize::Writer & writer, IAttributeNameEncoder & encoder,
+                           AttributeValue const & value, StreamOptions const & options) {
+    impl::WriteContext(writer, &encoder, options.sorted_names).write_value(value);
+}
+
 } // namespace vxattribute

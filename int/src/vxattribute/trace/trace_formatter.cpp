@@ -60,6 +60,7 @@ TraceFormatter TraceFormatter::Composer::compose() {
     VXATTRIBUTE_SETTING(ListParams, TraceFormatter::ListParams const &, name)
 
 VXATTRIBUTE_SETTING(bool, bool, show_type)
+VXATTRIBUTE_SETTING(bool, bool, sorted_names)
 VXATTRIBUTE_NUMBER(max_multivalue_count)
 VXATTRIBUTE_NUMBER(multiline_length_threshold)
 VXATTRIBUTE_NUMBER(max_string_len)

@@ -20,6 +20,7 @@ class TraceFormatterImpl final : public vxcore::RefCounted<vxcore::AtomicRefCoun
     }
 
     bool show_type = true;
+    bool sorted_names = false;
     unsigned int max_multivalue_count = 32;
     unsigned int multiline_length_threshold = 128;
     unsigned int max_string_len = 4096;

@@ -1,5 +1,6 @@
 // The ways into rendering: values, maps, and the trace hook of each element type.
 
+#include "vxattribute/map/elements_cursor_internal.h"
 #include "vxattribute/trace/trace_list_internal.h"
 
 namespace vxattribute {
@@ -20,11 +21,12 @@ void render_map(TraceSink & sink, AttributeMapBase const & map) {
     std::string const prefix = sink.indented(sink.settings().map_element_prefix);
     std::string const separator = sink.indented(sink.settings().map_name_value_separator);
     std::string const suffix = sink.indented(sink.settings().map_element_suffix);
-    for (auto const & [name, value] : map) {
+    ElementsCursor elements(map, sink.settings().sorted_names);
+    while (auto const * const element = elements.next()) {
         sink.append(prefix);
-        sink.insert(name.value());
+        sink.insert(element->first.value());
         sink.append(separator);
-        render_value(sink, value);
+        render_value(sink, element->second);
         sink.append(suffix);
     }
 }
