@@ -6,42 +6,47 @@
 
 namespace vxattribute {
 
-/// Replaces the names of one stream by something shorter while it is written.
+/// Writes the names of one stream in a shorter form. AttributeNameEncoder is the usual one.
 ///
-/// Belongs to one stream and to its caller; not destroyed through this interface. After a failure
-/// the coder is spent, as the stream is.
+/// An encoder serves one stream and one thread, and its caller owns it. The destructor is
+/// protected: never delete through this interface. After a failure neither the encoder nor the
+/// stream can be used again.
 class IAttributeNameEncoder {
   public:
     IAttributeNameEncoder() = default;
     IAttributeNameEncoder(IAttributeNameEncoder const &) = default;
     IAttributeNameEncoder & operator=(IAttributeNameEncoder const &) = default;
 
-    /// Writes all that a decoder needs to know, at once and ahead of the names that follow.
-    /// Optional.
+    /// Writes everything that a decoder needs for the names that follow. Optional: without it the
+    /// names bring along what they need.
     virtual void write_encoder_mappings(vxserialize::Writer & writer) = 0;
+
+    /// Writes one name. Called for each name of a map, at every depth.
     virtual void write_attribute_name(vxserialize::Writer & writer, AttributeName const & name) = 0;
 
   protected:
     ~IAttributeNameEncoder() = default;
 };
 
-/// Reads the names that an IAttributeNameEncoder wrote.
+/// Reads the names that an IAttributeNameEncoder wrote, under the same rules.
 class IAttributeNameDecoder {
   public:
     IAttributeNameDecoder() = default;
     IAttributeNameDecoder(IAttributeNameDecoder const &) = default;
     IAttributeNameDecoder & operator=(IAttributeNameDecoder const &) = default;
 
-    /// Stands exactly where `write_encoder_mappings` of the encoder stood.
+    /// Reads what `write_encoder_mappings` wrote. Call it exactly where that was called.
     virtual void read_decoder_mappings(vxserialize::Reader & reader) = 0;
+
+    /// Reads one name.
     virtual AttributeName read_attribute_name(vxserialize::Reader & reader) = 0;
 
   protected:
     ~IAttributeNameDecoder() = default;
 };
 
-/// Carries an encoder through templates of callers that write by a function of writer and object.
-/// Serves names, attributes and maps. The encoder must outlive it.
+/// A function object that writes names, attributes and maps with an encoder, for templates that
+/// take a function of a writer and an object. The encoder must outlive it.
 class AttributeNameEncoderFunctor {
   public:
     explicit AttributeNameEncoderFunctor(
@@ -57,7 +62,7 @@ class AttributeNameEncoderFunctor {
     IAttributeNameEncoder & m_encoder;
 };
 
-/// The same for a decoder. Serves names, attributes and changeable maps.
+/// The same for reading: names, attributes and `MutableAttributeMap`s, with a decoder.
 class AttributeNameDecoderFunctor {
   public:
     explicit AttributeNameDecoderFunctor(

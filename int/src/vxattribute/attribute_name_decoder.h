@@ -7,45 +7,52 @@ namespace vxattribute {
 
 /// Reads names that an AttributeNameEncoder wrote.
 ///
-/// A stream tells which packages it uses. A package that is not at hand is no obstacle unless the
-/// decoder is told so: its names come out as the 32 digits of its id, a colon and the position, and
-/// the names of different positions differ.
+/// The stream refers to the packages that it uses. When the decoder lacks one of them, its names
+/// are read as the 32 digits of the package's id, a colon and the position of the name; a decoder
+/// made with `failOnUnknownPackage` raises instead.
 ///
 ///     AttributeNameDecoder decoder(AttributeNamePackageSet::create(package), true);
 ///     AttributeMap const map(reader, decoder);
 ///
-/// Cost. A token that falls to the same package as the last one takes one comparison and one count;
-/// another one a binary search of the references. No name of a package at hand is interned.
+/// Cost. A token of the same package as the last token takes one comparison and one reference
+/// count; any other token takes a binary search of the references. Names of a known package are
+/// not interned again.
 ///
-/// Errors, beside those of the reader. After any of them the decoder and its stream are spent.
+/// Errors, in addition to those of the reader. After any of them neither the decoder nor its stream
+/// can be used again.
 /// - error.vxattribute.name.decoder.unknownIndex: no reference covers a token.
 /// - error.vxattribute.name.decoder.packageRef.invalid: a reference cannot be read, begins before
-///   the end of the one before it, or tells another size than that of the package at hand.
+///   the end of the previous one, or has another size than the package of the set.
 /// - error.vxattribute.name.decoder.packageRef.unknown: the set lacks the package, and
 ///   `failOnUnknownPackage` was given.
 ///
 /// One decoder serves one stream and one thread.
 class VXATTRIBUTE_API AttributeNameDecoder final : public IAttributeNameDecoder {
   public:
-    /// @param packages              May be null: no package is known then, and none is missed.
-    /// @param failOnUnknownPackage  Refuse references to packages that the set lacks.
+    /// @param packages              The known packages. When null, every package is accepted and
+    ///                              read as unknown, whatever `failOnUnknownPackage` is.
+    /// @param failOnUnknownPackage  Raise on a reference to a package that the set lacks.
     AttributeNameDecoder(AttributeNamePackageSet::Ptr packages, bool failOnUnknownPackage) noexcept;
+
+    /// A copy has the references read so far.
     AttributeNameDecoder(AttributeNameDecoder const &);
     AttributeNameDecoder & operator=(AttributeNameDecoder const &);
     ~AttributeNameDecoder();
 
+    /// The known packages; may be null.
     AttributeNamePackageSet::Ptr const & package_set() const noexcept VXCORE_LIFETIMEBOUND {
         return m_packageSet;
     }
 
-    /// Reads the table that `write_encoder_mappings` wrote, in place of all references so far; they
-    /// stay when that raises. Memory grows with the data, whatever the count says.
+    /// Reads the table that `write_encoder_mappings` wrote, which replaces all references so far.
+    /// When this raises, they stay. Memory grows with the data, whatever the count in it.
     void read_decoder_mappings(vxserialize::Reader & reader) override;
 
+    /// Reads a name in any of its forms, with the reference before it if there is one.
     AttributeName read_attribute_name(vxserialize::Reader & reader) override;
 
   private:
-    /// Says that the tokens from `base` on, `size` of them, are those of a package.
+    /// The tokens from `base` on, `size` of them, are the names of a package.
     struct PackageRef {
         bool covers(unsigned int token) const noexcept {
             return base <= token && token - base < size;
@@ -53,7 +60,7 @@ class VXATTRIBUTE_API AttributeNameDecoder final : public IAttributeNameDecoder 
 
         unsigned int base;
         unsigned int size;
-        AttributeNamePackage const * package; // the set keeps it alive; null: not at hand
+        AttributeNamePackage const * package; // owned by the set; null: unknown
         vxcore::Uuid id;
     };
 
@@ -63,7 +70,7 @@ class VXATTRIBUTE_API AttributeNameDecoder final : public IAttributeNameDecoder 
     AttributeNamePackageSet::Ptr m_packageSet;
     bool m_failOnUnknownPackage;
     std::vector<PackageRef> m_packageRefs; // ascending, without overlaps
-    std::size_t m_lastRef = 0;             // the one that the last token fell to
+    std::size_t m_lastRef = 0;             // of the last token
 };
 
 } // namespace vxattribute

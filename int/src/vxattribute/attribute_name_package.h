@@ -10,17 +10,17 @@
 
 namespace vxattribute {
 
-/// A list of names that two programs share, so that a stream may carry positions in place of names.
+/// A list of names that two programs share, so that a stream can carry positions instead of names.
 ///
-/// The names are sorted by their unsigned bytes, none comes twice, and the id is computed from
-/// them: who holds the same names holds the same id, without a registry. A package never changes.
+/// The names are different and sorted by their unsigned bytes. The id is computed from them, so
+/// equal lists have equal ids without any registry. A package never changes.
 ///
 ///     auto const package = AttributeNamePackage::Composer().add("host").add("port").compose();
 ///
-/// Cost. 8 bytes a name and 16 to 32 for the index. Looking a name up is one probe of a hash table
-/// by token; characters are touched only while a package is made.
+/// Cost. 8 bytes per name, and 16 to 32 per name for the index. Finding a name is a lookup in a
+/// hash table by token, usually one probe. Characters are compared only while a package is made.
 ///
-/// Threads. Packages are shared by an atomic count and only read.
+/// Threads. A package is immutable and its reference count is atomic, so threads may share it.
 class VXATTRIBUTE_API AttributeNamePackage final
     : public vxcore::RefCounted<vxcore::AtomicRefCount> {
   public:
@@ -33,20 +33,27 @@ class VXATTRIBUTE_API AttributeNamePackage final
     AttributeNamePackage(AttributeNamePackage const &) = delete;
     AttributeNamePackage & operator=(AttributeNamePackage const &) = delete;
 
-    /// A package of the names, in any order.
+    /// Makes a package of names in any order.
     ///
     /// @raises error.vxattribute.name.package.duplicateName: a name comes twice.
+    ///         std::length_error: 2^32 - 1 names or more.
+    /// @cost   O(n log n) comparisons of characters, and one MD5 over all names.
     static Ptr create(std::vector<AttributeName> names);
     static Ptr create(std::set<AttributeName> const & names);
 
-    /// Reads what `write` wrote. Nothing is put right: the id covers the names as they stand.
+    /// Reads what `write` wrote. The names must be sorted in the stream; they are not sorted here,
+    /// since the id covers them in their order.
     ///
-    /// @raises error.vxattribute.name.package.serialization: the names are not sorted; else, the
-    ///         id is not theirs.
-    ///         error.vxattribute.name.package.duplicateName: else, a name comes twice.
+    /// @raises error.vxattribute.name.package.serialization: the names are not sorted, or the id
+    ///         is not that of the names; checked in this order.
+    ///         error.vxattribute.name.package.duplicateName: a name comes twice; checked last.
+    ///         What the reader raises passes through.
     static Ptr create(vxserialize::Reader & reader);
 
+    /// Equal for packages of equal names, in every process.
     vxcore::Uuid const & id() const noexcept VXCORE_LIFETIMEBOUND { return m_id; }
+
+    // The names in their order, as an array. A position is what a stream carries.
 
     unsigned int size() const noexcept { return static_cast<unsigned int>(m_names.size()); }
 
@@ -64,7 +71,7 @@ class VXATTRIBUTE_API AttributeNamePackage final
         return m_names[position];
     }
 
-    /// The name's place in the package; `end()` when it is not there.
+    /// A pointer to the name in the package; `end()` when the package lacks it.
     AttributeName const * find(AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND {
         unsigned int const position = m_index.find(begin(), name);
         return position == impl::NameIndex::sm_none ? end() : begin() + position;
@@ -75,7 +82,7 @@ class VXATTRIBUTE_API AttributeNamePackage final
         return find(name) == end() ? 0 : 1;
     }
 
-    /// A record of the id and the list of the names.
+    /// Writes a record of the id and the list of the names.
     void write(vxserialize::Writer & writer) const;
 
   private:
@@ -92,9 +99,9 @@ class VXATTRIBUTE_API AttributeNamePackage final
     impl::NameIndex m_index;
 };
 
-/// Collects names, each of which counts once however often it comes. One object, one thread.
+/// Collects the names of a package. A name that is added again changes nothing.
 ///
-/// A failure leaves the names that were there.
+/// Use an object from one thread only. An operation that raises changes nothing.
 class VXATTRIBUTE_API AttributeNamePackage::Composer {
   public:
     Composer() = default;
@@ -103,38 +110,38 @@ class VXATTRIBUTE_API AttributeNamePackage::Composer {
 
     Composer & add(AttributeName const & name);
 
-    /// As `add`, so that a composer can be handed on as a function of names.
+    /// The same as `add`, so that a composer can be passed as a function of names.
     Composer & operator()(AttributeName const & name) { return add(name); }
 
-    /// All names of the package; of a null pointer none.
+    /// Adds all names of the package; nothing for a null pointer.
     Composer & add(Ptr const & package);
 
-    /// The composer stays as it is and may go on collecting.
+    /// Makes a package of the names so far. The composer is unchanged and can collect more.
     Ptr compose() const { return create(m_names); }
 
   private:
     std::set<AttributeName> m_names;
 };
 
-/// Order by id; a null pointer comes first.
+/// Orders packages by id; a null pointer comes first.
 struct AttributeNamePackage::IdLess {
     bool operator()(Ptr const & a, Ptr const & b) const noexcept {
         return a && b ? a->id() < b->id() : static_cast<bool>(b);
     }
 };
 
-/// Equal ids, which means equal names; or two null pointers.
+/// True for equal ids, which means equal names, and for two null pointers.
 struct AttributeNamePackage::IdEquals {
     bool operator()(Ptr const & a, Ptr const & b) const noexcept {
         return a && b ? a->id() == b->id() : !a && !b;
     }
 };
 
-/// Writes the package; a null pointer as the null element.
+/// Writes the package, or the null element for a null pointer.
 VXATTRIBUTE_API vxserialize::Writer & operator<<(vxserialize::Writer & writer,
                                                  AttributeNamePackage::Ptr const & package);
 
-/// Reads a package or a null pointer; after a failure `package` is as it was.
+/// Reads a package or a null pointer. When it raises, `package` is as it was.
 VXATTRIBUTE_API vxserialize::Reader & operator>>(vxserialize::Reader & reader,
                                                  AttributeNamePackage::Ptr & package);
 

@@ -4,12 +4,15 @@
 
 namespace vxattribute {
 
-/// The packages that one coder works with: ordered by id, no id twice, none null. A set never
-/// changes; the functions that add make a new one.
+/// The packages that a coder works with, ordered by id. No two have the same id, and none is null.
+/// A set never changes; `create_union` makes a new one.
 ///
-/// Packages of a set may overlap. A coder takes a shared name from the package it finds first.
+///     auto const packages = AttributeNamePackageSet::create(package)->create_union(other);
 ///
-/// Threads. Sets are shared by an atomic count and only read.
+/// Packages of a set may have names in common. An encoder takes such a name from the package that
+/// it finds first.
+///
+/// Threads. A set is immutable and its reference count is atomic, so threads may share it.
 class VXATTRIBUTE_API AttributeNamePackageSet final
     : public vxcore::RefCounted<vxcore::AtomicRefCount> {
   public:
@@ -21,20 +24,22 @@ class VXATTRIBUTE_API AttributeNamePackageSet final
     AttributeNamePackageSet(AttributeNamePackageSet const &) = delete;
     AttributeNamePackageSet & operator=(AttributeNamePackageSet const &) = delete;
 
-    /// The empty set, and the set of one package; of a null pointer the empty set too.
+    /// The empty set, and the set of one package. A null pointer gives the empty set.
     static Ptr create();
     static Ptr create(AttributeNamePackage::Ptr const & package);
 
-    /// Reads what `write` wrote; packages with an id that is there already are dropped.
+    /// Reads what `write` wrote. Of packages with the same id one is kept.
     ///
-    /// @raises what `AttributeNamePackage::create` raises.
+    /// @raises what `AttributeNamePackage::create` and the reader raise.
     static Ptr create(vxserialize::Reader & reader);
 
-    /// A new set of the packages of this one and the argument, or of those read. A null pointer
-    /// adds nothing.
+    /// Makes a set of the packages of this one and of the argument, which may be a package, a set,
+    /// or a reader with what `write` wrote. A null pointer adds nothing.
     Ptr create_union(AttributeNamePackage::Ptr const & package) const;
     Ptr create_union(Ptr const & other) const;
     Ptr create_union(vxserialize::Reader & reader) const;
+
+    // The packages, ordered by id.
 
     unsigned int size() const noexcept { return static_cast<unsigned int>(m_packages.size()); }
 
@@ -44,18 +49,21 @@ class VXATTRIBUTE_API AttributeNamePackageSet final
 
     const_iterator end() const noexcept VXCORE_LIFETIMEBOUND { return begin() + size(); }
 
-    /// The package of that id, or the first one that has the name; `end()` when there is none. Both
-    /// walk the set.
+    /// The package with that id, or the first one that has the name; `end()` when there is none.
+    ///
+    /// @cost  Linear in the number of packages.
     const_iterator find(vxcore::Uuid const & id) const noexcept VXCORE_LIFETIMEBOUND;
     const_iterator find(AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND;
 
-    /// True when a name stands in more than one package. Such names go to `duplicates`, in place of
-    /// what it held; it may be null, and then the first one ends the search.
+    /// True when a name is in more than one package. The library itself never calls this: it is for
+    /// programs that compose sets.
     ///
-    /// @cost Names times packages. Nothing here calls it: it is for who composes sets.
+    /// @param duplicates  Receives all such names in place of its content. When null, the search
+    ///                    ends at the first one.
+    /// @cost  The number of names times the number of packages.
     bool check_duplicate_names(std::set<AttributeName> * duplicates) const;
 
-    /// A record of the list of the packages.
+    /// Writes a record of the list of the packages.
     void write(vxserialize::Writer & writer) const;
 
   private:
@@ -71,7 +79,7 @@ class VXATTRIBUTE_API AttributeNamePackageSet final
     Packages m_packages;
 };
 
-/// Collects packages. Null pointers add nothing. One object, one thread.
+/// Collects the packages of a set. Null pointers add nothing. Use an object from one thread only.
 class VXATTRIBUTE_API AttributeNamePackageSet::Composer {
   public:
     Composer() = default;
@@ -83,18 +91,18 @@ class VXATTRIBUTE_API AttributeNamePackageSet::Composer {
     Composer & add(AttributeNamePackage::Ptr const & package);
     Composer & add(Ptr const & packages);
 
-    /// The composer stays as it is and may go on collecting.
+    /// Makes a set of the packages so far. The composer is unchanged and can collect more.
     Ptr compose() const;
 
   private:
     Packages m_packages;
 };
 
-/// Writes the set; a null pointer as the null element.
+/// Writes the set, or the null element for a null pointer.
 VXATTRIBUTE_API vxserialize::Writer & operator<<(vxserialize::Writer & writer,
                                                  AttributeNamePackageSet::Ptr const & packages);
 
-/// Reads a set or a null pointer; after a failure `packages` is as it was.
+/// Reads a set or a null pointer. When it raises, `packages` is as it was.
 VXATTRIBUTE_API vxserialize::Reader & operator>>(vxserialize::Reader & reader,
                                                  AttributeNamePackageSet::Ptr & packages);
 

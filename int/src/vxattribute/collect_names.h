@@ -5,19 +5,20 @@
 
 namespace vxattribute {
 
-/// Adds the names of the map and of all maps in it, or of all maps in the value, to the composer.
+/// Adds the names of the map and of all maps nested in it, or of all maps in the value, to the
+/// composer.
 ///
-/// Run it over samples of what a stream will carry to get a package that fits:
+/// Collect from samples of what a stream will carry to get a package that fits:
 ///
 ///     AttributeNamePackage::Composer composer;
 ///     collect_names(settings, composer);
 ///     auto const package = composer.compose();
 ///
-/// Names that come once, such as keys that are data, cost a place in the package and gain nothing:
-/// collect from the inner maps alone where the outer names are such.
+/// A name that comes only once, such as a key that is data, takes a place in the package and saves
+/// nothing. Where the outer names are of that kind, collect from the inner maps alone.
 ///
-/// @cost Each map is walked as often as it stands in the value. Depth takes memory, no stack. When
-///       memory runs out the composer has a part of the names.
+/// @cost Each map is walked as often as it occurs in the value. Depth takes memory but no stack.
+///       When memory runs out, a part of the names has been added.
 VXATTRIBUTE_API void collect_names(AttributeMapBase const & map,
                                    AttributeNamePackage::Composer & composer);
 VXATTRIBUTE_API void collect_names(AttributeValue const & value,

@@ -9,32 +9,34 @@
 
 namespace vxattribute::impl {
 
-/// Where the names of a list stand in it: an open hash table of positions.
+/// Finds the position of a name in a list: a hash table of positions with linear probing.
 ///
-/// The table holds no names but is given the list at each call, so a slot is 4 bytes. At most a
-/// quarter of the slots is in use and the hash of a name is keyed and stored with its token: mostly
-/// the first slot decides, and no characters are touched. Room is made once; nothing is ever
-/// removed.
+/// The table does not contain the names: each call passes the list, so a slot is 4 bytes. At most a
+/// quarter of the slots are used, and the hash of a name is keyed and stored with its token. So
+/// most searches end at the first slot, and none reads characters. The table has a fixed size, and
+/// nothing is ever removed.
 class NameIndex {
   public:
-    /// No position: the name is not there.
+    /// Not a position: the name is absent.
     static constexpr unsigned int sm_none = 0xFFFFFFFF;
 
-    /// Room for `count` names.
+    /// A table for `count` names.
     ///
     /// @raises std::length_error: 2^32 - 1 names or more.
     explicit NameIndex(std::size_t count);
 
-    /// Takes `names[position]` in; false, with nothing changed, when that name is there already.
-    /// No more calls than the constructor was told of.
+    /// Inserts `names[position]`. Returns false and changes nothing when that name is present. At
+    /// most as many calls as the constructor's `count`.
     bool insert(AttributeName const * names, unsigned int position) noexcept;
 
+    /// The position of the name, or `sm_none`.
     unsigned int find(AttributeName const * names, AttributeName const & name) const noexcept {
         return m_slots[slot_of(names, name)];
     }
 
   private:
-    /// The slot that holds the name, or the unused one where it would go. There always is one.
+    /// The slot that has the name, or the unused slot where it would be inserted. There is always
+    /// one, as most slots are unused.
     std::size_t slot_of(AttributeName const * names, AttributeName const & name) const noexcept {
         std::size_t const mask = m_slots.size() - 1;
         std::size_t slot = name.hash() & mask;
@@ -44,7 +46,7 @@ class NameIndex {
         return slot;
     }
 
-    std::vector<unsigned int> m_slots; // as many as a power of two
+    std::vector<unsigned int> m_slots; // a power of two of them
 };
 
 } // namespace vxattribute::impl

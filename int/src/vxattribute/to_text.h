@@ -6,14 +6,15 @@
 
 namespace vxattribute {
 
-/// What `write_trace` writes with `defaultTraceFormatter` at level 0, as a string: for messages and
-/// tests. Nobody should parse it.
+/// What `write_trace` writes with `defaultTraceFormatter` at level 0, as a string, for messages and
+/// tests. Do not parse it. Maps are in map order, which differs from process to process: for sorted
+/// names, call `write_trace` with a formatter that has `sorted_names`.
 VXATTRIBUTE_API std::string to_text(AttributeValue const & value);
 VXATTRIBUTE_API std::string to_text(AttributeMapBase const & map);
 VXATTRIBUTE_API std::string to_text(Attribute const & attribute);
 
-/// The id and the size of a package, then each name on a line behind its position. Names are shown
-/// as they are, whatever bytes they hold.
+/// The id and the size of a package, then each name on a line after its position. Names are not
+/// escaped, whatever bytes they contain.
 VXATTRIBUTE_API std::string to_text(AttributeNamePackage const & package);
 
 } // namespace vxattribute

@@ -14,21 +14,21 @@ namespace impl {
 class TraceFormatterImpl;
 }
 
-/// Every choice of how values and maps are rendered as text: limits, line starts, separators, the
-/// frames of lists. docs/guide/traces.md shows them at work.
+/// How values and maps are rendered as text: limits, line starts, separators, frames of lists, the
+/// order of names. docs/guide/traces.md has examples.
 ///
-/// A handle on immutable, shared settings: a copy is one count. To make other settings, change a
-/// copy of some with a Composer:
+/// A formatter is a handle to shared, immutable settings; copying it increments a count. A Composer
+/// makes a formatter with other settings:
 ///
 ///     TraceFormatter const brief = TraceFormatter::Composer().show_type(false).compose();
 ///     value.write_trace(std::cerr, brief, 0);
 ///
-/// Line feeds in the texts are not written as they stand: each becomes `line_prefix` and `indent`,
-/// the latter once per level of indentation. `line_prefix` and `indent` themselves go out raw.
+/// A line feed in a text setting is written as `line_prefix` and then `indent`, once per level of
+/// indentation. `line_prefix` and `indent` themselves are written unchanged.
 ///
-/// Trace text is for people; nobody should parse it.
+/// Trace text is for people: do not parse it.
 ///
-/// Threads. One formatter may be read from any number of threads. A Composer belongs to one.
+/// Threads. Any number of threads may use one formatter. Use a Composer from one thread only.
 class VXATTRIBUTE_API TraceFormatter {
   public:
     class Composer;
@@ -41,12 +41,12 @@ class VXATTRIBUTE_API TraceFormatter {
     TraceFormatter & operator=(TraceFormatter const &) noexcept = default;
     ~TraceFormatter() = default;
 
-    // The settings, with their defaults.
+    // The settings. The default is at the end of each description.
 
-    /// Wrap each value in its type name. true
+    /// Write the type name around each value. true
     bool show_type() const noexcept;
-    /// Sort the elements of each map by the bytes of their names. false: map order, which differs
-    /// from process to process. Sorting takes an allocation per map.
+    /// Sort the elements of each map by the bytes of their names, with one allocation per map.
+    /// Otherwise they are in map order, which differs from process to process. false
     bool sorted_names() const noexcept;
     /// Most elements shown of one value. 32
     unsigned int max_multivalue_count() const noexcept;
@@ -55,17 +55,17 @@ class VXATTRIBUTE_API TraceFormatter {
     unsigned int multiline_length_threshold() const noexcept;
     /// Most bytes shown of one string. 4096
     unsigned int max_string_len() const noexcept;
-    /// Most bytes shown of one binary value; 0 shows its size alone. 256
+    /// Most bytes shown of one binary value; 0 shows only its size. 256
     unsigned int max_binary_value_dump_bytes() const noexcept;
-    /// Bytes on a line of a dump; 0 as above. 32
+    /// Bytes on a line of a dump; 0 shows only the size. 32
     unsigned int binary_value_dump_line_size() const noexcept;
-    /// Begins every new line. A line feed and a blank
+    /// The start of every new line. A line feed and a blank
     vxcore::SourceString const & line_prefix() const noexcept;
-    /// Follows it once per level. Two blanks
+    /// Follows `line_prefix` once per level. Two blanks
     vxcore::SourceString const & indent() const noexcept;
-    /// Stands for a null ErrorInfo. ##NULL##
+    /// Written for a null ErrorInfo. ##NULL##
     vxcore::SourceString const & error_info_null() const noexcept;
-    /// Lists of all types without a list of their own. {1, 2}
+    /// Lists of all types that have no setting of their own. {1, 2}
     ListParams const & list_default() const noexcept;
     /// Lists of maps, of strings on one line and on lines of their own, of dumps, of errors.
     ListParams const & list_map() const noexcept;
@@ -77,7 +77,7 @@ class VXATTRIBUTE_API TraceFormatter {
     vxcore::SourceString const & map_element_prefix() const noexcept;
     vxcore::SourceString const & map_name_value_separator() const noexcept;
     vxcore::SourceString const & map_element_suffix() const noexcept;
-    /// Around a string on lines of its own, and between two of its lines.
+    /// Around a multi-line string, and between two of its lines.
     vxcore::SourceString const & multiline_string_prefix() const noexcept;
     vxcore::SourceString const & multiline_string_newline() const noexcept;
     vxcore::SourceString const & multiline_string_suffix() const noexcept;
@@ -88,22 +88,24 @@ class VXATTRIBUTE_API TraceFormatter {
     /// Before each line of an error.
     vxcore::SourceString const & error_info_line_prefix() const noexcept;
 
-    /// Begins a new line: `line_prefix`, then `indent` as often as `level` says.
+    // For the renderers of other types.
+
+    /// Starts a new line: writes `line_prefix`, then `indent` `level` times. Returns the stream.
     std::ostream & indented(std::ostream & stream, unsigned int level) const;
 
-    /// Writes a text with each of its line feeds as `indented` writes it; a carriage return before
-    /// a line feed or at the end is dropped.
+    /// Writes a text, calling `indented` in place of each line feed. A carriage return before a
+    /// line feed or at the end is dropped.
     std::ostream & render_indented(std::ostream & stream, unsigned int level, char const * data,
                                    unsigned int size) const;
 
-    /// The same, but a text without any line feed goes out unchanged.
+    /// The same for a setting: a text without a line feed is written unchanged.
     std::ostream & render_indented(std::ostream & stream, unsigned int level,
                                    vxcore::SourceString const & text) const;
 
   private:
     friend class impl::TraceFormatterImpl;
 
-    /// Of the base class, so that the type is complete wherever a formatter is copied.
+    /// The base class of the settings: a complete type wherever a formatter is copied.
     using Settings = vxcore::RefCounted<vxcore::AtomicRefCount>;
 
     explicit TraceFormatter(vxcore::RefCountPtr<Settings const> settings) noexcept
@@ -112,10 +114,10 @@ class VXATTRIBUTE_API TraceFormatter {
     vxcore::RefCountPtr<Settings const> m_settings;
 };
 
-/// The frame of a list of elements.
+/// The frame of a list of elements: what is written before, between and after them. A plain value.
 class VXATTRIBUTE_API TraceFormatter::ListParams {
   public:
-    /// @param showForScalar  false: a value of exactly one element has no prefix and no suffix.
+    /// @param showForScalar  When false, a value of exactly one element has no prefix or suffix.
     ListParams(vxcore::SourceString prefix, vxcore::SourceString separator,
                vxcore::SourceString suffix, bool showForScalar) noexcept
         : m_prefix(std::move(prefix)), m_separator(std::move(separator)),
@@ -158,10 +160,10 @@ class VXATTRIBUTE_API TraceFormatter::ListParams {
     bool m_showForScalar;
 };
 
-/// Builds a formatter from the settings of another, one setter per setting.
+/// Makes a formatter from the settings of another, with one setter per setting.
 ///
-/// Spent by `compose()`: whatever is called afterwards raises std::logic_error. A copy of a
-/// Composer shares the settings with it, so once one of the two has composed, leave both alone.
+/// Ends with `compose()`: every call after it raises std::logic_error. A copy of a Composer shares
+/// its settings, so do not use either of them after one has called `compose()`.
 class VXATTRIBUTE_API TraceFormatter::Composer {
   public:
     /// Starts from the defaults.
@@ -169,6 +171,8 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
 
     /// Starts from the settings of `base`, which does not change.
     explicit Composer(TraceFormatter const & base);
+
+    // The setters. Each is named after the accessor of TraceFormatter and returns this object.
 
     Composer & show_type(bool value);
     Composer & sorted_names(bool value);
@@ -197,7 +201,7 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
     Composer & binary_value_dump_suffix(vxcore::SourceString value);
     Composer & error_info_line_prefix(vxcore::SourceString value);
 
-    /// A formatter that takes the settings over.
+    /// Moves the settings into a formatter.
     TraceFormatter compose();
 
   private:
@@ -206,9 +210,9 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
     vxcore::RefCountPtr<Settings> m_settings;
 };
 
-/// The most maps inside each other that a rendering shows. A value of maps below those shows only
-/// how many it has, as left out. Each level takes stack, and each line is indented by its depth, so
-/// that the text would grow with the square of the depth.
+/// The depth of nested maps that a rendering shows. Of a value of deeper maps only their number is
+/// shown, as left out. Each level takes stack. The text would also grow with the square of the
+/// depth, since each line is indented by it.
 inline constexpr unsigned int max_trace_depth = 256;
 
 /// The formatter that the library itself uses.
