@@ -29,10 +29,10 @@ constexpr char const * in_read_serialized = "vxattribute::impl::read_serialized_
     reader.fail("Expecting JSON value", {}, VXCORE_LOCATION("read_attribute_value()"));
 }
 
-/// The number rule: decided by the double alone, not by how it was written. The range comes first,
-/// since a cast from beyond it is undefined; NaN and the infinities are not within it. Bits are
-/// compared because 5e-324 equals 0 in a thread that takes subnormal numbers for zero; the sign
-/// does not count, for -0.0 is an integer.
+/// True when the double is whole and fits 64 bits, however it was written. The range is checked
+/// first, because a cast from outside it is undefined; this excludes NaN and the infinities. Bits
+/// are compared because 5e-324 equals 0 in a thread that treats subnormal numbers as zero. The sign
+/// is ignored, since -0.0 is an integer.
 bool is_integer(double number) noexcept {
     if (!(number >= -0x1p63 && number < 0x1p63)) {
         return false;
@@ -46,11 +46,11 @@ void set_value(AttributeValue & value, impl::ValueBase * representation) noexcep
     value.swap_impl(holder);
 }
 
-/// Reads one value. What is open stands in a list and not on the stack, so that the depth of a
-/// document is the tokenizer's to limit.
+/// Reads one value. Open containers are in a list and not on the stack, so the tokenizer alone
+/// limits the depth of a document.
 ///
-/// A value of the reader is let go before the next one is asked for: the reader makes the next one
-/// of the same object then.
+/// Drop each value of the reader before asking for the next, so that the reader can reuse its
+/// object.
 class JsonValueReader {
   public:
     explicit JsonValueReader(Reader & reader) noexcept : m_reader(reader) {}
@@ -75,8 +75,8 @@ class JsonValueReader {
         std::vector<AttributeMap> maps; // of an array
     };
 
-    /// Reads a scalar, an array of scalars or an empty container to `result` and gives null; else
-    /// opens the container and gives its first child.
+    /// Reads a scalar, an array of scalars or an empty container into `result` and returns null.
+    /// Opens any other container and returns its first child.
     JsonValuePtr begin(JsonValuePtr value, AttributeValue & result) {
         switch (value->type()) {
         case JsonValue::eType_Null:
@@ -152,8 +152,8 @@ class JsonValueReader {
         }
     }
 
-    /// Gives a complete value to the innermost container, and its next child; or null when it has
-    /// none, with the container in `value`.
+    /// Adds a complete value to the innermost container and returns the next child. At the end of
+    /// the container it returns null, with the container as the new `value`.
     JsonValuePtr add(AttributeValue & value) {
         Open & open = m_open.back();
         JsonValuePtr child;
@@ -244,7 +244,7 @@ class JsonValueReader {
         }
     }
 
-    /// Moves the text into a value: one of any length was copied once, off the tokenizer.
+    /// Moves the text into a value, so that it is copied only once, from the tokenizer.
     static void set_string(AttributeValue & result, std::string && text) {
         if (text.empty()) {
             result = AttributeValue(std::string_view());
@@ -255,7 +255,7 @@ class JsonValueReader {
         single->push_back_default() = std::move(text);
     }
 
-    /// Reads what a "vxserialize" property holds. The text behind the value is not looked at.
+    /// Reads the value in a "vxserialize" property. Any text after the value is ignored.
     void read_serialized(JsonValue & value, AttributeValue & result) {
         if (value.type() != JsonValue::eType_String) {
             m_reader.fail("Value of \"vxserialize\" property must be of type 'String'.", {},

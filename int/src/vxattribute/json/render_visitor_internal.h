@@ -7,8 +7,8 @@
 
 namespace vxattribute::impl {
 
-/// Writes one value to JSON. What is open stands in a list and not on the stack, so that the depth
-/// of maps is the writer's to limit.
+/// Writes one value to JSON. Open maps are in a list and not on the stack, so the writer alone
+/// limits the depth.
 class JsonRenderVisitor {
   public:
     class TextWriterTarget;
@@ -19,7 +19,7 @@ class JsonRenderVisitor {
     void write(AttributeValue const & value);
 
   private:
-    /// A value of maps that is being written: the object that is open, and those behind it.
+    /// A value of maps that is being written: the open object, and the maps after it.
     struct OpenMaps {
         ElementsCursor elements;
         AttributeMap const * next;

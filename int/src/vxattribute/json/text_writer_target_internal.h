@@ -8,8 +8,8 @@
 
 namespace vxattribute::impl {
 
-/// Gathers text into pieces of a JSON string, so that small ones do not reach the writer one by
-/// one. Call `flush` at the end.
+/// Collects text and passes it to a JSON string in pieces of 2048 bytes, so that the writer is not
+/// called for each small one. Call `flush` at the end.
 class JsonRenderVisitor::TextWriterTarget final : public vxserialize::TextWriter::ITextTarget {
   public:
     explicit TextWriterTarget(vxjson::Writer & writer) noexcept : m_writer(writer) {}
@@ -21,7 +21,7 @@ class JsonRenderVisitor::TextWriterTarget final : public vxserialize::TextWriter
         }
     }
 
-    /// A full buffer goes out at once. When as much as a buffer is left then, it goes past it.
+    /// A full buffer is written at once. What is left is written directly if it would fill another.
     void write_data(char const * data, unsigned int size) override {
         while (size != 0) {
             unsigned int const count = std::min(size, sm_bufferSize - m_size);

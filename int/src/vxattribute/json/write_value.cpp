@@ -12,7 +12,7 @@ namespace impl {
 
 namespace {
 
-/// Every integer up to this one is a double, so any reader of JSON gets it exactly.
+/// Doubles represent every integer up to this one, so any reader of JSON reads it exactly.
 constexpr long long maxPlainInteger = 1LL << 53;
 
 bool is_plain_integer(long long number) noexcept {
@@ -32,7 +32,7 @@ void JsonRenderVisitor::write(AttributeValue const & value) {
     }
 }
 
-/// Writes a value whole, or its start when it is one of plain maps.
+/// Writes a value completely, or only its start when it is a value of plain maps.
 void JsonRenderVisitor::begin(AttributeValue const & value) {
     unsigned int const size = value.size();
     switch (value.type().id()) {
@@ -46,7 +46,7 @@ void JsonRenderVisitor::begin(AttributeValue const & value) {
         }
         break;
     case ValueTypeId::eId_Integer:
-        // All of them first: the elements go one way or the other together.
+        // Checked before any is written: all elements take the same form.
         if (size != 0 &&
             std::all_of(value.begin<long long>(), value.end<long long>(), is_plain_integer)) {
             write_elements<long long>(
@@ -108,7 +108,7 @@ void JsonRenderVisitor::next_element() {
     OpenMaps & open = m_open.back();
     if (auto const * const element = open.elements.next()) {
         m_writer.write_name(element->first.data(), element->first.size());
-        begin(element->second); // `open` may be gone behind it
+        begin(element->second); // may invalidate `open`
         return;
     }
     m_writer.end_object();

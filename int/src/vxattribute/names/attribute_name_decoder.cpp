@@ -35,7 +35,7 @@ AttributeNameDecoder::AttributeNameDecoder(AttributeNamePackageSet::Ptr packages
 
 AttributeNameDecoder::AttributeNameDecoder(AttributeNameDecoder const &) = default;
 
-/// The references point into the set's packages, so both change or none.
+/// The references point into the packages of the set, so both are replaced together or not at all.
 AttributeNameDecoder & AttributeNameDecoder::operator=(AttributeNameDecoder const & other) {
     std::vector<PackageRef> refs = other.m_packageRefs;
     m_packageSet = other.m_packageSet;
@@ -74,8 +74,8 @@ AttributeName AttributeNameDecoder::read_attribute_name(vxserialize::Reader & re
     return ref.package->begin()[position];
 }
 
-/// The reference that covers the token. Ranges do not overlap, so there is one at the most, and
-/// only the last of those that begin at or before the token can be it.
+/// The reference that covers the token. Ranges ascend and do not overlap, so only the last one that
+/// begins at or before the token can cover it.
 AttributeNameDecoder::PackageRef const & AttributeNameDecoder::ref_of(unsigned int token) {
     if (m_lastRef < m_packageRefs.size() && m_packageRefs[m_lastRef].covers(token)) {
         return m_packageRefs[m_lastRef];

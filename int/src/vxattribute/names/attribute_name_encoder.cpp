@@ -20,7 +20,7 @@ AttributeNameEncoder::AttributeNameEncoder(AttributeNamePackageSet::Ptr packages
 
 AttributeNameEncoder::AttributeNameEncoder(AttributeNameEncoder const &) = default;
 
-/// The mappings point into the set's packages, so both change or none.
+/// The mappings point into the packages of the set, so both are replaced together or not at all.
 AttributeNameEncoder & AttributeNameEncoder::operator=(AttributeNameEncoder const & other) {
     Mappings mappings = other.m_mappings;
     m_packageSet = other.m_packageSet;
@@ -77,8 +77,8 @@ void AttributeNameEncoder::write_attribute_name(vxserialize::Writer & writer,
     }
 }
 
-/// Writes the name by the first package of the set that has it, and the reference to that package
-/// in front. The packages in use have been searched already, so none of them is found again.
+/// Writes a reference to the first package of the set that has the name, then the token. Packages
+/// in use have been searched before, so this finds a new one.
 bool AttributeNameEncoder::write_new_package(vxserialize::Writer & writer,
                                              AttributeName const & name) {
     auto const found = m_packageSet->find(name);
@@ -87,7 +87,7 @@ bool AttributeNameEncoder::write_new_package(vxserialize::Writer & writer,
     }
     AttributeNamePackage const & package = **found;
     unsigned int const base = next_base(m_mappings);
-    m_mappings.push_back({&package, base}); // first: with the reference out there is no way back
+    m_mappings.push_back({&package, base}); // first: a written reference cannot be undone
     try {
         write_package_ref(writer, package, base);
         writer << base + static_cast<unsigned int>(package.find(name) - package.begin());

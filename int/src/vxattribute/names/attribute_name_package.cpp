@@ -94,7 +94,7 @@ AttributeNamePackage::Ptr AttributeNamePackage::create(vxserialize::Reader & rea
     }
     reader.end_record();
 
-    // Equal neighbours pass here: their id may be right, and then they are duplicates.
+    // Equal names pass this check; they are reported as duplicates below, after the id is checked.
     if (!std::is_sorted(names.begin(), names.end(), less_by_bytes)) {
         throw_not_sorted(id);
     }
@@ -147,7 +147,7 @@ AttributeNamePackage::Composer & AttributeNamePackage::Composer::add(AttributeNa
 
 AttributeNamePackage::Composer & AttributeNamePackage::Composer::add(Ptr const & package) {
     if (package) {
-        // Aside first: taking ready nodes over cannot fail halfway.
+        // A copy first: moving its nodes over cannot fail halfway.
         std::set<AttributeName> names(package->begin(), package->end());
         m_names.merge(names);
     }

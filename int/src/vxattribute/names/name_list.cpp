@@ -22,7 +22,7 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     composer.param("file", path).param("what", what).throw_error(code, std::move(location));
 }
 
-/// What keeps a text from being a line; null when nothing does.
+/// Why a text cannot be a line of the list; null when it can.
 char const * fault_of(std::string_view name) noexcept {
     if (name.empty()) {
         return "an empty line is no name";

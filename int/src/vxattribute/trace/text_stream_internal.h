@@ -6,8 +6,8 @@
 namespace vxattribute::impl {
 
 /// A stream into a string, for messages. Its numbers do not depend on the locale of the program.
-/// What is raised while it is written to passes through, `std::bad_alloc` above all: other streams
-/// keep that to themselves, and the text is cut without a trace.
+/// Exceptions while it is written to pass through, `std::bad_alloc` above all. Other streams
+/// swallow them, and the text would be cut silently.
 class TextStream final : public std::ostringstream {
   public:
     TextStream() {

@@ -14,7 +14,7 @@ TraceFormatterImpl::~TraceFormatterImpl() = default;
 namespace {
 
 vxcore::RefCountPtr<TraceFormatterImpl const> default_settings() {
-    // Load-time code of another library may come here before ours has run.
+    // Load-time code of another library may call this before our own has run.
     return defaultTraceSettings ? defaultTraceSettings
                                 : vxcore::make_ref_counted<TraceFormatterImpl const>();
 }

@@ -4,8 +4,8 @@
 
 namespace vxattribute::impl {
 
-/// The settings behind a TraceFormatter. A Composer writes them; from `compose()` on they are
-/// shared and never change.
+/// The settings of a TraceFormatter. A Composer sets them; after `compose()` they are shared and
+/// immutable.
 class TraceFormatterImpl final : public vxcore::RefCounted<vxcore::AtomicRefCount> {
   public:
     using SourceString = vxcore::SourceString;

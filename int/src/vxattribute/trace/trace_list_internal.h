@@ -5,8 +5,8 @@
 
 #include <type_traits>
 
-/// What renders elements, values and maps into a sink. All of it works at the sink's level and
-/// leaves the flush to whoever made the sink.
+/// Rendering of elements, values and maps into a sink, at the level of the sink. The function that
+/// made the sink must flush it.
 namespace vxattribute::impl {
 
 /// Renders the elements [begin, end) of one value. Each type has an overload.
@@ -29,12 +29,13 @@ struct DefaultTraceFunctor {
     }
 };
 
-/// What stands around the elements of a list; `isFramed` says whether its prefix and suffix do.
+/// Writes what comes before and after the elements of a list: the type, and the prefix and suffix
+/// if `isFramed`.
 void open_list(TraceSink & sink, ValueTypeId const & type, TraceFormatter::ListParams const & list,
                bool isFramed);
 void close_list(TraceSink & sink, TraceFormatter::ListParams const & list, bool isFramed);
 
-/// The most elements of one value that are shown; of maps that lie too deep none.
+/// The most elements of one value that are shown: none of maps that are too deep.
 template <typename T>
 unsigned int max_shown(TraceSink const & sink) {
     bool const isTooDeep = std::is_same_v<T, AttributeMap> && sink.depth() >= max_trace_depth;

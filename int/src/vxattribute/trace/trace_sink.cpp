@@ -10,7 +10,7 @@ namespace vxattribute::impl {
 
 namespace {
 
-/// Gives a new line to `append`, piece by piece.
+/// Passes the start of a new line to `append`, piece by piece.
 template <typename Append>
 void put_new_line(TraceFormatterImpl const & settings, unsigned int level, Append append) {
     append(settings.line_prefix.view());

@@ -26,13 +26,13 @@ void for_each_line(std::string_view text, Line line, NewLine newLine) {
     }
 }
 
-/// Gathers the text of one rendering, so that the stream sees few and large writes: entering it
-/// costs more than making the text of a number. One sink serves a value and all that is nested in
-/// it, so that the frames of the recursion stay small.
+/// Buffers the text of one rendering, so that the stream gets few and large writes: a call of the
+/// stream costs more than formatting a number. One sink serves a value and everything nested in it,
+/// which keeps the stack frames of the recursion small.
 ///
-/// What is gathered goes out unformatted; what the caller's flags act on goes through `stream` or
-/// one of the `insert` functions. Whoever makes a sink ends it with `flush`: the destructor does
-/// not, since a stream may raise.
+/// Buffered text is written unformatted. What the caller's stream flags apply to goes through
+/// `stream` or one of the `insert` functions. The function that makes a sink must call `flush` at
+/// the end: the destructor does not, because the stream may raise.
 class TraceSink {
   public:
     TraceSink(std::ostream & stream, TraceFormatter const & formatter, unsigned int level) noexcept
@@ -103,7 +103,7 @@ class TraceSink {
         m_next = next;
     }
 
-    /// What `append_indented` appends, for a text that comes again and again at this level.
+    /// What `append_indented` appends, for a text that is repeated at this level.
     std::string indented(vxcore::SourceString const & text) const;
 
     /// What `stream() << text` writes.
@@ -129,7 +129,7 @@ class TraceSink {
         }
     }
 
-    /// The stream, with all that was gathered written to it.
+    /// The stream, after the buffered text was written to it.
     std::ostream & stream() {
         flush();
         return m_stream;

@@ -9,8 +9,8 @@ namespace vxattribute::impl {
 
 namespace {
 
-/// True when the strings get lines of their own. The size of the first does not count: one long
-/// string reads well behind its name.
+/// True when each string is written on lines of its own. The size of the first is ignored: a single
+/// long string is easy to read after its name.
 bool is_multiline(std::string const * begin, std::string const * end, unsigned int threshold) {
     return std::any_of(begin, end, [begin, threshold](std::string const & element) {
         return (&element != begin && element.size() >= threshold) ||

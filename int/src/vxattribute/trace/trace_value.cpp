@@ -8,7 +8,7 @@ namespace vxattribute {
 namespace impl {
 
 void render_value(TraceSink & sink, AttributeValue const & value) {
-    // Goes to the elements directly: the virtual call would need a sink of its own.
+    // Renders the elements directly: the virtual call would need a second sink.
     bool const hasElements = for_element_type(value.type().id(), [&]<typename T>() {
         render_elements(sink, value.begin<T>(), value.end<T>());
     });
