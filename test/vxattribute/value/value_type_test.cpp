@@ -113,7 +113,7 @@ TEST(ElementRules, ErrorInfosCompareByContentWithNullFirst) {
     EXPECT_FALSE(ValueTypeTraitsBase<impl::ErrorInfoPtr>::equal(a, b)) << "by address";
 }
 
-// The constant of a code tells its name: "_" is "." there.
+// The constant of a code has its name, with "_" for ".".
 TEST(ErrorCodes, HaveTheNamesOfTheirConstants) {
 // clang-format off
 #define E(name) {&error::vxattribute##name, "error.vxattribute" #name}
