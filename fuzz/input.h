@@ -19,7 +19,7 @@ class Input {
     /// 0 to n - 1, n up to 256.
     unsigned int below(unsigned int n) noexcept { return byte() % n; }
 
-    /// A number of 0 to 8 bytes, as the first byte tells; its top byte carries the sign.
+    /// A number of 0 to 8 bytes, as the first byte says; its top byte carries the sign.
     long long number() noexcept {
         unsigned int const width = below(9);
         unsigned long long bits = 0;

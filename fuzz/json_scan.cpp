@@ -102,7 +102,7 @@ void check_tokens(JsonInput const & input) {
                   "the tokenizer takes no memory for what it gives on");
 }
 
-/// Drives a reader over all values and writes what it gives.
+/// Drives a reader over all values and writes what it returns.
 class Walk {
   public:
     Walk(Tokenizer & tokenizer, TextWriter & writer, unsigned int road)

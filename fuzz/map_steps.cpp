@@ -69,15 +69,17 @@ void OperationsState::whole_map_step(Map & map) {
         map.real.insert(other.real.begin(), other.real.end());
         map.plain.insert(otherPlain.begin(), otherPlain.end());
         break;
-    default: {
-        // Lent out, changed and given back.
-        AttributeMap lent = map.real;
-        AttributeName const key = name();
-        WritableAttributeMapRef(lent).add(key, true);
-        map.plain[key] = {ValueTypeId::eId_Boolean, {PlainElement(true)}};
-        map.real = std::move(lent);
+    default:
+        write_through_reference(map);
     }
-    }
+}
+
+void OperationsState::write_through_reference(Map & map) {
+    AttributeMap lent = map.real;
+    AttributeName const key = name();
+    WritableAttributeMapRef(lent).add(key, true);
+    map.plain[key] = {ValueTypeId::eId_Boolean, {PlainElement(true)}};
+    map.real = std::move(lent);
 }
 
 /// One name gets a value: one of the values here, one of the map's own, or the map itself.
@@ -105,7 +107,7 @@ void OperationsState::insert_step(Map & map) {
         map.plain.emplace(key, std::move(plain));
         return;
     case 4: {
-        // A hint from before a copy points into the map that was let go.
+        // A hint from before a copy points into the map that was released.
         MutableAttributeMap::iterator const hint = map.real.find(name());
         MutableAttributeMap const copy =
             m_input.below(2) == 0 ? MutableAttributeMap(map.real) : MutableAttributeMap();
@@ -142,7 +144,7 @@ void OperationsState::erase_step(Map & map) {
     }
     case 1:
         if (first < size) {
-            // The name stands in the very element that goes.
+            // The name lives in the very element that is erased.
             AttributeMapBase const & look = map.real;
             map.real.erase(std::next(look.begin(), first)->first);
             map.plain.erase(std::next(map.plain.begin(), first));

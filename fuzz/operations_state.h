@@ -54,10 +54,14 @@ class OperationsState {
     void element_step(Value & value);
     template <typename T>
     void writer_step(Value & value);
+    template <typename T>
+    void assign_new(vxattribute::impl::MultiValueWriter<T> & writer,
+                    std::vector<PlainElement> & plain);
     void subrange_step(Value & value);
 
     void map_step(Map & map);
     void whole_map_step(Map & map);
+    void write_through_reference(Map & map);
     void insert_step(Map & map);
     void erase_step(Map & map);
     void lookup_step(Map & map);

@@ -25,7 +25,7 @@ int order(T const & a, T const & b) {
     }
 }
 
-/// A type of its own rule: `==` tells payload-less values of two type names apart, order does not.
+/// An exception: `==` separates values of two type names without payload, order does not.
 template <typename T>
 bool same(T const & a, T const & b) {
     if constexpr (std::is_same_v<T, PlainMapElement>) {

@@ -36,7 +36,7 @@ std::size_t weight(PlainMap const & map);
 /// A copy of the map as an element.
 PlainMapElement plain_element(PlainMap const & map);
 
-/// The order and equality that values are told to have.
+/// The documented order and equality of values.
 int compare(PlainValue const & a, PlainValue const & b);
 int compare(PlainMap const & a, PlainMap const & b);
 bool equal(PlainValue const & a, PlainValue const & b);

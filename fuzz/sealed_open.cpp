@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 namespace {
 
-/// Each way of opening ends with a result or with a failure that is told.
+/// Each way of opening ends with a result or with a documented failure.
 void open_all_ways(SecuredValue const & value, SecuredValue::ICipherProvider const & provider) {
     SecuredValue const before = value;
     for (unsigned int size : {0u, 16u, 32u}) {

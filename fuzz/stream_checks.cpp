@@ -116,7 +116,7 @@ AttributeValue read_text(std::string const & text) {
     return read_one(reader);
 }
 
-/// Whether a NaN stands in the value: it equals nothing, not even its copy.
+/// Whether the value holds a NaN: it equals nothing, not even its copy.
 bool holds_nan(AttributeValue const & value) {
     bool found = false;
     visit_elements(value, [&found]<typename T>(std::span<T const> elements) {

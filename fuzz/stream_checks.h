@@ -51,7 +51,7 @@ struct ReaderInput {
 };
 
 /// Reads to the end or to the first failure, and checks
-/// - that a failure leaves the target as it was and is one of the told errors,
+/// - that a failure leaves the target as it was and is one of the documented errors,
 /// - that the memory taken stays within 128 bytes for each byte and a small constant,
 /// - that all that was read copies, compares, hashes, renders and goes through both forms.
 void check_reading(vxserialize::Reader & reader, ReaderInput const & input);

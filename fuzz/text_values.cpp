@@ -277,9 +277,14 @@ void check_ticks(vxfuzz::Input & input) {
     }
 }
 
+void check_references(vxfuzz::Input & input) {
+    std::string const first = input.text(255);
+    check_reference(first, input.text(255));
+}
+
 } // namespace
 
-/// The first byte says what the rest is for.
+/// The first byte selects the check; the rest is its input.
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
     if (size == 0) {
         return 0;
@@ -309,11 +314,9 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
         check_integers<char, signed char, unsigned char, short, unsigned short, int, unsigned int,
                        long, unsigned long, long long, unsigned long long>(text);
         break;
-    case 7: {
-        std::string const first = input.text(255);
-        check_reference(first, input.text(255));
+    case 7:
+        check_references(input);
         break;
-    }
     case 8:
         check_trace_level(text);
         break;

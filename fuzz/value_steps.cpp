@@ -148,6 +148,19 @@ void OperationsState::element_step(Value & value) {
     value.plain = {type_id<T>(), {std::move(element.plain)}};
 }
 
+template <typename T>
+void OperationsState::assign_new(impl::MultiValueWriter<T> & writer,
+                                 std::vector<PlainElement> & plain) {
+    AttributeValue source(impl::ValueTypeTraits<T>::type());
+    plain.clear();
+    for (unsigned int left = m_input.below(5); left != 0; --left) {
+        Element<T> element = new_element<T>();
+        source.multivalue_writer<T>().push_back(element.real);
+        plain.push_back(std::move(element.plain));
+    }
+    writer.assign(source.begin<T>(), source.end<T>());
+}
+
 /// Everything that a writer does, with new elements and with those of the value itself.
 template <typename T>
 void OperationsState::writer_step(Value & value) {
@@ -171,14 +184,7 @@ void OperationsState::writer_step(Value & value) {
                 writer.assign(elements + first, elements + last);
                 plain = std::vector<PlainElement>(plain.begin() + first, plain.begin() + last);
             } else {
-                AttributeValue source(impl::ValueTypeTraits<T>::type());
-                plain.clear();
-                for (unsigned int left = m_input.below(5); left != 0; --left) {
-                    Element<T> element = new_element<T>();
-                    source.multivalue_writer<T>().push_back(element.real);
-                    plain.push_back(std::move(element.plain));
-                }
-                writer.assign(source.begin<T>(), source.end<T>());
+                assign_new<T>(writer, plain);
             }
             break;
         default:

@@ -114,7 +114,7 @@ Arguments trace_options(FilesInput const & input) {
     return options;
 }
 
-/// The place of what is meant; without a text the whole value.
+/// Names one place of the value; without a text, the whole value.
 Arguments name_option(FilesInput const & input) {
     std::string const text = input.text();
     return text.empty() ? Arguments() : Arguments{"--name=" + text};
@@ -125,7 +125,7 @@ bool has_control_bytes(std::string_view text) {
                        [](unsigned char c) { return (c < ' ' && c != '\n') || c == 0x7F; });
 }
 
-/// Runs one command line, which makes sense whatever the files hold.
+/// Runs a command line that is valid whatever the files hold.
 ProgramResult run(FilesInput const & input, Arguments const & arguments) {
     std::size_t const size = input.first.size() + input.second.size();
     vxfuzz::MemoryWatch const watch;
@@ -144,11 +144,11 @@ void check_visible(ProgramResult const & result) {
     check(!has_control_bytes(result.output), "what is for people has no control bytes");
 }
 
-/// What was written is read again: it holds the same, and sorted it is written the same.
+/// Reads again what was written. Sorted output must come out the same.
 void check_converted(FilesInput const & input, Arguments const & read, Arguments const & write,
                      std::string const & converted) {
     files().output.assign(converted);
-    // The form that was given is that of the first file.
+    // A --from among the read options names the form of the first file, so it is dropped.
     Arguments again{"convert", files().output.path(), "-", "--from", write[1]};
     Arguments const options(read.begin() + ((input.flags & 3) != 0 ? 2 : 0), read.end());
     append(again, options);
@@ -215,6 +215,48 @@ ProgramResult with_read_options(FilesInput const & input, Arguments arguments) {
     return run(input, arguments);
 }
 
+void show(FilesInput const & input) {
+    Arguments arguments{"show", files().first.path()};
+    append(arguments, trace_options(input));
+    with_read_options(input, arguments);
+}
+
+void get(FilesInput const & input) {
+    Arguments arguments{"get", "--to", input.has(4) ? "json" : input.has(5) ? "trace" : "plain"};
+    append(arguments, read_options(input));
+    append(arguments, {"--", files().first.path(), "a", input.text() + '/', input.text() + "/0/a"});
+    run(input, arguments);
+}
+
+void check_names(FilesInput const & input) {
+    std::string const & names = files().second.path();
+    Arguments arguments{"check", files().first.path(), "--names", names};
+    if (input.has(6)) {
+        append(arguments, {"--optional", names});
+    }
+    check_visible(with_read_options(input, arguments));
+}
+
+void verify(FilesInput const & input) {
+    Arguments arguments{"verify", files().first.path(), "--key-file", input.key()};
+    append(arguments, name_option(input));
+    check_visible(with_read_options(input, arguments));
+}
+
+void package(FilesInput const & input) {
+    std::string const & first = files().first.path();
+    std::string const & second = files().second.path();
+    if (input.has(6)) {
+        run(input, {"package", "show", first, second});
+        return;
+    }
+    Arguments arguments{"package", "make", "-", first, second};
+    if (input.has(5)) {
+        arguments.emplace_back("--stream");
+    }
+    with_read_options(input, arguments);
+}
+
 void run_command(FilesInput const & input) {
     std::string const & first = files().first.path();
     std::string const & second = files().second.path();
@@ -227,62 +269,31 @@ void run_command(FilesInput const & input) {
         return convert(input, "json");
     case 3:
         return convert(input, "trace");
-    case 4: {
-        Arguments arguments{"show", first};
-        append(arguments, trace_options(input));
-        with_read_options(input, arguments);
-        return;
-    }
+    case 4:
+        return show(input);
     case 5:
         return check_visible(with_read_options(input, {"stat", first}));
     case 6:
         return check_visible(run(input, {"inspect", first}));
     case 7:
         return check_visible(run(input, {"inspect", first, "--package", second}));
-    case 8: {
-        Arguments arguments{"get", "--to",
-                            input.has(4)   ? "json"
-                            : input.has(5) ? "trace"
-                                           : "plain"};
-        append(arguments, read_options(input));
-        append(arguments, {"--", first, "a", input.text() + '/', input.text() + "/0/a"});
-        run(input, arguments);
-        return;
-    }
+    case 8:
+        return get(input);
     case 9:
         return check_visible(with_read_options(input, {"diff", first, second}));
-    case 10: {
-        ProgramResult const result = with_read_options(input, {"diff", first, first});
-        check(result.output.empty(), "a file does not differ from itself");
-        return;
-    }
-    case 11: {
-        Arguments arguments{"check", first, "--names", second};
-        if (input.has(6)) {
-            append(arguments, {"--optional", second});
-        }
-        return check_visible(with_read_options(input, arguments));
-    }
+    case 10:
+        return check(with_read_options(input, {"diff", first, first}).output.empty(),
+                     "a file does not differ from itself");
+    case 11:
+        return check_names(input);
     case 12:
         return open(input);
-    case 13: {
-        Arguments arguments{"verify", first, "--key-file", input.key()};
-        append(arguments, name_option(input));
-        return check_visible(with_read_options(input, arguments));
-    }
+    case 13:
+        return verify(input);
     case 14:
-        if (input.has(6)) {
-            run(input, {"package", "show", first, second});
-        } else {
-            Arguments arguments{"package", "make", "-", first, second};
-            if (input.has(5)) {
-                arguments.emplace_back("--stream");
-            }
-            with_read_options(input, arguments);
-        }
-        return;
+        return package(input);
     default:
-        seal(input);
+        return seal(input);
     }
 }
 
