@@ -43,10 +43,9 @@ TEST(Vocabulary, SlicesCheckPositionsAndStartAtTheirOffset) {
 TEST(Vocabulary, FortyTwoWordsAreReserved) {
     std::istringstream words(
         "break do instanceof typeof case else new var catch finally return void continue for "
-        "switch "
-        "while debugger function this with default if throw delete in try class enum extends super "
-        "const export import implements let private public yield interface package protected "
-        "static");
+        "switch while debugger function this with default if throw delete in try class enum "
+        "extends super const export import implements let private public yield interface package "
+        "protected static");
     int count = 0;
     for (std::string word; words >> word; ++count) {
         EXPECT_TRUE(is_reserved_word(word)) << word;

@@ -34,8 +34,12 @@ TEST(DeepMaps, NeedNoStack) {
             };
             AttributeMap const map = nest({{"x", 1}}), same = nest({{"x", 1}});
             AttributeMap const hidden = nest({{"x", "(redacted)"}}), other = nest({{"y", 2}});
-            EXPECT_TRUE(map == same && map.compare(same) == 0 && map.hash() == same.hash());
-            EXPECT_TRUE(map != hidden && map < hidden && map.hash() != hidden.hash());
+            EXPECT_TRUE(map == same); // not EXPECT_EQ, which prints the map
+            EXPECT_EQ(map.compare(same), 0);
+            EXPECT_EQ(map.hash(), same.hash());
+            EXPECT_FALSE(map == hidden);
+            EXPECT_LT(map.compare(hidden), 0);
+            EXPECT_NE(map.hash(), hidden.hash());
             AttributeName const names[] = {"x", "y"};
             EXPECT_TRUE(redacted(map, names) == hidden);
             EXPECT_EQ(&*redacted(map, {}).begin(), &*map.begin()) << "shared";
@@ -82,7 +86,12 @@ TEST(DeepMaps, TakeMemoryToCompareOnlyBeyondTheFirstLevels) {
     for (int const levels : {50, 30}) { // the second time no level is still counted
         AttributeMap const map = nested(levels, "2", {}), same = nested(levels, "2", {});
         unsigned long const failures = vxtest::fail_each_allocation(
-            [&] { EXPECT_TRUE(map == same && !(map < same) && map.hash() == same.hash()); }, [] {});
+            [&] {
+                EXPECT_TRUE(map == same);
+                EXPECT_FALSE(map < same);
+                EXPECT_EQ(map.hash(), same.hash());
+            },
+            [] {});
         EXPECT_EQ(failures == 0, levels == 30) << failures;
     }
 }

@@ -30,24 +30,19 @@ TEST(NameList, HoldsANameOnEachLine) {
 }
 
 TEST(NameList, IsRefusedWithTheBadLine) {
-    using namespace error;
+    auto const & notAList = error::vxattribute_name_package_serialization;
 
     struct {
         char const * text;
         char const * message;
         vxcore::ErrorCode const & code;
     } const rows[] = {
-        {"a\n\nb\n", "f:2: an empty line is no name", vxattribute_name_package_serialization},
-        {"\xEF\xBB\xBF"
-         "a\n",
-         "f:1: a byte order mark, which would be part of the name",
-         vxattribute_name_package_serialization},
-        {"a\r\n", "f:1: a carriage return at the end of the line",
-         vxattribute_name_package_serialization},
-        {"a\nb", "f:2: the file ends in the middle of this line",
-         vxattribute_name_package_serialization},
+        {"a\n\nb\n", "f:2: an empty line is no name", notAList},
+        {"\xEF\xBB\xBF\x61\n", "f:1: a byte order mark, which would be part of the name", notAList},
+        {"a\r\n", "f:1: a carriage return at the end of the line", notAList},
+        {"a\nb", "f:2: the file ends in the middle of this line", notAList},
         {"a\nb\na\n", "f:3: this name stands in the list already",
-         vxattribute_name_package_duplicateName},
+         error::vxattribute_name_package_duplicateName},
     };
 
     for (auto const & [text, message, code] : rows) {
@@ -56,8 +51,7 @@ TEST(NameList, IsRefusedWithTheBadLine) {
     for (char const * name : {"", "two\nlines", "return\r"}) {
         expect_error(
             [&] { name_list_to_text(*AttributeNamePackage::Composer(name).compose(), "f"); },
-            vxattribute_name_package_serialization,
-            "f: a name of the package cannot stand on a line");
+            notAList, "f: a name of the package cannot stand on a line");
     }
 }
 
