@@ -51,8 +51,8 @@ struct Buffers {
         return i == size;
     }
 
-    /// Copying takes twenty times as long where the target lies a few bytes behind a multiple of
-    /// 4096 from the source, as it does with one vector behind the other.
+    /// Copying takes twenty times as long where the target lies a few bytes past a multiple of
+    /// 4096 from the source, as it does with one vector after the other.
     static constexpr unsigned int gap = 256;
 
     unsigned int size;

@@ -1,4 +1,4 @@
-// All benchmarks in one program, so that each figure stands beside its peers of the same run.
+// All benchmarks in one program, so that each figure is printed with its peers of the same run.
 
 #include "measure.h"
 

@@ -20,7 +20,7 @@ namespace vxbench {
 
 namespace {
 
-// A peer tells its types and three operations; the work is the same for all.
+// A peer defines its types and three operations; the work is the same for all.
 
 struct Vxattribute {
     using Map = vxattribute::MutableAttributeMap;

@@ -18,7 +18,7 @@ struct Interned {
     vxattribute::AttributeName intern(std::string const & text) { return text; }
 };
 
-/// What one writes without a library. It never gives a name back, so a name is a mere pointer.
+/// The table one writes without a library. It never frees a name, so a name is just a pointer.
 class GuardedSet {
   public:
     std::string const * intern(std::string const & text) {

@@ -12,7 +12,7 @@ namespace vxbench {
 namespace {
 
 /// Adds "binary_write_<document>" and "binary_read_<document>", or those of text. The counter
-/// `bytes` tells the size of what is written.
+/// `bytes` is the size of what is written.
 ///
 /// A peer makes its `Source` of a document, writes it to its `Stream` and reads that to its
 /// `Target`.
@@ -65,7 +65,7 @@ std::size_t saved_by_integer_keys(vxattribute::AttributeMapBase const & map,
     return saved;
 }
 
-/// What the coded form is compared with in size. The library behind it has text keys only, so this
+/// What the coded form is compared with in size. Its library has text keys only, so this
 /// is counted, not written.
 void add_cbor_with_integer_keys(std::size_t index) {
     Document const & document = documents()[index];

@@ -19,7 +19,7 @@
 #include <nlohmann/json.hpp>
 #endif
 
-/// Stream forms behind one face: see add_peer in stream_bench.cpp. All write to fresh memory and
+/// Stream forms with one interface: see add_peer in stream_bench.cpp. All write to fresh memory and
 /// read to fresh objects.
 namespace vxbench {
 

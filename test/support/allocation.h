@@ -20,15 +20,15 @@ void call_at_allocation(void (*hook)()) noexcept;
 /// Blocks of all threads that are allocated and not yet freed.
 long live_blocks() noexcept;
 
-/// Notes from now on when memory is freed that holds these bytes in one piece, such as a secret; a
-/// size of 0 ends it.
+/// From now on counts the freed blocks that hold these bytes in one piece, such as a secret; a size
+/// of 0 ends it.
 void watch_freed_memory(void const * bytes, std::size_t size) noexcept;
 
-/// How often that was, in this thread.
+/// The number of such blocks that this thread freed.
 unsigned long freed_with_bytes() noexcept;
 
 /// Runs `attempt` again and again, each time with a later allocation failing, until it gets
-/// through. `check` runs after each failure. Gives the number of failures.
+/// through. `check` runs after each failure. Returns the number of failures.
 template <typename Attempt, typename Check>
 unsigned long fail_each_allocation(Attempt attempt, Check check) {
     for (unsigned long n = 1;; ++n) {

@@ -24,14 +24,14 @@ class StringTarget final : public TextWriter::ITextTarget {
     std::string text;
 };
 
-/// A stream over a text; it tells its size, perhaps a wrong one, or not.
+/// A stream over a text. It reports its size, perhaps a wrong one, or none.
 class StringStream final : public vxcore::IReadStream {
   public:
     StringStream(std::string text, bool tellsSize, long long tooMuch = 0)
         : m_text(std::move(text)), m_tellsSize(tellsSize), m_tooMuch(tooMuch) {}
 
     unsigned int read(void * buffer, unsigned int size) override {
-        EXPECT_FALSE(m_ended) << "a read behind a short one";
+        EXPECT_FALSE(m_ended) << "a read after a short one";
         ++reads;
         std::size_t const run = m_text.copy(static_cast<char *>(buffer), size, m_at);
         m_at += run;
@@ -94,8 +94,8 @@ inline void read_text_form(std::string const & text, std::function<void(Reader &
     read(reader);
 }
 
-/// Changes a few bytes at random, puts in some of `marks`, which mean much, or writes `number` over
-/// what is there; sometimes cuts the rest off.
+/// Changes a few bytes at random, inserts bytes of `marks`, which have a meaning in the form, or
+/// overwrites some with `number`; sometimes cuts off the rest.
 inline void mutate(std::string & data, std::mt19937 & random, std::string const & marks,
                    std::string const & number) {
     for (auto changes = 1 + random() % 3; changes != 0 && !data.empty(); --changes) {

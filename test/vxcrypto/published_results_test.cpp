@@ -75,7 +75,7 @@ TEST(AesCtrContext, GivesThePublishedTextsCutAnywhere) {
     }
 }
 
-/// The block cipher tells what the blocks of a key stream have to be.
+/// The block cipher defines what the blocks of a key stream must be.
 TEST(AesCtrContext, PadsOrCutsTheStartValueAndCarriesThroughTheCounter) {
     AesEncryptContext aes;
     aes.rekey(bytes("0123456789abcdef"), 16);

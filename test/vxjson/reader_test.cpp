@@ -16,7 +16,7 @@ using Value = Reader::Value;
 
 vxcore::ErrorCode const readerCode("error.vxjson.reader", true);
 
-/// All values of a document in one line; documents.txt tells how.
+/// All values of a document in one line; documents.txt describes the form.
 std::string walk(Reader & reader) {
     std::string line;
     try {

@@ -14,7 +14,7 @@
 /// Means to see what a tokenizer makes of a text.
 namespace vxtest {
 
-/// Gives a text as a stream of unknown size; reading at `failAt` bytes or behind it raises.
+/// A text as a stream of unknown size; reading at or after byte `failAt` raises.
 class TextStream final : public vxcore::IReadStream {
   public:
     explicit TextStream(std::string_view text, std::size_t failAt = std::string::npos)
@@ -42,7 +42,7 @@ class TextStream final : public vxcore::IReadStream {
     bool m_ended = false;
 };
 
-/// All tokens in one line; tokens.txt tells how. Runs of a string are joined.
+/// All tokens in one line; tokens.txt describes the form. Runs of a string are joined.
 inline std::string trace(vxjson::ITokenizer & tokenizer) {
     static char const * const marks[] = {"?",  "", ".", "",  "<", ">", "\"",
                                          "\"", "", " ", " ", " ", " ", ""};

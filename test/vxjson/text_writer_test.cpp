@@ -43,7 +43,7 @@ std::map<std::string, Call> const calls = {
     {"finish", {"", [](Writing w, Text) { w.finish(); }}},
 };
 
-/// Makes the calls of a line. Gives the failures, and the text behind them.
+/// Makes the calls of a line. Returns the failures, then the text.
 std::string play(std::string const & script, TextWriter::Options const & options) {
     std::string text, failures;
     auto const attempt = [&failures](auto action) {

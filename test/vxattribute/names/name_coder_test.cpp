@@ -206,7 +206,7 @@ TEST(NameCoder, BadReferencesAreRefusedAndTheTableKept) {
         {pUuid + "; uint 0; uint 3", invalid,
          "Package size mismatch in package reference.  PackageId: "
          "938398af-baf5-af4f-824d-0dfe89bcccb9"},
-        {qRef + pUuid + "; uint 9; uint 3", invalid, // the range is told before the size
+        {qRef + pUuid + "; uint 9; uint 3", invalid, // the range is reported before the size
          "Invalid index range in package reference.  PackageId: "
          "938398af-baf5-af4f-824d-0dfe89bcccb9"},
         {qRef + "uuid " + std::string(32, 'f') + "; uint 10; uint 3",

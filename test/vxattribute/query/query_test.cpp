@@ -173,7 +173,7 @@ TEST(UnknownNames, AreThoseThatNoQueryAsksFor) {
     EXPECT_EQ(unknown_names(map, queries), (std::vector<AttributeName>{"Host", "prot"}));
 }
 
-/// Expects a level of 7 to become the given one, and gives the failure.
+/// Expects a level of 7 to become the given one, and returns the failure.
 vxcore::ErrorInfo::Ptr read_level(AttributeValue const & value, int expected) {
     char level = 7;
     vxcore::ErrorInfo::Ptr error;

@@ -234,7 +234,8 @@ TEST(SecuredValue, NoKeyStaysInMemory) {
             }
         }
     }
-    delete new std::string(secret); // the watch works: an ordinary string leaves its bytes behind
+    delete new std::string(
+        secret); // the watch works: an ordinary string leaves its bytes in freed memory
     EXPECT_NE(vxtest::freed_with_bytes(), 0u);
     vxtest::watch_freed_memory(nullptr, 0);
 }
