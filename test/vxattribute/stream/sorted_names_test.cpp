@@ -18,7 +18,7 @@ AttributeMap sample() {
     AttributeMap const inner = make_map({{"sorted", 1}, {"Sort", "x"}, {"sort", 0.5}});
     return make_map({{"sorted", make_list<AttributeMap>({inner, {}})},
                      {"Sort", make_list<long long>({1, 2})},
-                     {"\xC3\xA4", make_map({{"vxserialize", true}, {"sort", inner}})}});
+                     {"\xC3\xA4", make_map({{"", true}, {"vxserialize", 2}, {"sort", inner}})}});
 }
 
 std::string all_forms(AttributeMap const & map, bool isSorted) {
