@@ -4,7 +4,7 @@
 #include "support/allocation.h"
 #include "support/threads.h"
 
-#include "vxcore/siphash_internal.h"
+#include "vxcore/string/siphash_internal.h"
 #include "vxcore/string_key.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
-#include "failure.h"
+#include "vxattr/failure.h"
 
-#include "visible_text.h"
-
+#include "vxattr/visible_text.h"
 #include "vxcore/error_exception.h"
 
 namespace vxattr {

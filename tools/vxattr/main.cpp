@@ -1,6 +1,6 @@
 // The program vxattr: values in files, converted, shown, compared and sealed.
 
-#include "run.h"
+#include "vxattr/run.h"
 
 #include <fcntl.h>
 #include <unistd.h>

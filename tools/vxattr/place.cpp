@@ -1,7 +1,6 @@
-#include "place.h"
+#include "vxattr/place.h"
 
-#include "failure.h"
-
+#include "vxattr/failure.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map_path.h"
 

@@ -1,7 +1,7 @@
-#include "run.h"
+#include "vxattr/run.h"
 
-#include "commands.h"
-#include "failure.h"
+#include "vxattr/commands/commands.h"
+#include "vxattr/failure.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

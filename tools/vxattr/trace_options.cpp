@@ -1,4 +1,4 @@
-#include "trace_options.h"
+#include "vxattr/trace_options.h"
 
 #include <CLI/CLI.hpp>
 

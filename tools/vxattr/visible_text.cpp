@@ -1,4 +1,4 @@
-#include "visible_text.h"
+#include "vxattr/visible_text.h"
 
 #include "vxcore/hex.h"
 #include "vxcore/streamers.h"
