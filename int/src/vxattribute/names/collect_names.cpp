@@ -1,6 +1,6 @@
 #include "vxattribute/collect_names.h"
 
-#include "vxattribute/elements.h"
+#include "vxattribute/map/nested_maps_internal.h"
 
 namespace vxattribute {
 
@@ -9,8 +9,8 @@ namespace {
 using Pending = std::vector<AttributeMapBase const *>;
 
 void add_maps(AttributeValue const & value, Pending & pending) {
-    if (value.type() == ValueTypeId::typeAttributeMap) {
-        for (AttributeMap const & map : elements<AttributeMap>(value)) {
+    if (impl::holds_maps(value)) {
+        for (AttributeMap const & map : impl::maps_of(value)) {
             pending.push_back(&map);
         }
     }
