@@ -9,6 +9,8 @@
 
 namespace vxattribute {
 
+// Load-time code of other libraries may come here before statics.cpp has made the shared empty map.
+// Such a map gets a holder of its own.
 AttributeMapBase::AttributeMapBase()
     : m_pImpl(sm_pEmptyImpl ? sm_pEmptyImpl : vxcore::make_ref_counted<MapHolder>()) {}
 
@@ -91,10 +93,12 @@ AttributeMap AttributeMapBase::merged_with(AttributeMapBase const & other) const
     return AttributeMap(merged);
 }
 
-// Both maps are in the order of names, so each element goes to the end of the new map: with `end()`
-// as the hint that takes constant time.
+// Both maps have the same order, so each element goes to the end of the new map. Inserting
+// there with `end()` as the hint takes constant time. Of equal names the element of `first` is
+// used.
 AttributeMapBase::HolderPtr AttributeMapBase::merged_aux(Map const & first, Map const & second) {
     HolderPtr merged = vxcore::make_ref_counted<MapHolder>();
+    // The least that the result can have. If it has more, the arena adds runs.
     merged->m_arena.expect(std::max(first.size(), second.size()));
     Map & map = merged->m_map;
     auto a = first.begin();
@@ -119,6 +123,7 @@ AttributeMapBase::HolderPtr AttributeMapBase::merged_aux(Map const & first, Map 
 }
 
 bool operator==(AttributeMapBase const & a, AttributeMapBase const & b) {
+    // Also true for a NaN in the shared holder, although it does not equal itself.
     if (a.m_pImpl == b.m_pImpl) {
         return true;
     }
@@ -143,6 +148,7 @@ int AttributeMapBase::compare(AttributeMapBase const & other) const {
 }
 
 unsigned int AttributeMapBase::hash() const {
+    // Equal maps list their elements in the same order, so the hash may depend on the order.
     unsigned int seed = 0;
     for (auto const & [name, value] : m_pImpl->m_map) {
         seed = vxcore::hash_mix(seed, name.hash());

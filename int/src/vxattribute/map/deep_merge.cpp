@@ -22,9 +22,11 @@ void advance_to(Iterator & element, Iterator end, AttributeName const & name) {
     }
 }
 
-/// A pair of maps that is being merged. First comes the merge of the two alone, then the values
-/// that are maps on both sides are replaced. All three maps have one order, so each is walked once
-/// and no name is searched for.
+/// A pair of maps that is being merged. The constructor merges the two without looking into nested
+/// maps. Then each value that is a map on both sides is replaced by its merge. All three maps have
+/// the same order, so each is walked once and no name is searched for.
+///
+/// The object may be moved: its iterators point into holders, which stay where they are.
 class OpenMerge {
   public:
     explicit OpenMerge(MapPair const & pair)
@@ -32,7 +34,7 @@ class OpenMerge {
           m_other(pair.other.begin()), m_otherEnd(pair.other.end()),
           m_merged(pair.winner.merged_with(pair.other)) {}
 
-    /// The next two maps of one name, whose merge `set_inner` takes.
+    /// The next pair of maps of one name. Pass their merge to `set_inner` before the next call.
     std::optional<MapPair> next_inner() {
         for (; m_winner != m_winnerEnd; ++m_winner) {
             AttributeMap const * const winner = impl::scalar_map(m_winner->second);
@@ -70,13 +72,16 @@ class OpenMerge {
     Iterator m_other;
     Iterator m_otherEnd;
     MutableAttributeMap m_merged;
-    // Taken once there is something to replace: with one map empty, `begin` would copy the other.
+    // Set at the first replacement. If one map is empty, the merge shares the holder of the other,
+    // and `begin` would copy it for nothing.
     std::optional<MutableAttributeMap::iterator> m_place;
 };
 
 } // namespace
 
 AttributeMap merged_deep(AttributeMapBase const & winner, AttributeMapBase const & other) {
+    // A walk with a list in place of recursion, the innermost pair last. A pair is merged when all
+    // pairs inside it are.
     std::vector<OpenMerge> open;
     open.emplace_back(MapPair{winner, other});
     while (true) {

@@ -15,7 +15,8 @@ void MapHolder::operator delete(void * holder, std::size_t size) noexcept {
 
 MapHolder::MapHolder() : m_map(Map::allocator_type(&m_arena)) {}
 
-/// Copies the tree as it is, which needs no balancing, into one run of nodes.
+/// The standard library copies the shape of a tree, so nothing is compared or balanced. The arena
+/// knows the number of nodes beforehand and puts them into one run.
 MapHolder::MapHolder(Map const & map)
     : m_arena(map.size()), m_map(map, Map::allocator_type(&m_arena)) {}
 
@@ -36,6 +37,7 @@ AttributeValue & MapHolder::find_or_make(AttributeName && name) {
 }
 
 void MapHolder::clear() noexcept {
+    // In this order: no node may be in use when its run is freed.
     m_map.clear();
     m_arena.release_runs();
 }
@@ -49,9 +51,10 @@ thread_local constinit bool isDraining __attribute__((tls_model("initial-exec"))
 
 } // namespace
 
-// Deleting a holder releases the maps nested in it, which brings their holders here in turn. These
-// calls only queue the holder; the outermost call drains the queue. The stack thus stays flat,
-// however deep the maps nest.
+// Deleting a holder releases the maps nested in it, so this function is called again for their
+// holders. The inner calls only queue a holder; the outermost call empties the queue. So the stack
+// stays flat, however deep the maps nest. The link of the queue is a member of the holder: queueing
+// allocates nothing and cannot fail.
 void MapHolder::destroy() noexcept {
     m_nextDead = deadHolders;
     deadHolders = this;

@@ -33,7 +33,8 @@ class Steps {
     bool m_isDone = false;
 };
 
-/// The step without its escapes. A tilde that starts none is kept.
+/// The step without its escapes. A tilde that starts none is kept. Decoded in one pass, so the
+/// result of an escape never starts another one: "~01" is "~1".
 std::string name_of(std::string_view step) {
     std::string name;
     for (std::size_t i = 0; i < step.size(); ++i) {
@@ -44,9 +45,9 @@ std::string name_of(std::string_view step) {
     return name;
 }
 
-/// Finds the map of `value` in which the path continues and sets `index` to its place among the
-/// elements. A single map takes no step of the path; several take one, which is the index. False
-/// when there is no such map.
+/// Finds the map of `value` in which the path continues and sets `index` to its position. A single
+/// map uses no step of the path. Several maps use one step, the index. False when there is no such
+/// map.
 bool index_of_map(AttributeValue const & value, Steps & steps, unsigned int & index) {
     index = 0;
     if (value.type() != ValueTypeId::typeAttributeMap || value.empty()) {
@@ -74,8 +75,8 @@ constexpr std::ptrdiff_t maxSlashes = 255;
                      VXCORE_LOCATION("vxattribute::set_path()"));
 }
 
-/// Sets the value at the rest of the path. The maps on the way are copied, changed and put back, so
-/// a failure at any depth leaves all of them as they were.
+/// Sets the value at the rest of the path. Each map on the path is copied, changed and put back, so
+/// a failure at any depth leaves all of them as they were. `add` is the last step of each level.
 void set_step(MutableAttributeMap & map, Steps steps, std::string_view path,
               AttributeValue & value) {
     AttributeName const name(name_of(steps.next()));
@@ -108,6 +109,7 @@ AttributeValue const * find_path(AttributeMapBase const & map, std::string_view 
     AttributeMapBase const * inner = &map;
     Steps steps(path);
     while (true) {
+        // A name that is not interned is in no map. The search then ends without interning it.
         AttributeName name;
         AttributeValue const * const value =
             AttributeName::find_interned(name_of(steps.next()), name) ? inner->query_ptr(name)

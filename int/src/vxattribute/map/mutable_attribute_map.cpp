@@ -2,8 +2,9 @@
 
 namespace vxattribute {
 
-// Callers keep the result until they are done: the arguments may be in the holder that is replaced,
-// and this map may have held its last reference.
+// Makes the holder unshared and returns the one that it replaced, or null. Callers keep the result
+// until they return: their arguments may lie in the old holder, and the other maps that share it
+// may be destroyed in the meantime.
 AttributeMapBase::HolderPtr MutableAttributeMap::prepare_modify() {
     HolderPtr shared;
     if (!m_pImpl->has_unique_ref()) {
@@ -55,8 +56,9 @@ MutableAttributeMap & MutableAttributeMap::add(AttributeMapBase const & other) {
         m_pImpl.swap(merged);
         return *this;
     }
-    // What may raise comes first: copying the elements into nodes of this map's arena. Swapping
-    // values and moving nodes into the tree cannot raise.
+    // What may raise comes first: the elements are copied into nodes of this map's arena, so that
+    // `merge` can move the nodes. Swapping values and moving nodes cannot raise. Names that are in
+    // both maps stay in `additions`, which then destroys the replaced values.
     Map & map = m_pImpl->m_map;
     Map additions(map.get_allocator());
     additions.insert(source.begin(), source.end());
@@ -83,7 +85,7 @@ MutableAttributeMap::insert(value_type const & element) {
 MutableAttributeMap::iterator MutableAttributeMap::insert(iterator hint,
                                                           value_type const & element) {
     HolderPtr const kept = prepare_modify();
-    // A hint into the holder that was replaced means nothing in the clone.
+    // A hint into the old holder is useless in the clone.
     return kept ? m_pImpl->m_map.insert(element).first : m_pImpl->m_map.insert(hint, element);
 }
 
@@ -149,6 +151,7 @@ MutableAttributeMap::iterator MutableAttributeMap::upper_bound(AttributeName con
 }
 
 void MutableAttributeMap::read(vxserialize::Reader & reader) {
+    // Read aside, so that a failure leaves this map as it was.
     MutableAttributeMap(reader).swap(*this);
 }
 

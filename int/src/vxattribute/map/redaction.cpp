@@ -29,7 +29,8 @@ class OpenMaps {
     }
 
     /// Replaces the value of the element that was returned last, in the copy of its map. The first
-    /// replacement makes the copies, so that maps without one stay shared.
+    /// replacement makes the copies, so that values without one stay shared. The walk continues in
+    /// the originals, which never change.
     void replace(AttributeValue value) {
         if (!is_changed()) {
             m_copies.assign(m_originals.begin(), m_originals.end());
@@ -55,6 +56,8 @@ class OpenMaps {
 AttributeMap redacted(AttributeMapBase const & map, std::span<AttributeName const> names) {
     std::unordered_set<AttributeName> const hidden(names.begin(), names.end());
     AttributeMap const root(map);
+    // A walk with a list in place of recursion. The bottom entry is the map itself, as if it were a
+    // value of one map. A changed inner value replaces the element at which the outer walk is.
     std::vector<OpenMaps> open;
     open.emplace_back(std::span(&root, 1));
     while (true) {

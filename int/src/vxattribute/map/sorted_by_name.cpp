@@ -10,6 +10,7 @@ std::vector<AttributeMapBase::const_iterator> sorted_by_name(AttributeMapBase co
     for (auto element = map.begin(); element != map.end(); ++element) {
         sorted.push_back(element);
     }
+    // Names are unique, so the result does not depend on the stability of the sort.
     std::sort(sorted.begin(), sorted.end(),
               [](auto const & a, auto const & b) { return a->first.value() < b->first.value(); });
     return sorted;
