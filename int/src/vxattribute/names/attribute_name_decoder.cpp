@@ -68,13 +68,15 @@ AttributeName AttributeNameDecoder::read_attribute_name(vxserialize::Reader & re
     unsigned int const token = reader.read_uint();
     PackageRef const & ref = ref_of(token);
     unsigned int const position = token - ref.base;
+    // An unknown package: the generated name is the same wherever this id and position come again.
     if (ref.package == nullptr) {
         return AttributeName(ref.id.as_string(1) + ":" + vxcore::to_string(position));
     }
     return ref.package->begin()[position];
 }
 
-/// The reference that covers the token. Ranges ascend and do not overlap, so only the last one that
+/// The reference that covers the token. Successive names are mostly of one package, so the last
+/// reference found is tried first. Ranges ascend and do not overlap, so only the last one that
 /// begins at or before the token can cover it.
 AttributeNameDecoder::PackageRef const & AttributeNameDecoder::ref_of(unsigned int token) {
     if (m_lastRef < m_packageRefs.size() && m_packageRefs[m_lastRef].covers(token)) {
@@ -101,7 +103,7 @@ void AttributeNameDecoder::read_package_ref(vxserialize::Reader & reader,
             vxcore::SourceString("Error reading package reference", true),
             VXCORE_LOCATION("vxattribute::AttributeNameDecoder::read_package_ref()"), e);
     }
-    // In 64 bits: the end of a range may be 2^32 and beyond.
+    // Ranges must ascend for `ref_of`. In 64 bits: the end of a range may be 2^32 or above.
     if (!refs.empty() &&
         ref.base < static_cast<unsigned long long>(refs.back().base) + refs.back().size) {
         throw_bad_ref(error::vxattribute_name_decoder_packageRef_invalid,
@@ -111,6 +113,7 @@ void AttributeNameDecoder::read_package_ref(vxserialize::Reader & reader,
         auto const found = m_packageSet->find(ref.id);
         if (found != m_packageSet->end()) {
             ref.package = found->get();
+            // With equal sizes, every token that the range covers is a position of the package.
             if (ref.size != ref.package->size()) {
                 throw_bad_ref(error::vxattribute_name_decoder_packageRef_invalid,
                               "Package size mismatch in package reference.  PackageId: "

@@ -34,11 +34,13 @@ unsigned int AttributeNameEncoder::next_base(Mappings const & mappings) noexcept
     return mappings.empty() ? 0 : mappings.back().base + mappings.back().package->size();
 }
 
+// Each package of the set has at most one mapping, so it is enough to compare the numbers.
 bool AttributeNameEncoder::is_all_mapped() const noexcept {
     return !m_packageSet || m_mappings.size() >= m_packageSet->size();
 }
 
 void AttributeNameEncoder::write_encoder_mappings(vxserialize::Writer & writer) {
+    // Extended aside: the mappings are adopted only when the whole table has been written.
     Mappings mappings = m_mappings;
     if (!is_all_mapped()) {
         mappings.reserve(m_packageSet->size());
@@ -66,6 +68,7 @@ void AttributeNameEncoder::write_encoder_mappings(vxserialize::Writer & writer) 
 
 void AttributeNameEncoder::write_attribute_name(vxserialize::Writer & writer,
                                                 AttributeName const & name) {
+    // Packages in use come first: a name of several packages must not cause another reference.
     for (auto const & [package, base] : m_mappings) {
         if (AttributeName const * const found = package->find(name); found != package->end()) {
             writer << base + static_cast<unsigned int>(found - package->begin());

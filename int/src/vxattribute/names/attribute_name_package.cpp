@@ -14,6 +14,8 @@ namespace vxattribute {
 
 namespace {
 
+/// The order of names in a package. Positions are stored in streams, so it must be the same in
+/// every process, unlike map order.
 bool less_by_bytes(AttributeName const & a, AttributeName const & b) noexcept {
     return a.value() < b.value();
 }
@@ -105,9 +107,10 @@ AttributeNamePackage::Ptr AttributeNamePackage::create(vxserialize::Reader & rea
     return Ptr(new AttributeNamePackage(id, names, index));
 }
 
-/// MD5 over the number of names, then over the size and the bytes of each. Two bit fields are set
-/// as in a UUID made from a name, but the version goes into byte 7, the low byte of that field:
-/// stored ids depend on it.
+/// MD5 over the number of names, then over the size and the bytes of each. Sizes are included so
+/// that lists which differ only in where a name ends have different ids. Two bit fields are set as
+/// in a UUID made from a name, but the version goes into byte 7, the low byte of its field, instead
+/// of byte 6. Stored ids depend on it.
 vxcore::Uuid AttributeNamePackage::compute_id(std::vector<AttributeName> const & names) {
     vxcrypto::Md5Context digest;
     update_number(digest, names.size());
@@ -147,7 +150,7 @@ AttributeNamePackage::Composer & AttributeNamePackage::Composer::add(AttributeNa
 
 AttributeNamePackage::Composer & AttributeNamePackage::Composer::add(Ptr const & package) {
     if (package) {
-        // A copy first: moving its nodes over cannot fail halfway.
+        // Copied first: moving the nodes over cannot fail halfway.
         std::set<AttributeName> names(package->begin(), package->end());
         m_names.merge(names);
     }

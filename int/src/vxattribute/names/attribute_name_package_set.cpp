@@ -55,6 +55,7 @@ AttributeNamePackageSet::create_union(vxserialize::Reader & reader) const {
 }
 
 AttributeNamePackageSet::Ptr AttributeNamePackageSet::create_aux(Packages & packages) {
+    // Ordered by id, so that equal sets have equal bytes and encoders search in the same order.
     std::sort(packages.begin(), packages.end(), AttributeNamePackage::IdLess());
     packages.erase(std::unique(packages.begin(), packages.end(), AttributeNamePackage::IdEquals()),
                    packages.end());
@@ -87,6 +88,7 @@ bool AttributeNamePackageSet::check_duplicate_names(std::set<AttributeName> * du
     if (duplicates != nullptr) {
         duplicates->clear();
     }
+    // Each pair of packages is compared: every name is looked up in all packages after its own.
     for (const_iterator first = begin(); first != end(); ++first) {
         for (const_iterator second = first + 1; second != end(); ++second) {
             for (AttributeName const & name : **first) {

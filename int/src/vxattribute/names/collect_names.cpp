@@ -6,6 +6,8 @@ namespace vxattribute {
 
 namespace {
 
+/// Maps that are still to be visited. A list in place of recursion: input decides how deep maps
+/// nest.
 using Pending = std::vector<AttributeMapBase const *>;
 
 void add_maps(AttributeValue const & value, Pending & pending) {

@@ -62,6 +62,7 @@ AttributeNamePackage::Ptr name_list_from_text(std::string_view text, std::string
 std::string name_list_to_text(AttributeNamePackage const & package, std::string const & file) {
     std::string text;
     for (AttributeName const & name : package) {
+        // Every name must read back as the same name: check what `name_list_from_text` refuses.
         bool const isMarked = text.empty() && name.value().starts_with(byteOrderMark);
         if (isMarked || fault_of(name.value()) != nullptr ||
             name.value().find('\n') != std::string::npos) {

@@ -10,6 +10,7 @@ namespace vxattribute {
 
 namespace {
 
+/// Type numbers are indexes of tables, so they must count from 1 without a gap.
 constexpr bool are_numbers_without_gaps() {
     int next = 1;
 #define VX_ELEMENT_TYPE(number, ...)                                                               \

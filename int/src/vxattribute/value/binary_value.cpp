@@ -50,6 +50,7 @@ BinaryValue::BinaryValue(vxcore::IReadStream & stream) {
 }
 
 BinaryValue & BinaryValue::operator=(BinaryValue const & other) {
+    // Blocks have no room to spare, so only a value of the same size is copied in place.
     if (m_size != other.m_size) {
         BinaryValue(other).swap(*this);
     } else if (this != &other) {
@@ -83,11 +84,15 @@ void BinaryValue::set(vxcore::IReadStream & stream) {
             .throw_error(error::vxattribute_value_binary_size,
                          VXCORE_LOCATION("vxattribute::BinaryValue::set()"));
     }
+    // The stream may end early: then the size is that of the bytes it returned.
     BinaryValue fresh = with_capacity(static_cast<unsigned int>(size));
     fresh.m_size = stream.read(fresh.m_data, fresh.m_size);
     swap(fresh);
 }
 
+/// Reads a stream of unknown size. The first piece goes to the stack, which is enough for a short
+/// stream. Then a block doubles as data comes, so memory follows the data. At the end the bytes are
+/// copied to a block of their exact size.
 void BinaryValue::set_from_unsized(vxcore::IReadStream & stream) {
     constexpr unsigned int firstSize = 4096;
     unsigned char buffer[firstSize];

@@ -28,8 +28,9 @@ constinit BlockCache::OpenCaches BlockCache::sm_caches;
 bool BlockCache::make_key() noexcept {
     OpenCaches & caches = sm_caches;
     if (!caches.hasKey && pthread_key_create(&caches.key, &BlockCache::end_thread) == 0) {
-        // A forked child has only the thread that forked. It loses the blocks of the other threads,
-        // like everything they owned.
+        // The lock is held during a fork, so that the child finds the list in order. The child has
+        // only the thread that forked: the list shrinks to its cache. The blocks of the other
+        // threads are lost there, like everything these threads owned.
         caches.hasKey =
             pthread_atfork([] { sm_caches.mutex.lock(); }, [] { sm_caches.mutex.unlock(); },
                            [] {
@@ -50,8 +51,10 @@ bool BlockCache::open() noexcept {
     if (caches.isUnloading || !make_key()) {
         return false;
     }
-    // A handler that is registered before `main` begins runs after `unload`, and the first thread
-    // may come here that early. The second comes later; without it there is nothing to tell apart.
+    // `exit` calls handlers in the reverse order of registration. One registered before `main`
+    // begins is called after `unload`, which is too late, and the first thread may come here that
+    // early. So the second thread registers another one. With a single thread the flag does not
+    // matter: there are no caches of other threads.
     if (caches.exitHandlers < 2) {
         if (std::atexit([] { sm_caches.processEnds = true; }) != 0) {
             return false;
@@ -81,6 +84,7 @@ void BlockCache::free_slow(void * block, std::size_t size) noexcept {
             free(block, size);
             return;
         }
+        // Not tried again: each attempt would take the lock.
         state.isClosed = true;
     }
     ::operator delete(block);
@@ -116,6 +120,7 @@ void BlockCache::unload() noexcept {
     std::lock_guard const lock(caches.mutex);
     caches.isUnloading = true;
     close(sm_state);
+    // Without `exit` this is `dlclose`, during which no other thread may use the library.
     while (!caches.processEnds && caches.first != nullptr) {
         close(*caches.first);
     }

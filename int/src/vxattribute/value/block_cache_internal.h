@@ -19,9 +19,9 @@
 /// Freed blocks of small objects, kept per thread for the next object of that size.
 ///
 /// Most values are one short-lived block of 40 to 80 bytes. Reusing a block costs a few
-/// instructions; the heap costs 15 ns. Every block comes from `operator new`, so any thread may
-/// free it. A thread keeps at most `max_blocks` per size class. The cache is off under sanitizers,
-/// which must see every allocation, and with the CMake option VX_BLOCK_CACHE=OFF.
+/// instructions; an allocation from the heap costs 15 ns. Every block comes from `operator new`, so
+/// any thread may free it. A thread keeps at most `max_blocks` per size class. The cache is off
+/// under sanitizers, which must see every allocation, and with the CMake option VX_BLOCK_CACHE=OFF.
 namespace vxattribute::impl {
 
 class BlockCache {
@@ -53,8 +53,8 @@ class BlockCache {
         SizeClass classes[max_size / granularity];
         ThreadState * next; // in the list of open caches
         ThreadState * previous;
-        bool isOpen;   // blocks are taken
-        bool isClosed; // the thread or the library ends: blocks are no longer taken
+        bool isOpen;   // freed blocks are kept
+        bool isClosed; // the thread or the library ends: freed blocks are no longer kept
     };
 
     struct OpenCaches;

@@ -89,6 +89,7 @@ vxserialize::MemoryReader SerializedValue::memory_reader() const {
 }
 
 unsigned int SerializedValue::hash() const noexcept {
+    // Relaxed, since threads that get here at the same time compute and store the same hash.
     unsigned int const known = m_hash.load(std::memory_order_relaxed);
     return known != 0 ? known : aux_calc_hash();
 }

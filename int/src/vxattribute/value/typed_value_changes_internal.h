@@ -1,7 +1,7 @@
 #pragma once
 
-/// How TypedValue changes its elements. In a header of its own because every function here gives
-/// the strong guarantee and accepts arguments that lie in the value itself.
+/// How TypedValue changes its elements. In a header of its own because every function here has the
+/// strong guarantee and accepts arguments that lie in the value itself.
 
 #include "vxattribute/value/typed_value_storage_internal.h"
 
@@ -56,6 +56,7 @@ void TypedValue<T>::assign(T const * first, T const * last) {
         throw std::length_error("vxattribute::TypedValue<>: too many elements");
     }
     auto const n = static_cast<unsigned int>(last - first);
+    // In place only where no copy can raise: a failure halfway would leave a mixture.
     if (n > capacity() || !std::is_nothrow_copy_constructible_v<T>) {
         replace_elements(first, n);
         return;
@@ -76,6 +77,8 @@ void TypedValue<T>::assign(T const * first, T const * last) {
 template <typename T>
 void TypedValue<T>::replace_elements(T const * first, unsigned int n) {
     if (n <= 1) {
+        // At most one element is stored inside the object. It is copied to the stack first, because
+        // `first` may point to an element that `clear_in_place` destroys.
         Slot aside;
         T * const end = std::uninitialized_copy(first, first + n, &aside.element);
         clear_in_place();

@@ -93,7 +93,7 @@ void TypedValue<T>::shrink() noexcept {
         return;
     }
     T * const block = m_begin;
-    // From here on the union holds the element and no longer the end of the block.
+    // This overwrites `m_slot.capacityEnd`: the union now holds the element.
     m_end = Traits::move_construct_range(block, m_end, &m_slot.element);
     m_begin = &m_slot.element;
     free_block(block);

@@ -24,6 +24,7 @@ void SingleValueImpl<T>::release() const noexcept {
 template <typename T>
 ValueBase * SingleValueImpl<T>::clone() const {
     if constexpr (has_singletons<T>) {
+        // Through the factory: after a write the value may equal one of the static ones.
         return ValueFactory<T>::create_value(*this);
     } else {
         return this->empty() ? new SingleValueImpl : new SingleValueImpl(*this->begin());
@@ -94,6 +95,7 @@ void RefCountedValueImpl<T>::clear(ValueHolder & holder) {
 
 template <typename T>
 void RefCountedValueImpl<T>::set_single(ValueHolder & holder, Arg const & value) {
+    // A shared value is not copied first, since all its elements are replaced.
     if (m_count.is_unique()) {
         this->set_single_in_place(value);
     } else {
@@ -149,6 +151,8 @@ TypedValue<T> * ValueFactory<T>::create_value(ElementArg<T> const & x) {
 
 template <typename T>
 TypedValue<T> * ValueFactory<T>::create_value(T const * first, T const * last) {
+    // No or one element may have a static or an unshared form, which the overloads above choose.
+    // The types that `sharesAlone` selects have neither form.
     bool const sharesAlone = !has_single_value_impl<T> && !std::is_same_v<T, std::string>;
     if (!sharesAlone && last - first <= 1) {
         return first == last ? create_value()
