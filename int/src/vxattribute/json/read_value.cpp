@@ -46,7 +46,7 @@ void set_value(AttributeValue & value, impl::ValueBase * representation) noexcep
     value.swap_impl(holder);
 }
 
-/// Reads one value. Open containers are in a list and not on the stack, so the tokenizer alone
+/// Reads one value. Open containers are in a list and not on the stack, so only the tokenizer
 /// limits the depth of a document.
 ///
 /// Drop each value of the reader before asking for the next, so that the reader can reuse its
@@ -105,6 +105,8 @@ class JsonValueReader {
     }
 
     JsonValuePtr begin_object(JsonValuePtr object, AttributeValue & result) {
+        // Every object in an array is read as a map. "vxserialize" as the first name marks a
+        // serialized value only elsewhere.
         bool const isElement = !m_open.empty() && m_open.back().isArray;
         JsonValuePtr child = m_reader.next_child(object);
         if (!child) {
@@ -112,6 +114,7 @@ class JsonValueReader {
             return nullptr;
         }
         if (!isElement && child->name() == impl::jsonSerializedKey->value()) {
+            // Further properties are skipped up to the end of the object.
             read_serialized(*child, result);
             do {
                 child.reset();
@@ -153,7 +156,7 @@ class JsonValueReader {
     }
 
     /// Adds a complete value to the innermost container and returns the next child. At the end of
-    /// the container it returns null, with the container as the new `value`.
+    /// the container it makes a value of the container, stores it in `value` and returns null.
     JsonValuePtr add(AttributeValue & value) {
         Open & open = m_open.back();
         JsonValuePtr child;
@@ -207,6 +210,9 @@ class JsonValueReader {
                          [&list](JsonValue & element) { list.push_back(element.as_bool()); });
     }
 
+    /// The array is Integer only if all its numbers are whole, which is known at its end, so the
+    /// numbers are collected first. After each element, `next_number` takes the numbers that follow
+    /// without making a value object for each.
     void read_numbers(JsonValuePtr const & array, JsonValuePtr child, AttributeValue & result) {
         m_doubles.clear();
         for_each_element(array, std::move(child), [this, &array](JsonValue & element) {

@@ -7,7 +7,7 @@
 
 namespace vxattribute::impl {
 
-/// Writes one value to JSON. Open maps are in a list and not on the stack, so the writer alone
+/// Writes one value to JSON. Open maps are in a list and not on the stack, so only the writer
 /// limits the depth.
 class JsonRenderVisitor {
   public:

@@ -21,7 +21,8 @@ class JsonRenderVisitor::TextWriterTarget final : public vxserialize::TextWriter
         }
     }
 
-    /// A full buffer is written at once. What is left is written directly if it would fill another.
+    /// Writes the buffer as soon as it is full. The rest bypasses the buffer if it would fill
+    /// another.
     void write_data(char const * data, unsigned int size) override {
         while (size != 0) {
             unsigned int const count = std::min(size, sm_bufferSize - m_size);

@@ -46,7 +46,7 @@ void JsonRenderVisitor::begin(AttributeValue const & value) {
         }
         break;
     case ValueTypeId::eId_Integer:
-        // Checked before any is written: all elements take the same form.
+        // Checked before any is written: all elements must take the same form.
         if (size != 0 &&
             std::all_of(value.begin<long long>(), value.end<long long>(), is_plain_integer)) {
             write_elements<long long>(
@@ -68,6 +68,8 @@ void JsonRenderVisitor::begin(AttributeValue const & value) {
     default:
         break;
     }
+    // Everything else might not read back as the same value. For example, an empty array reads as
+    // String and a whole double as Integer.
     write_serialized(value);
 }
 

@@ -16,8 +16,8 @@ void write(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-/// Locks the stream, so that output of other threads does not come between. The texts are data and
-/// never a format.
+/// Locks the stream, so that the output of other threads is not mixed in. The texts are written as
+/// data and never used as a format.
 void report_duplicate(std::string_view registered, std::string_view own) {
     flockfile(stderr);
     write("ModuleRegistry: Module vxattribute is already loaded into this process!\n");

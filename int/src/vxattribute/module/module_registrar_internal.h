@@ -5,7 +5,7 @@ namespace vxattribute::impl {
 /// Describes this copy of the library: a marker line, then XML. The build generates it.
 extern char const moduleInformation[];
 
-/// Registers this copy of the library with the process, and removes the entry again.
+/// Registers this copy of the library with the process. The destructor removes the entry.
 ///
 /// A second copy would bring a second set of types and singletons into the process. If one is
 /// registered already, the constructor prints both descriptions to standard error and aborts,

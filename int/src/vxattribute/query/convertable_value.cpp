@@ -14,7 +14,7 @@ namespace vxattribute {
 
 namespace {
 
-// Each returns false for a text that is not of its form, or raises itself.
+// An overload returns false for a text that is not of its form, or raises the failure itself.
 
 bool parse_text(std::string const & text, bool & result) {
     result =

@@ -53,6 +53,7 @@ template <typename T>
 T parse_integer(std::string const & text) {
     char const * first = text.data();
     char const * const last = first + text.size();
+    // `from_chars` accepts no plus sign. "+-5" must stay invalid.
     if (text.starts_with('+') && !text.starts_with("+-")) {
         ++first;
     }

@@ -65,6 +65,8 @@ Query & Query::scalar(bool isScalar) noexcept {
 }
 
 Attribute Query::query_impl(AttributeMapBase const & config) const {
+    // The first name that has a value decides. If that value does not fit, alternates are not
+    // tried.
     for (AttributeName const & name : m_names) {
         AttributeValue const * const value = config.query_ptr(name);
         if (value == nullptr) {
@@ -118,6 +120,7 @@ Query::ErrorPtr Query::invalid_value_error(Attribute const & attribute,
                                            AttributeMapBase const & config,
                                            vxcore::SourceLocation const & location,
                                            ErrorPtr nested) {
+    // A failure that names an attribute already is more specific, so it is returned as it is.
     if (nested && (attribute.name().empty() || !bad_attribute_name(nested).empty())) {
         return nested;
     }

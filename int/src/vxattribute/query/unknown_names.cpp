@@ -17,6 +17,7 @@ std::vector<AttributeName> unknown_names(AttributeMapBase const & config,
             unknown.push_back(name);
         }
     }
+    // By bytes: map order differs between processes.
     std::ranges::sort(unknown, {}, [](AttributeName const & name) -> std::string const & {
         return name.value();
     });

@@ -85,6 +85,7 @@ vxcrypto::Key read_key_as_binary(vxserialize::MemoryReader & reader) {
     if (!bytes) {
         throw_not_binary("Unknown");
     }
+    // Straight from the list into the key: a copy in between would have to be wiped.
     vxcrypto::Key key(bytes->size());
     bytes->read_at(0, key.mutable_data(), key.size());
     return key;

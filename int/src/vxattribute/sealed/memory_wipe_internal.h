@@ -6,14 +6,14 @@
 
 namespace vxattribute::impl {
 
-/// Overwrites the bytes of the list with zeros, in their place.
+/// Overwrites the bytes of the list with zeros in place.
 ///
-/// Memory that other lists use too is left alone: writing to it would wipe a copy. Drop readers,
-/// sublists and other lists over the same bytes first.
+/// Memory that other lists use too is not changed: they still need it. Destroy readers, sublists
+/// and other lists over the same bytes first.
 void wipe(vxserialize::MemoryList & list) noexcept;
 
-/// Owns a list that may hold a key and wipes it at the end of its scope, also when something
-/// raises. Declare what reads the list after it, so that the readers are gone by then.
+/// Owns a list that may hold a key and wipes it at the end of its scope, also when an exception
+/// leaves the scope. Declare objects that read the list after it, so that they are destroyed first.
 class WipedList {
   public:
     using Ptr = vxcore::RefCountPtr<vxserialize::MemoryList>;
@@ -36,15 +36,15 @@ class WipedList {
 
     vxserialize::MemoryList * operator->() const noexcept { return m_list.get(); }
 
-    /// Hands the list over, as it is.
+    /// Passes the list to the caller without wiping it.
     Ptr release() noexcept { return std::move(m_list); }
 
   private:
     Ptr m_list;
 };
 
-/// Calls `action(data, size)` for each run of bytes from `offset` on, in order, for changing them
-/// in place.
+/// Calls `action(data, size)` for each run of bytes from `offset` on, in order. The action may
+/// change the bytes.
 template <typename Action>
 void for_each_run_from(vxserialize::MemoryList & list, unsigned int offset, Action action) {
     for (auto segment = list.segment_write_iterator(); !segment.at_end(); ++segment) {

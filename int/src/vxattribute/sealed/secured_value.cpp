@@ -96,8 +96,8 @@ void SecuredValue::seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & pla
                         vxcrypto::IRandomProvider & random) {
     Ciphertext sealed = cipher.encrypt(Ciphertext(plaintext), m_annotation, key, random);
     if (!sealed || sealed.get() == plaintext.get()) {
-        // "NULL" returns the plaintext list itself, which the caller wipes when it holds a key. So
-        // the value keeps a copy.
+        // "NULL" returns the plaintext list itself, and the caller wipes that list when it holds a
+        // key. So the value keeps a copy.
         auto copy = vxserialize::MemoryList::create();
         if (sealed) {
             copy->append_defragmented(*plaintext);
@@ -155,6 +155,7 @@ void SecuredValue::swap(SecuredValue & other) noexcept {
 }
 
 void SecuredValue::read(vxserialize::Reader & reader) {
+    // Read aside, so that a failure leaves this value as it was.
     SecuredValue fresh;
     reader.begin_record();
     reader >> fresh.m_annotation >> fresh.m_cipherId;
@@ -177,6 +178,7 @@ unsigned int SecuredValue::ciphertext_size() const noexcept {
 }
 
 unsigned int SecuredValue::hash() const noexcept {
+    // Relaxed, since threads that get here at the same time compute and store the same hash.
     if (unsigned int const known = m_hash.load(std::memory_order_relaxed); known != 0) {
         return known;
     }

@@ -75,8 +75,8 @@ void authenticate_bytes(EaxAesContext & eax, vxserialize::MemoryListCursor & at,
     }
 }
 
-/// Deciphers the bytes between nonce and tag. The sublist shares them with the sealed list, and the
-/// first write to shared memory copies it: the sealed bytes stay as they are.
+/// Deciphers the bytes between nonce and tag. The sublist shares memory with the sealed list. The
+/// first write to shared memory copies it, so the sealed bytes stay as they are.
 vxcore::RefCountPtr<MemoryList> decipher(EaxAesContext & eax, MemoryList const & ciphertext) {
     WipedList plaintext(ciphertext.sublist(nonceSize, ciphertext.size() - nonceSize - tagSize));
     for_each_run_from(*plaintext, 0, [&eax](unsigned char * data, unsigned int size) {
@@ -95,7 +95,7 @@ SecuredValueCipherEaxAesBase::encrypt(SecuredValue::Ciphertext const & plaintext
     unsigned char nonce[nonceSize];
     make_nonce(random, nonce);
     EaxAesContext eax(key, nonce, annotation);
-    WipedList sealed(MemoryList::create()); // it holds the plaintext at first
+    WipedList sealed(MemoryList::create()); // holds the plaintext until it is enciphered
     sealed->append(nonce, nonceSize);
     if (plaintext) {
         sealed->append_defragmented(*plaintext);
@@ -138,6 +138,7 @@ bool SecuredValueCipherEaxAesBase::authenticate_decrypt(
     at.cursor_advance(nonceSize);
     EaxAesContext eax(key, nonce, annotation);
     authenticate_bytes(eax, at, ciphertext->size() - nonceSize - tagSize);
+    // The tag is complete before any byte is deciphered: forged bytes are never opened.
     eax.finish();
     unsigned char tag[tagSize];
     at.read_at_cursor(tag, tagSize);

@@ -52,7 +52,7 @@ class SecuredValueCipherEaxAes256 final : public SecuredValueCipherEaxAesBase {
     unsigned int keysize() const override { return 32; }
 };
 
-/// Returns what it is given. It accepts an empty key only, so a caller with a real key gets an
+/// Returns its input unchanged. It accepts an empty key only, so a caller with a real key gets an
 /// error for forged bytes that name this cipher.
 class SecuredValueCipherNull final : public SecuredValue::ICipher {
   public:
@@ -74,13 +74,13 @@ class SecuredValueCipherNull final : public SecuredValue::ICipher {
     std::string const m_id = "NULL";
 };
 
-/// Knows the three ciphers above.
+/// Finds the three ciphers above.
 class DefaultCipherProvider final : public SecuredValue::ICipherProvider {
   public:
     SecuredValue::CipherPtr find_cipher(std::string const & cipherId) const override;
 };
 
-/// Knows the ciphers above that check a key.
+/// Finds only the two EAX ciphers, which require a key.
 class StrictCipherProvider final : public SecuredValue::ICipherProvider {
   public:
     SecuredValue::CipherPtr find_cipher(std::string const & cipherId) const override;

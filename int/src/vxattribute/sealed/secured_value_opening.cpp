@@ -18,7 +18,7 @@ vxcore::ErrorComposer unknown_cipher(std::string const & cipherId) {
     return composer;
 }
 
-/// Failures of `extract_binary_as_key` name this place too.
+/// The location of failures in `extract` and in `extract_binary_as_key`.
 vxcore::SourceLocation extract_location() {
     return VXCORE_LOCATION("vxattribute::SecuredValue::extract()");
 }
@@ -39,8 +39,8 @@ impl::WipedList wipeable(SecuredValue::Ciphertext const & opened) {
         auto & list = const_cast<MemoryList &>(*opened); // no list is created const
         return impl::WipedList(vxcore::RefCountPtr<MemoryList>(&list));
     }
-    // "NULL" returns the stored list itself, which must stay intact. Wiping leaves memory alone
-    // that another list uses.
+    // "NULL" returns the stored list itself, which must stay intact. Wiping the clone does not
+    // change it, since the two share their memory.
     return impl::WipedList(opened->shallow_clone());
 }
 
@@ -101,7 +101,8 @@ vxcrypto::Key SecuredValue::extract_binary_as_key(vxcrypto::Key const & key,
         return vxcrypto::Key();
     }
     try {
-        // In this order: the opened list and the reader are gone when the plaintext is wiped.
+        // In this order: the reader is destroyed before the plaintext is wiped, and the opened list
+        // is a temporary that is destroyed even earlier.
         impl::WipedList const plaintext =
             wipeable(cipher->decrypt(key, m_annotation, m_ciphertext));
         vxserialize::MemoryReader reader(plaintext.get());

@@ -16,8 +16,8 @@ inline constexpr vxserialize::EElementKind bare_kind = vxserialize::eElement_Non
 #include "vxattribute/element_type_table.inc"
 #undef VX_ELEMENT_TYPE
 
-/// Returns `action.template operator()<T>()` for the type whose bare elements are of that kind, and
-/// `otherwise()` when there is none: the kind is that of null or of a type number.
+/// Returns `action.template operator()<T>()` for the type whose bare elements are of that kind.
+/// Returns `otherwise()` when there is none: the kind is that of null or of a type number.
 template <typename Action, typename Otherwise>
 auto with_bare_element_type(vxserialize::EElementKind kind, Action action, Otherwise otherwise) {
 #define VX_ELEMENT_TYPE(number, Id, name, Type, ...)                                               \

@@ -3,8 +3,9 @@
 #include "vxattribute/attribute_map.h"
 #include "vxserialize/fwd.h"
 
-/// What stays the same for a value or map and for everything nested in it while it goes through a
-/// stream. All public functions that read or write one, with or without a coder, come here.
+/// The settings of one write or read. They are the same for a value or map and for everything
+/// nested in it. All public functions that write or read one, with or without a coder, use these
+/// classes.
 namespace vxattribute::impl {
 
 class WriteContext {
@@ -21,7 +22,7 @@ class WriteContext {
 
     void write_map(AttributeMapBase const & map) const;
 
-    /// Writes the map with that tree, in map order.
+    /// Writes the map whose elements are in `tree`, in map order.
     void write_tree(AttributeMapBase::Map const & tree) const;
 
     /// Writes a name and a value.
@@ -47,7 +48,7 @@ class ReadContext {
 
     AttributeMap read_map() const;
 
-    /// Reads a map into a new holder; of equal names the last value stays.
+    /// Reads a map into a new holder. Of equal names the last value is kept.
     void read_map(AttributeMapBase::MapHolder & holder) const;
 
   private:

@@ -6,8 +6,9 @@ namespace vxattribute::impl {
 
 /// The room to reserve for a list of a stream, in elements.
 ///
-/// The count in a stream is input and may be false, so it must not cost memory ahead of the data.
-/// It reserves up to `limit`, which common lists do not exceed; longer ones grow as they are read.
+/// The count in a stream is input and may be false, so it must not cost memory before the data has
+/// come. At most `limit` elements are reserved, which common lists do not exceed. Longer lists grow
+/// as they are read.
 inline unsigned int list_room(unsigned int count, unsigned int limit) noexcept {
     return std::min(count, limit);
 }

@@ -71,7 +71,10 @@ AttributeMap ReadContext::read_map() const {
 }
 
 void ReadContext::read_map(MapHolder & holder) const {
+    // The arena gets its first run for the announced elements, within the limit for input.
     holder.m_arena.expect(impl::list_room(m_reader.begin_list(), impl::maxRoomForMapElements));
+    // The name goes into the map before its value is read: the value is then read in its place. If
+    // a value cannot be read, the caller drops the holder.
     while (m_reader.has_next()) {
         AttributeValue & value =
             holder.find_or_make(m_decoder != nullptr ? m_decoder->read_attribute_name(m_reader)
@@ -80,7 +83,7 @@ void ReadContext::read_map(MapHolder & holder) const {
     }
 }
 
-// The public ways in and out
+// Public entry points
 
 void write_attribute_map(vxserialize::Writer & writer, AttributeMapBase const & map,
                          StreamOptions const & options) {

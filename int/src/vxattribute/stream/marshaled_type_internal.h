@@ -4,7 +4,7 @@
 
 namespace vxattribute::impl {
 
-/// For a type number in a stream that no type has.
+/// Raises the error for a type number in a stream that no type has.
 ///
 /// @raises error.vxattribute.value.type.unknown
 [[noreturn]] void throw_unknown_tag(unsigned int tag, vxcore::SourceLocation location);

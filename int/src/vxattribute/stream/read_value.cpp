@@ -26,9 +26,9 @@ using impl::ValueHolder;
 
 /// Reads one value.
 ///
-/// A value that is being read is owned by a holder, because the reader may raise at every step.
-/// There is one function per element type and not one large function, so that nested maps take
-/// little stack.
+/// A holder owns the value that is being read, because the reader may raise at every step. Each
+/// element type has functions of its own: the stack frame of one large function would be taken
+/// again for each nested map.
 class ValueReader {
   public:
     explicit ValueReader(impl::ReadContext const & context) noexcept
@@ -67,6 +67,8 @@ class ValueReader {
 
     template <typename T>
     [[gnu::noinline]] ValueHolder read_elements() {
+        // One map is a list as well, so the kind of the next element cannot tell one map from a
+        // list of maps. Maps therefore always come in a list.
         bool const isList =
             std::is_same_v<T, AttributeMap> || m_reader.next_type() == vxserialize::eElement_List;
         if (!isList) {
@@ -117,7 +119,7 @@ class ValueReader {
         return result;
     }
 
-    /// The reader is asked for the end of the list only after a map.
+    /// Asks the reader for the end of the list only if the element is a map.
     template <typename T>
     ValueHolder read_list_of_one() {
         m_reader.has_next();
@@ -128,7 +130,8 @@ class ValueReader {
         return result;
     }
 
-    /// A count of 0 means an empty list, or a form that does not store counts.
+    /// A count of 0 means an empty list, or a form that does not store counts. Such a list may turn
+    /// out to have one element, so the first is read aside: one element may have a smaller form.
     template <typename T>
     ValueHolder read_uncounted_list() {
         if (!m_reader.has_next()) {
@@ -148,6 +151,7 @@ class ValueReader {
     template <typename T>
     void append_rest(RefCountedValueImpl<T> & list) {
         while (m_reader.has_next()) {
+            // Strings and maps are read in their place, which saves a copy of each.
             if constexpr (std::is_same_v<T, std::string> || std::is_same_v<T, AttributeMap>) {
                 read(list.push_back_default());
             } else {
@@ -209,6 +213,7 @@ class ValueReader {
 } // namespace
 
 void impl::ReadContext::read_value(AttributeValue & value) const {
+    // Swapped in when complete, so that a failure leaves `value` as it was.
     ValueHolder result = ValueReader(*this).read_value();
     value.swap_impl(result);
 }

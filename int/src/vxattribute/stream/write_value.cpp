@@ -16,6 +16,8 @@ class ElementWriter {
 
     template <typename T>
     void write_elements(T const * first, T const * last) {
+        // One map is written as a list of one: a map is a list itself, so readers could not tell a
+        // lone map from a list of maps.
         bool const isScalar = last - first == 1 && !std::is_same_v<T, AttributeMap>;
         if (!isScalar || impl::bare_kind<T> == vxserialize::eElement_None) {
             m_writer.write_uint(static_cast<unsigned int>(impl::ValueTypeTraits<T>::type().id()));

@@ -6,8 +6,8 @@
 namespace vxattribute::impl {
 
 /// A stream into a string, for messages. Its numbers do not depend on the locale of the program.
-/// Exceptions while it is written to pass through, `std::bad_alloc` above all. Other streams
-/// swallow them, and the text would be cut silently.
+/// Exceptions raised while it is written to reach the caller, `std::bad_alloc` in particular. Other
+/// streams swallow them, which would cut the text silently.
 class TextStream final : public std::ostringstream {
   public:
     TextStream() {

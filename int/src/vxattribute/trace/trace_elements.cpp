@@ -54,7 +54,7 @@ void render_default_list(TraceSink & sink, T const * begin, T const * end,
     render_list(sink, sink.settings().list_default, begin, end, writeElement);
 }
 
-/// The text of an error, each line but empty ones on a line of its own.
+/// The text of an error with a line prefix before each line. Empty lines are left out.
 void append_error(TraceSink & sink, vxcore::ErrorInfo const & error) {
     TextStream text;
     error.write_trace(text);

@@ -54,7 +54,7 @@ class TraceFormatterImpl final : public vxcore::RefCounted<vxcore::AtomicRefCoun
     }
 };
 
-/// What default formatters share; null only before load-time code has made it.
+/// The settings that default formatters share. Null only before load-time code has made them.
 extern vxcore::RefCountPtr<TraceFormatterImpl const> const defaultTraceSettings;
 
 } // namespace vxattribute::impl

@@ -35,7 +35,8 @@ void open_list(TraceSink & sink, ValueTypeId const & type, TraceFormatter::ListP
                bool isFramed);
 void close_list(TraceSink & sink, TraceFormatter::ListParams const & list, bool isFramed);
 
-/// The most elements of one value that are shown: none of maps that are too deep.
+/// The largest number of elements of one value that are shown. For maps that are nested too deeply
+/// it is 0, which bounds the recursion.
 template <typename T>
 unsigned int max_shown(TraceSink const & sink) {
     bool const isTooDeep = std::is_same_v<T, AttributeMap> && sink.depth() >= max_trace_depth;

@@ -40,6 +40,7 @@ void TraceSink::flush() {
 }
 
 void TraceSink::append_long(std::string_view text) {
+    // A text larger than the room left bypasses the buffer.
     stream().write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
@@ -95,6 +96,8 @@ std::string TraceSink::indented(vxcore::SourceString const & text) const {
 }
 
 TraceSink::ENumbers TraceSink::find_numbers() const {
+    // The flags that change how a number looks. Padding does not count: it needs a width, and
+    // numbers with a width go to the stream.
     constexpr std::ios_base::fmtflags numberFlags =
         std::ios_base::basefield | std::ios_base::floatfield | std::ios_base::showpos |
         std::ios_base::showpoint | std::ios_base::uppercase;

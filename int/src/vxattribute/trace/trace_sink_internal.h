@@ -30,9 +30,9 @@ void for_each_line(std::string_view text, Line line, NewLine newLine) {
 /// stream costs more than formatting a number. One sink serves a value and everything nested in it,
 /// which keeps the stack frames of the recursion small.
 ///
-/// Buffered text is written unformatted. What the caller's stream flags apply to goes through
-/// `stream` or one of the `insert` functions. The function that makes a sink must call `flush` at
-/// the end: the destructor does not, because the stream may raise.
+/// Buffered text is written unformatted. Use `stream` or one of the `insert` functions where the
+/// flags of the caller's stream must apply. The function that makes a sink must call `flush` at the
+/// end: the destructor does not, because the stream may raise.
 class TraceSink {
   public:
     TraceSink(std::ostream & stream, TraceFormatter const & formatter, unsigned int level) noexcept
@@ -91,7 +91,7 @@ class TraceSink {
             append_indented_lines(text.view());
             return;
         }
-        // A few bytes as a rule: a loop costs less than the calls to search and to copy them.
+        // Mostly a few bytes: a loop costs less than the calls to search and to copy them.
         char * next = m_next;
         for (char const c : text.view()) {
             if (c == '\n') {
@@ -116,8 +116,8 @@ class TraceSink {
     }
 
     /// What `stream() << number` writes in the default floating-point environment. While flags and
-    /// locale are the defaults, that is known without asking the stream, which would cost several
-    /// times as much.
+    /// locale are the defaults, the number is formatted here, since the stream would take several
+    /// times as long.
     template <typename Number>
     void insert_number(Number number) {
         if (has_width() || !has_plain_numbers()) [[unlikely]] {
@@ -147,7 +147,7 @@ class TraceSink {
     /// True while the stream would pad the next thing inserted.
     bool has_width() const noexcept { return m_stream.width() != 0; }
 
-    /// Asks the stream once: to look at its locale touches a count that threads share.
+    /// Asks the stream once, since reading its locale changes a count that threads share.
     bool has_plain_numbers() {
         if (m_numbers == eNumbers_Unknown) {
             m_numbers = find_numbers();

@@ -18,7 +18,8 @@ bool is_multiline(std::string const * begin, std::string const * end, unsigned i
     });
 }
 
-/// Writes a string up to the limit, the shown bytes by `writeShown`, then the mark of the cut.
+/// Passes the bytes of a string up to the limit to `writeShown`, then marks the cut if there is
+/// one.
 template <typename Write>
 void append_cut(TraceSink & sink, std::string const & text, Write writeShown) {
     unsigned int const limit = sink.settings().max_string_len;

@@ -1,4 +1,4 @@
-// The ways into rendering: values, maps, and the trace hook of each element type.
+// Entry points of rendering: values, maps, and the trace hook of each element type.
 
 #include "vxattribute/map/elements_cursor_internal.h"
 #include "vxattribute/trace/trace_list_internal.h"
@@ -8,7 +8,7 @@ namespace vxattribute {
 namespace impl {
 
 void render_value(TraceSink & sink, AttributeValue const & value) {
-    // Renders the elements directly: the virtual call would need a second sink.
+    // Renders the elements directly, since the virtual function would make a second sink.
     bool const hasElements = for_element_type(value.type().id(), [&]<typename T>() {
         render_elements(sink, value.begin<T>(), value.end<T>());
     });
@@ -18,6 +18,7 @@ void render_value(TraceSink & sink, AttributeValue const & value) {
 }
 
 void render_map(TraceSink & sink, AttributeMapBase const & map) {
+    // Indented once per map instead of once per element.
     std::string const prefix = sink.indented(sink.settings().map_element_prefix);
     std::string const separator = sink.indented(sink.settings().map_name_value_separator);
     std::string const suffix = sink.indented(sink.settings().map_element_suffix);
