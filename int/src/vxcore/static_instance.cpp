@@ -18,11 +18,12 @@ struct Registration {
     bool operator==(Registration const &) const = default;
 };
 
-/// Made by the first registration and so before every instance that is in it.
+/// Created by the first registration. So its construction ends before that of any instance in it.
 class CleanupList {
   public:
     ~CleanupList() {
         while (!m_registrations.empty()) {
+            // Removed before the call, since a clean-up may remove other registrations.
             Registration const last = m_registrations.back();
             m_registrations.pop_back();
             last.function(last.argument);
@@ -44,7 +45,8 @@ class CleanupList {
         }
     }
 
-    /// Set for ever once the list is gone: instances of other libraries may outlive it.
+    /// Set when the list is destroyed, and never reset: instances of other libraries may outlive
+    /// it.
     static inline bool sm_ended = false;
 
   private:
@@ -60,7 +62,7 @@ CleanupList & cleanup_list() {
 } // namespace
 
 void StaticInstanceBase::register_cleanup_aux(Cleanup function, void * argument) {
-    // An instance made later than that is only ended by its own destructor.
+    // After the end of the list, an instance is destroyed by its own destructor only.
     if (!CleanupList::sm_ended) {
         cleanup_list().add({function, argument});
     }

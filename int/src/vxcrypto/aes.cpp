@@ -52,7 +52,7 @@ struct BlockFunctions {
 
 constexpr BlockFunctions portable = {&portable_chain, &portable_xor_key_stream};
 
-/// The functions in use. Portable until load-time code has run, since callers may come earlier.
+/// The functions in use: portable until load-time code has run, since they may be called earlier.
 constinit BlockFunctions blockFunctions = portable;
 
 #if defined(VX_AES_BULK) && defined(__x86_64__)

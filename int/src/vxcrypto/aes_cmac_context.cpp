@@ -29,6 +29,7 @@ void double_block(unsigned char const * block, unsigned char * doubled) noexcept
 } // namespace
 
 AesCmacContext::SharedState::SharedState(unsigned char const * key, unsigned int size) {
+    // RFC 4493, section 2.3: K1 is the doubled cipher of a zero block, K2 is K1 doubled.
     m_aes.rekey(key, size);
     unsigned char l[blockSize] = {};
     m_aes.encrypt(l, l);
@@ -60,7 +61,8 @@ void AesCmacContext::update(unsigned char const * data, unsigned int size) noexc
     for (; m_position < blockSize && size != 0; --size) {
         m_state[m_position++] ^= *data++;
     }
-    // If bytes are left, the position is 16: a pending block, which whole blocks may follow.
+    // If bytes are left, the position is 16: a block is pending. `chain` enciphers it before it
+    // adds the next one, so the last block is pending again afterwards.
     unsigned int const blocks = size / blockSize;
     if (blocks != 0) {
         m_shared->aes().chain(m_state, data, blocks);
@@ -77,6 +79,8 @@ void AesCmacContext::update(unsigned char const * data, unsigned int size) noexc
 }
 
 void AesCmacContext::final(unsigned char * out) noexcept {
+    // RFC 4493, section 2.4: a whole last block is combined with K1. Any other is padded with a
+    // single 1 bit and zeros and combined with K2.
     if (m_position == blockSize) {
         impl::xor_block(m_state, m_shared->m_k1);
     } else {

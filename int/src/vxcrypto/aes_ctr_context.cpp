@@ -39,6 +39,7 @@ void AesCtrContext::process(unsigned char * data, unsigned int size) noexcept {
     if (size == 0) {
         return;
     }
+    // Whole blocks bypass `m_keyStream`.
     if (unsigned int const blocks = size / blockSize; blocks != 0) {
         m_aes->xor_key_stream(m_counter, data, blocks);
         data += blocks * blockSize;

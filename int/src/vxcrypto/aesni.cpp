@@ -63,8 +63,8 @@ bool has_aes_instructions() noexcept {
     return __builtin_cpu_supports("aes") != 0;
 }
 
-/// Each block depends on the previous one, so the latency from one state to the next is the whole
-/// cost. That path contains the rounds only: the data and the first round key of the next block are
+/// Each block depends on the previous one, so the latency from one state to the next determines the
+/// cost. Only the rounds are on that path: the data and the first round key of the next block are
 /// combined with the last round key in advance.
 __attribute__((target("aes"))) void aesni_chain(unsigned char const * roundKeys,
                                                 unsigned int rounds, unsigned char * x,

@@ -13,6 +13,8 @@ EaxAesContext::EaxAesContext(Key const & key, unsigned char const * nonce, std::
     // First, because it may raise: the destructor, which wipes the tag, does not run then.
     unsigned int const headerSize = vxcore::text_size(header.size());
 
+    // The tag is the XOR of three MACs: number 0 over the nonce, 1 over the header, and 2 over the
+    // enciphered message. MAC 0 is also the first counter.
     begin_mac(0);
     m_cmac.update(nonce, nonce_size);
     m_cmac.final(m_tag);
@@ -24,6 +26,7 @@ EaxAesContext::EaxAesContext(Key const & key, unsigned char const * nonce, std::
     m_cmac.final(headerMac);
     impl::xor_block(m_tag, headerMac);
 
+    // Remains open: the caller adds the message, and `finish` closes it.
     begin_mac(2);
     cleanse(headerMac, sizeof headerMac);
 }

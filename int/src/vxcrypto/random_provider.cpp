@@ -26,15 +26,15 @@ class DefaultRandomProviderImpl final : public IRandomProvider {
 
 namespace {
 
-/// False when OpenSSL had no memory to start, or has ended before the last destructors run. Its
-/// generator would crash then.
+/// False when OpenSSL had no memory to start, or has ended before the last destructors run. Calling
+/// its generator would then crash.
 bool is_openssl_running() noexcept {
     return OPENSSL_init_crypto(0, nullptr) == 1 && OSSL_LIB_CTX_get0_global_default() != nullptr;
 }
 
-/// Removes the entries that OpenSSL adds to the thread's error queue during its lifetime. The
-/// exception already reports them, and callers of OpenSSL would take an entry left there for the
-/// failure of a later call. Older entries stay.
+/// Removes the entries that OpenSSL adds to the thread's error queue during the lifetime of this
+/// object. The exception already reports them, and callers of OpenSSL would take an entry left
+/// there for the failure of a later call. Older entries stay.
 class ErrorQueueMark {
   public:
     ErrorQueueMark() noexcept { ERR_set_mark(); }
@@ -52,6 +52,7 @@ void DefaultRandomProviderImpl::generate_random(void * buffer, unsigned int size
     unsigned long long const timestamp = vxcore::hardware::Cpu::read_timestamp();
     bool const isRunning = is_openssl_running();
     if (isRunning) {
+        // Mixed into the state, but counted as no entropy.
         RAND_add(&timestamp, sizeof timestamp, 0.0);
     }
     if (buffer == nullptr) {

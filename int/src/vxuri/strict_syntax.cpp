@@ -66,6 +66,7 @@ bool is_scheme(std::string_view text) noexcept {
 
 /// Passes over a number of 0 to 255 without leading zeros.
 bool take_dec_octet(std::string_view & text) noexcept {
+    // Up to four digits, which shows that a number is too long without overflow.
     std::size_t digits = 0;
     unsigned int value = 0;
     for (; digits < text.size() && digits < 4 && is_digit(text[digits]); ++digits) {
@@ -111,6 +112,7 @@ bool is_ipv6_address(std::string_view text) noexcept {
             return false;
         }
     }
+    // "::" replaces at least one group of zeros.
     return shortened ? groups <= 7 : groups == 8;
 }
 

@@ -27,11 +27,14 @@ void split_authority(std::string_view text, unsigned int begin, unsigned int end
     std::string_view const host = authority.substr(parts[6]);
     std::size_t const colon = host.rfind(':');
     std::size_t const bracket = host.rfind(']');
+    // A colon inside brackets is part of an IPv6 address.
     bool const port = colon != none && (bracket == none || bracket < colon);
     parts[9] = port ? static_cast<unsigned int>(host.size() - colon) : 0;
     parts[8] = end - parts[9];
 }
 
+/// Splits like the regular expression of RFC 3986, appendix B, component by component. Each search
+/// begins where the last component ended, so the cost is linear.
 UriParseData::Parts split_text(std::string_view text) {
     UriParseData::Parts parts{};
     auto const size = static_cast<unsigned int>(text.size());

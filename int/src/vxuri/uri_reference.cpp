@@ -23,7 +23,7 @@ std::string_view piece(std::string_view text, unsigned long long begin,
     return {text.data() + begin, static_cast<std::size_t>(end - begin)};
 }
 
-/// A to F as a to f. Any other byte stays, hexadecimal digit or not.
+/// A to F become a to f. Any other byte stays, hexadecimal digit or not.
 signed char fold_escape(char c) noexcept {
     return static_cast<signed char>(c >= 'A' && c <= 'F' ? c - 'A' + 'a' : c);
 }
@@ -137,7 +137,7 @@ int UriReference::compare(UriReference const & other) const noexcept {
                 return x - y;
             }
         }
-        // A "%" inside an escape begins no other.
+        // A "%" inside an escape does not start another one.
         escaped = escaped > 0 ? escaped - 1 : a[i] == '%' ? 2 : 0;
     }
     return compare_sizes(a.size(), b.size());
@@ -148,6 +148,7 @@ bool UriReference::equal(UriReference const & other) const noexcept {
 }
 
 unsigned int UriReference::hash() const noexcept {
+    // Folds the same bytes as `compare`, so that equal references have equal hashes.
     unsigned int h = 0;
     unsigned int escaped = 0;
     for (char const c : text()) {

@@ -119,7 +119,8 @@ class ValueReader {
         return result;
     }
 
-    /// Asks the reader for the end of the list only if the element is a map.
+    /// Only other implementations of Reader report a count of 1; our forms report 0 instead, see
+    /// docs/decisions/0004. The end of the list is asked for only if the element is a map.
     template <typename T>
     ValueHolder read_list_of_one() {
         m_reader.has_next();

@@ -10,8 +10,8 @@ namespace vxcore {
 
 namespace {
 
-/// The most bytes that the filled text of a message may have. Infos come in streams too: without a
-/// limit that grows with the parts, a message of placeholders would multiply a long parameter.
+/// The largest size of a filled message, in bytes. Infos come from streams too. Without a limit in
+/// proportion to the parts, a message of many placeholders would multiply a long parameter.
 std::size_t fill_limit(std::string_view message, ErrorParams const & params) {
     std::size_t size = message.size();
     for (auto const & [key, value] : params) {
@@ -20,8 +20,8 @@ std::size_t fill_limit(std::string_view message, ErrorParams const & params) {
     return 16 * size;
 }
 
-/// `message` with each known placeholder replaced, in one pass from left to right. Once a value
-/// would lead beyond the limit, its placeholder stays.
+/// `message` with each known placeholder replaced, in one pass from left to right. A placeholder
+/// whose value would exceed the limit is kept.
 std::string fill_placeholders(std::string_view message, ErrorParams const & params) {
     std::size_t const limit = fill_limit(message, params);
     std::string text;
@@ -31,8 +31,8 @@ std::string fill_placeholders(std::string_view message, ErrorParams const & para
         if (close == message.npos) {
             return text.append(message);
         }
-        // The nearest opening before the brace: those further left belong to no placeholder. It is
-        // looked for in this piece only, which keeps the pass linear.
+        // The nearest opening before the brace: those further left belong to no placeholder. Only
+        // this piece is searched, which keeps the pass linear.
         std::size_t const open = message.substr(0, close).rfind("{@");
         std::string const * const value =
             open == message.npos ? nullptr
@@ -86,7 +86,7 @@ ErrorInfo::ErrorInfo(SourceString code, SourceString message, ErrorParams params
       m_text(fill_placeholders(m_message.view(), m_params)) {}
 
 ErrorInfo::~ErrorInfo() {
-    // Takes a long chain apart link by link; leaving it to the members would recurse per link.
+    // Releases a long chain in a loop: the destructors of the members would recurse for each link.
     Ptr next = std::move(m_nested);
     while (next && next->has_unique_ref()) {
         next = std::move(const_cast<ErrorInfo &>(*next).m_nested);
@@ -110,7 +110,7 @@ ErrorInfo::Ptr ErrorInfo::from_exception(std::exception const & e, SourceLocatio
     if (auto const * own = dynamic_cast<ErrorException const *>(&e)) {
         return own->info();
     }
-    // The foreign text is a parameter and not the message: it may hold braces of its own.
+    // The text of the exception is a parameter and not the message, since it may contain braces.
     ErrorParams params;
     params.insert_ref(SourceString("what", true)) = e.what();
     return create(error::vxcore_exception, SourceString("{@what}", true), std::move(params),
@@ -133,6 +133,7 @@ unsigned int ErrorInfo::hash() const noexcept {
 int ErrorInfo::compare(ErrorInfo const & other) const noexcept {
     ErrorInfo const * a = this;
     ErrorInfo const * b = &other;
+    // Chains that share a tail are equal from there on, and so are two chains that end together.
     for (; a != b; a = a->m_nested.get(), b = b->m_nested.get()) {
         if (a == nullptr || b == nullptr) {
             return a == nullptr ? -1 : 1;

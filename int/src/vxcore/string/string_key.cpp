@@ -26,7 +26,9 @@ StringKey::~StringKey() {
     if (m_token == nullptr) {
         return;
     }
-    // Without the lock unless this may be the last reference.
+    // The lock is taken only if this may be the last reference: a count reaches 0 under the lock of
+    // the table only. Each decrement releases, and the last one acquires, so all uses of the token
+    // come before its deletion.
     unsigned int count = m_token->count.load(std::memory_order_relaxed);
     while (count > 1) {
         if (m_token->count.compare_exchange_weak(count, count - 1, std::memory_order_release,

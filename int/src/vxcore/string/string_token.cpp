@@ -18,6 +18,8 @@ SipHashKey make_secret() {
     return {word(), word()};
 }
 
+// The secret is made at the first call, since keys may be made before the initialisers of this
+// file.
 unsigned int hash_text(std::string_view text) {
     static SipHashKey const secret = make_secret();
     return static_cast<unsigned int>(SipHash<1, 3>::hash(secret, text.data(), text.size()));
@@ -58,7 +60,7 @@ class SpinLock {
 ///
 /// Constant-initialised and never destroyed, so that keys work in the static initialisers and
 /// destructors of any library. An empty shard therefore owns no heap memory, so that unloading this
-/// library leaks none.
+/// library leaks none. Aligned to cache lines, so that locks of two shards never share one.
 class alignas(64) Shard {
   public:
     constexpr Shard() noexcept = default;
@@ -70,6 +72,7 @@ class alignas(64) Shard {
             known->count.fetch_add(1, std::memory_order_relaxed);
             return known;
         }
+        // Both steps that may raise come before the token is linked into its bucket.
         grow_if_full();
         auto * const token = new StringToken(text, hash);
         StringToken *& head = bucket(hash);
@@ -105,6 +108,7 @@ class alignas(64) Shard {
                 use_buckets(m_inlineBuckets, inlineCount);
             }
         }
+        // After the lock is released: freeing takes longer than the whole critical section.
         delete token;
     }
 

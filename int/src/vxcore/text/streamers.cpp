@@ -46,7 +46,7 @@ unsigned int utf8_cut(std::string_view text, unsigned int limit) noexcept {
     if (text.size() <= limit) {
         return static_cast<unsigned int>(text.size());
     }
-    // Continuation bytes are those of the form 10xxxxxx.
+    // Back to the start of the sequence that the limit would cut. Its other bytes are 10xxxxxx.
     while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0) == 0x80) {
         --limit;
     }

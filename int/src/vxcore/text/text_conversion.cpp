@@ -89,10 +89,13 @@ namespace impl {
 
 namespace {
 
-/// Distinguishes underflow (true) from overflow (false). `text` is a decimal number out of the
-/// range of a double, without a leading plus.
+/// Distinguishes underflow (true) from overflow (false), which `from_chars` reports alike. `text`
+/// is a decimal number out of the range of a double, without a leading plus.
+///
+/// Digits before the point raise the scale, from the first significant one on. Zeros between the
+/// point and the first significant digit lower it.
 bool is_too_small(std::string_view text) noexcept {
-    constexpr long long enough = 1'000'000'000'000; // no text is as long as this
+    constexpr long long enough = 1'000'000'000'000; // larger than `scale` can be: no overflow
     long long scale = 0;                            // the number is 0.d... * 10^scale, d not 0
     bool significant = false;
     bool point = false;

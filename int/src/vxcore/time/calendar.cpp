@@ -6,6 +6,8 @@
 namespace vxcore::impl {
 
 DayTime split_ticks(long long ticks) noexcept {
+    // Division rounds towards 0, but a moment before 1970 belongs to the day whose midnight
+    // precedes it.
     DayTime time{ticks / ticksPerDay, ticks % ticksPerDay};
     if (time.ticks < 0) {
         time.ticks += ticksPerDay;

@@ -45,6 +45,7 @@ bool scan_span_clock(TextScanner & scanner, unsigned long long & ticks) noexcept
         if (hasFraction && !scanner.take_fraction(fraction)) {
             return false;
         }
+        // `unit` only moves forward, so each unit comes at most once and in the order above.
         while (unit != std::end(units) && !scanner.take(unit->letter)) {
             ++unit;
         }
@@ -96,6 +97,7 @@ bool RelativeTime::parse(std::string_view text, RelativeTime & time) noexcept {
     if (!scanner.take('P') || !scan_span(scanner, size)) {
         return false;
     }
+    // The smallest value has a size of `max + 1`, which only an unsigned number holds.
     constexpr unsigned long long max = std::numeric_limits<long long>::max();
     if (size > (negative ? max + 1 : max)) {
         return false;

@@ -55,6 +55,7 @@ bool TextScanner::take_fraction(unsigned int & ticks) noexcept {
     if (!take_digit(ticks)) {
         return false;
     }
+    // Missing digits count as 0, so that the unit is always 100 ns.
     for (unsigned int count = 1, digit = 0; count < 7; ++count) {
         ticks = ticks * 10 + (take_digit(digit) ? digit : 0);
     }
@@ -70,6 +71,7 @@ bool scan_date(TextScanner & scanner, long long & result) noexcept {
     if (!scanner.take_digits(4, year)) {
         return false;
     }
+    // A year of five digits needs a sign and has no leading zero.
     if (unsigned int digit = 0; (plus || minus) && year >= 1000 && scanner.take_digit(digit)) {
         year = year * 10 + digit;
     }
