@@ -4,8 +4,8 @@
 
 /// The error codes of vxjson. The names are internal; callers match codes by their text.
 ///
-/// Some are never raised: inner codes that callers match a whole family with, and
-/// `value_typeMismatch`. They exist in every process that has loaded the library all the same.
+/// Some are never raised: `value_typeMismatch`, and inner codes, with which callers match a whole
+/// family. They too exist in every process that has loaded the library.
 namespace vxjson::error {
 
 extern vxcore::ErrorCode const vxjson;

@@ -9,8 +9,8 @@
 
 namespace vxjson::impl {
 
-/// The bytes of a string that do not stand for themselves: its quote, a backslash, control
-/// characters, and with `High` all bytes from 0x80 on.
+/// The bytes that end a run of plain text in a string: its quote, a backslash, control characters,
+/// and with `High` all bytes from 0x80 on.
 template <bool High>
 struct SpecialBytes {
     char quote;
@@ -78,7 +78,7 @@ char const * find_special(char const * at, char const * limit, char quote) noexc
     return find_byte(at, limit, SpecialBytes<High>{quote});
 }
 
-/// The first byte that is no blank (0x20), or `limit`.
+/// The first byte that is not a blank (0x20), or `limit`.
 inline char const * skip_blanks(char const * at, char const * limit) noexcept {
     return find_byte(at, limit, NonBlankBytes{});
 }

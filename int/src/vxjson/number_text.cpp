@@ -43,6 +43,8 @@ double read_number(std::string_view text, vxcore::ErrorInfo::Ptr * error) {
 
 DoubleText::DoubleText(double value, int minExponent, int maxExponent) noexcept {
     vxcore::impl::DefaultFloatingPoint const environment;
+    // The scientific form has the fewest digits that read back as the same double. The plain form
+    // is made of the same digits.
     char buffer[32]; // -d.dddddddddddddddde-ddd
     char * const end =
         std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::scientific).ptr;

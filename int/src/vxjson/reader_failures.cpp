@@ -41,7 +41,7 @@ void Reader::keep_tokenizer_error() noexcept {
     }
 }
 
-/// The last step of every failure.
+/// The last step of every failure: ends the reader and raises.
 void Reader::stop(vxcore::ErrorInfo::Ptr info) {
     m_failed = true;
     m_current.reset();

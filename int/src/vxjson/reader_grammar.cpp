@@ -1,6 +1,6 @@
 // The grammar of documents. `m_current` is the value the reader is at: a container, the root, or a
-// scalar whose text may be unread. Each token is applied to it by take_token(). A token that was
-// looked at too early is pushed back with `m_tokenPushedBack`; there is never more than one.
+// scalar whose text may be unread. take_token() applies each token to it. A token that was only
+// looked at is pushed back with `m_tokenPushedBack`; there is never more than one.
 
 #include "vxjson/number_text_internal.h"
 #include "vxjson/reader.h"
@@ -88,11 +88,12 @@ Reader::ValuePtr Reader::advance() {
 /// Applies one token to the current value. True when `m_current` is the next value, or null at the
 /// end; false when another token is needed.
 inline bool Reader::take_token(EToken token) {
+    // Scalars have the highest types.
     if (m_current->m_type >= Value::eType_Null) {
         if (skip_text(token)) {
             return false;
         }
-        leave_scalar(); // the token belongs to what encloses it
+        leave_scalar(); // the token belongs to the enclosing container
     }
     switch (m_current->m_type) {
     case Value::eType_Root:
@@ -129,8 +130,8 @@ inline bool Reader::take_in_root(EToken token) {
     }
 }
 
-/// An object: a name with its value, or the closing bracket. Commas between members were skipped
-/// after the member before.
+/// An object: a name with its value, or the closing bracket. The comma before a name was skipped
+/// after the previous member.
 inline bool Reader::take_in_object(EToken token) {
     switch (token) {
     case eToken_StringBegin:
@@ -179,8 +180,8 @@ Reader::ValuePtr Reader::open_container() {
     return Value::make(*this, type, {});
 }
 
-/// Creates the value that the next token begins, then reads one token more, or two if that one is a
-/// comma. For a string or container this is already the first token inside it.
+/// Creates the value that the next token begins. Then reads one more token, or two if the first is
+/// a comma. For a string or container this is already the first token inside it.
 Reader::ValuePtr Reader::read_value(std::string && name) {
     EToken const token = next_token();
     Value::EType const type =
@@ -194,7 +195,7 @@ Reader::ValuePtr Reader::read_value(std::string && name) {
     return value;
 }
 
-/// Reads a name and its colon. The current token is the begin token of the name.
+/// Reads a name and its colon. The current token is the first of the name.
 std::string Reader::read_name() {
     std::string name = read_char_data();
     if (name.empty() || (!m_options.allow_reserved_names && is_reserved_word(name))) {
@@ -238,8 +239,8 @@ inline void Reader::step_up() noexcept {
     m_current = m_current->m_parent;
 }
 
-/// Steps up from a scalar. An object that nobody else holds is kept for the next value, so that the
-/// elements of a long array share one object.
+/// Steps up from a scalar. If no caller holds its object, the object is kept for the next value. So
+/// the elements of a long array share one object.
 inline void Reader::leave_scalar() noexcept {
     ValuePtr scalar = std::move(m_current);
     m_current = scalar->m_parent;
@@ -285,8 +286,8 @@ std::string_view Reader::token_text() {
     return m_tokenizer->text(slice).view();
 }
 
-/// The character of the current punctuator. Empty text from a foreign tokenizer raises
-/// std::out_of_range, which does not end the reader.
+/// The character of the current punctuator. If the tokenizer of a caller returns empty text, this
+/// raises std::out_of_range, which does not end the reader.
 inline char Reader::punctuator() {
     if (m_known != nullptr) {
         return m_known->m_text.data()[0];

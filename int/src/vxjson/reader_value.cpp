@@ -26,7 +26,7 @@ Value::~Value() {
     if (m_stream) {
         static_cast<ValueReadStreamImpl *>(m_stream.get())->drop_value();
     }
-    // Releases a long chain of parents in a loop: the destructor of the member would recurse.
+    // Releases a long chain of parents in a loop, since the destructor of the member would recurse.
     ValuePtr next = std::move(m_parent);
     while (next && next->has_unique_ref()) {
         next = std::move(next->m_parent);
@@ -50,7 +50,7 @@ bool Value::is_reusable() const noexcept {
 
 /// Turns this object into the next value and keeps its memory.
 void Value::reuse(ValuePtr const & parent, EType type, std::string && name) noexcept {
-    if (m_parent != parent) { // rarely so: most neighbours share their parent
+    if (m_parent != parent) { // rare: most neighbours have the same parent
         m_parent = parent;
         m_depth = parent->m_depth + 1;
     }

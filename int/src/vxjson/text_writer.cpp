@@ -120,9 +120,9 @@ void TextWriter::write_name(char const * data, unsigned int size) {
     m_place = ePlace_NameValue;
 }
 
-/// Writes a name or string with the punctuation around it straight into the buffer. Most names and
-/// strings take this path. False, and nothing written, when the text is too long, needs an escape
-/// or a UTF-8 check, or the output is indented.
+/// Writes a name or string with the punctuation around it directly into the buffer. Most names and
+/// strings take this path. Returns false and writes nothing when the text is too long, needs an
+/// escape or a UTF-8 check, or the output is indented.
 bool TextWriter::put_short(std::string_view text, bool isName) {
     // Comma, quotes and colon, and the bytes that has_special() reads after the text.
     constexpr std::size_t around = 4 + 15;
@@ -177,6 +177,8 @@ void TextWriter::write_literal(std::string_view text, vxcore::ErrorCode const & 
 void TextWriter::write_number(char const * data, unsigned int size) {
     constexpr char const * function = "vxjson::TextWriter::write_number()";
     check_value(vxjson_writer_unexpected_number, function);
+    // Checked as a whole before any of it is written: the text of a caller must not break the
+    // document.
     impl::NumberScan const scan = impl::scan_number(data, data + size);
     if (scan.expected != nullptr || scan.end != data + size) {
         impl::throw_character("No number of JSON at byte {@offset}",
@@ -297,8 +299,8 @@ void TextWriter::flush() {
     }
 }
 
-/// Passes text to the target or string. If that raises, part of the text may be out, so the writer
-/// accepts no more calls.
+/// Passes text to the target or string. If that raises, part of the text may be written, so the
+/// writer accepts no more calls.
 void TextWriter::send(std::string_view text) {
     EPlace const place = std::exchange(m_place, ePlace_Failed);
     if (m_string != nullptr) {

@@ -133,7 +133,7 @@ void TextWriter::put_text(std::string_view text) {
     }
 }
 
-/// Writes checked text with escapes. With `High`, U+0080 and above is escaped too.
+/// Writes checked text with escapes. With `High`, U+0080 and above are escaped too.
 template <bool High>
 void TextWriter::put_runs(std::string_view text) {
     char const * at = text.data();
@@ -166,11 +166,13 @@ void TextWriter::write_string_data(char const * data, unsigned int size) {
     if (m_cutSize != 0) {
         head = join_cut(text, sequence, function);
     }
+    // Still cut: all of `text` is in it. Wait for more.
     if (m_cutSize != 0 && read_utf8(head.data(), head.data() + head.size()).cut) {
         std::copy(head.begin(), head.end(), m_cut);
         m_cutSize = static_cast<unsigned int>(head.size());
         return;
     }
+    // Head and rest are both checked before either is written, so a failure changes nothing.
     std::size_t const whole = check_text(text, size - text.size(), true, function);
     put_text(head);
     put_text(text.substr(0, whole));

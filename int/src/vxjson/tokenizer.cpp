@@ -51,8 +51,8 @@ Tokenizer::Tokenizer(vxcore::IReadStream & stream, Options const & options)
 
 Tokenizer::~Tokenizer() = default;
 
-/// Replaces the token by eToken_Error if the scan has failed. A scan takes a failed stream for the
-/// end of the text, so its own result does not show that failure.
+/// Replaces the token by eToken_Error if the scan has failed. To a scan, a failed stream looks like
+/// the end of the text, so the result of the scan does not show that failure.
 inline EToken Tokenizer::checked(EToken token) noexcept {
     if (m_failed) {
         m_text = StringSlice();
@@ -61,8 +61,8 @@ inline EToken Tokenizer::checked(EToken token) noexcept {
     return token;
 }
 
-/// Handles the most frequent tokens at once: strings without escapes, commas, colons and numbers
-/// directly at the cursor. next_slow() handles everything else.
+/// Handles the most frequent tokens directly: strings without escapes, commas, colons and numbers
+/// at the cursor. next_slow() handles everything else.
 EToken Tokenizer::next() {
     if (m_mode == eMode_String && !m_failed && !m_options.validate_utf8) {
         char const * const start = m_cursor;
@@ -173,6 +173,7 @@ EToken Tokenizer::scan_punctuator() {
         break;
     case '}':
     case ']':
+        // Brackets are matched by the reader: a surplus one must not wrap the depth.
         m_depth -= m_depth == 0 ? 0 : 1;
         break;
     default:
@@ -211,7 +212,7 @@ EToken Tokenizer::scan_number() {
     }
 }
 
-/// A literal, or the begin of an unquoted name. A failure is reported at the first byte that
+/// A literal, or the start of an unquoted name. A failure is reported at the first byte that
 /// differs from the literal.
 EToken Tokenizer::scan_word() {
     require(6); // the longest literal and the byte after it

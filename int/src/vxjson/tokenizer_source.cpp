@@ -52,6 +52,7 @@ bool Tokenizer::refill() {
         m_begin = m_cursor = m_buffer.get();
         m_limit = m_begin + kept;
         auto const room = static_cast<unsigned int>(m_capacity - kept);
+        // Limited, so that a faulty stream cannot move the limit out of the buffer.
         unsigned int const size = std::min(m_stream->read(m_buffer.get() + kept, room), room);
         m_limit += size;
         m_ended = size < room;

@@ -13,8 +13,8 @@ using namespace impl;
 
 namespace {
 
-/// The longest run between two escapes that is copied into the scratch area with them, in bytes.
-/// Text full of escapes so becomes few tokens.
+/// The longest run between two escapes that is copied into the scratch area with them, in bytes. So
+/// text full of escapes becomes few tokens.
 constexpr std::ptrdiff_t max_joined_run = 64;
 
 /// A surrogate pair: two escapes of six bytes.
@@ -173,9 +173,11 @@ EToken Tokenizer::scan_string() {
 /// Decodes escapes, and short runs between them, into one piece of text.
 EToken Tokenizer::scan_escapes() {
     char * out = m_scratch;
+    // Up to here there is room for one more character and one more run.
     char const * const last = m_scratch + sm_scratchSize - max_joined_run - 4;
     unsigned long long start = 0;
     while (out <= last && m_cursor != m_limit && *m_cursor == '\\') {
+        // May move the text in the buffer: take no pointer into it before this call.
         require(longest_escape);
         Escape const escape = read_escape(m_cursor, m_limit, m_options.allow_single_quotes);
         if (escape.expected != nullptr) {

@@ -12,7 +12,7 @@ struct Utf8 {
 };
 
 /// Reads one UTF-8 sequence (RFC 3629) at `at`, which must be below `limit`. Surrogates, values
-/// above U+10FFFF and overlong forms are no sequences.
+/// above U+10FFFF and overlong forms are refused.
 constexpr Utf8 read_utf8(char const * at, char const * limit) noexcept {
     auto const byte = [at](std::ptrdiff_t i) { return static_cast<unsigned char>(at[i]); };
     unsigned int const lead = byte(0);

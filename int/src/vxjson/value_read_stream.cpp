@@ -28,8 +28,8 @@ long long Value::ValueReadStreamImpl::size() const {
     return value().stream_size();
 }
 
-/// The value. Raises when it is gone; the message has no place then, since the reader may be gone
-/// too.
+/// The value. Raises if it is destroyed. The message then has no position, since the reader may be
+/// destroyed too.
 Value & Value::ValueReadStreamImpl::value() const {
     if (m_value == nullptr) {
         vxcore::throw_error(error::vxjson_reader_value,
@@ -66,6 +66,8 @@ unsigned int Value::read_stream(char * buffer, unsigned int size) {
         if (m_state != eState_Streaming) {
             m_wasLoaded = m_state == eState_Loaded;
             m_state = eState_Streaming;
+            // Text that `as_string` has loaded comes first. Without it the first piece is the next
+            // token.
             m_streamPos = m_data.empty() ? sm_noPosition : m_streamPos;
         }
         return read_stream_pieces(buffer, size);
@@ -94,7 +96,7 @@ unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
                 m_reader->next_token();
                 m_streamPos = 0;
             }
-            if (m_reader->m_token == eToken_StringBegin) { // a second one: a loop without end
+            if (m_reader->m_token == eToken_StringBegin) { // a second one would repeat forever
                 m_reader->fail_unexpected(VXCORE_LOCATION(in_read));
             }
             if (m_reader->m_token == eToken_CharData) {
@@ -122,9 +124,9 @@ unsigned int Value::take_piece(std::string_view text, char * buffer, unsigned in
     return count;
 }
 
-/// True when no more text comes from the tokenizer. Text that was loaded before it was streamed
-/// never touches the tokenizer. After the reader has left the value its text is gone: reading on
-/// would take the text of another value.
+/// True when no more text comes from the tokenizer. A stream over loaded text never reads the
+/// tokenizer. When the reader has left the value, the unread text is lost: the tokenizer would
+/// return the text of another value.
 bool Value::has_stream_ended() {
     if (!m_wasLoaded && m_reader->m_current.get() != this && m_reader->m_failed) {
         m_reader->fail_after_error(error::vxjson_reader, VXCORE_LOCATION(in_check_state));

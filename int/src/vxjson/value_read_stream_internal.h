@@ -4,8 +4,8 @@
 
 namespace vxjson {
 
-/// The text of one string value as a stream. The value owns it and calls `drop_value` when the
-/// value is destroyed first.
+/// The text of one string value as a stream. Callers may keep the stream longer than the value, so
+/// the value calls `drop_value` when it is destroyed.
 ///
 /// RefCounted is the first base because g++ 12 with sanitizers misjudges a deletion through a later
 /// base: it reports an address that no `new` returned.

@@ -14,7 +14,8 @@ namespace vxserialize {
 
 namespace {
 
-/// One error without its cause, while a chain is read: the innermost is created first.
+/// One error without its cause. The innermost error must be created first but comes last in a
+/// stream, so a chain is collected in this form.
 struct Link {
     vxcore::SourceString code;
     vxcore::SourceString message;
@@ -75,7 +76,7 @@ Link read_link(Reader & reader) {
     return link;
 }
 
-/// Returns the undefined reference with that text.
+/// Returns the undefined reference with that text: split as usual, then marked as undefined.
 vxuri::UriReference undefined_uri(std::string text) {
     using vxuri::impl::UriParseData;
     auto const data = UriParseData::split(std::move(text));
@@ -91,7 +92,7 @@ void write_error_info(Writer & writer, vxcore::ErrorInfo const * info) {
         writer.write_null();
         return;
     }
-    // Counted before anything is written: a chain that is too long must leave no half of itself.
+    // Counted before anything is written: a chain that is too long must not be written in part.
     unsigned int links = 0;
     for (auto const * link = info; link != nullptr; link = link->nested().get()) {
         if (++links > max_error_chain) {
@@ -134,6 +135,7 @@ vxcore::ErrorInfo::Ptr read_error_info(Reader & reader) {
                             VXCORE_LOCATION("vxserialize::read_error_info()"));
     }
     vxcore::ErrorInfo::Ptr info;
+    // From the innermost outwards: each error is created with its cause.
     for (auto link = links.rbegin(); link != links.rend(); ++link) {
         info = vxcore::ErrorInfo::create_with_own_code(
             std::move(link->code), std::move(link->message), std::move(link->params),

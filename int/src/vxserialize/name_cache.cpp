@@ -7,6 +7,7 @@ vxcore::StringKey NameCache::intern(vxcore::TextFingerprint const & fingerprint,
     vxcore::StringKey key(text);
     unsigned int const bits = 32 - m_shift;
     ++m_misses;
+    // Few names in all: slots would cost more than they save.
     if (bits == 0 && m_misses <= sm_missesBeforeSlots) {
         return key;
     }
@@ -51,6 +52,7 @@ void NameCache::grow() {
     m_slots.swap(slots);
     m_shift = 32 - newBits;
     m_misses = 0;
+    // Notes of names seen once are not taken over.
     for (unsigned int i = 0; bits != 0 && i < 1u << bits; ++i) {
         if (slots[i].fingerprint.size != 0) {
             add(slots[i]);

@@ -42,7 +42,7 @@ unsigned int MemoryReader::offset() const noexcept {
 void MemoryReader::fail_type(EElementKind expected) const {
     MemoryListCursor at = m_at;
     unsigned int run = 0;
-    unsigned int const tag = *at.data_at_cursor(run); // not the end: callers have seen the tag
+    unsigned int const tag = *at.data_at_cursor(run); // there is one: callers have read it
     if (tag == version_mark && offset() == 0) {
         impl::throw_data(error::vxserialize_data_version, "vxserialize::MemoryReader", 0,
                          "the version of this stream is not known");
@@ -60,7 +60,7 @@ void MemoryReader::fail_count() const {
                      offset(), "a list announces more elements than the data can hold");
 }
 
-/// The tag of the next element, which stays where it is. Raises at the end of the data.
+/// The tag of the next element, without moving the cursor. Raises at the end of the data.
 inline unsigned int MemoryReader::peek_tag() {
     if (m_at.m_data == m_at.m_end) [[unlikely]] {
         if (!m_at.enter_next_segment()) {
@@ -104,7 +104,8 @@ void MemoryReader::take_bytes(void * buffer, unsigned int size) {
 /// A size, count or value that is part of the tag or follows it in 1 to 4 bytes.
 inline unsigned int MemoryReader::take_number(NumberTags const & tags) {
     unsigned int const tag = peek_tag();
-    // Differences are unsigned: a tag below the first of a row is far above its last.
+    // Differences are unsigned, so one comparison checks both ends of a range of tags: below the
+    // first tag, the difference wraps to a large number.
     if (tag - tags.small <= tags.small_max) {
         ++m_at.m_data;
         return tag - tags.small;
@@ -116,7 +117,8 @@ inline unsigned int MemoryReader::take_number(NumberTags const & tags) {
     return static_cast<unsigned int>(take_bits(tag - tags.wide + 1));
 }
 
-/// The size of a string or block, all of whose bytes are there.
+/// The size of a string or block. Raises unless all its bytes are there, so callers may allocate as
+/// much.
 inline unsigned int MemoryReader::take_size(NumberTags const & tags) {
     unsigned int const size = take_number(tags);
     if (size > m_at.bytes_left()) [[unlikely]] {
@@ -256,11 +258,14 @@ vxcore::RefCountPtr<MemoryList> MemoryReader::read_binary_as_memory_list() {
 unsigned int MemoryReader::begin_list() {
     unsigned int const count = take_number(list_tags);
     m_containers.element();
-    // Each announced element, and each that the containers around still expect, needs a byte.
+    // Each announced element needs a byte, and so does each that the enclosing containers still
+    // expect. So a false count is refused before a
+    // caller reserves memory for it.
     if (count + m_containers.pending() > m_at.bytes_left()) [[unlikely]] {
         fail_count();
     }
     m_containers.begin_list(count, true);
+    // Below 2 the count is not reported, see docs/decisions/0004.
     return count < 2 ? 0 : count;
 }
 

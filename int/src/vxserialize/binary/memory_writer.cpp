@@ -80,8 +80,8 @@ void MemoryWriter::check_open() const {
     }
 }
 
-/// Creates a block for `needed` bytes beyond those that the current block has room for. A failure
-/// changes nothing. Entering the block then cannot fail.
+/// Creates a block for `needed` bytes that the current block has no room for. A failure changes
+/// nothing. Entering the block later cannot fail.
 MemoryWriter::BlockPtr MemoryWriter::create_block(unsigned int needed) {
     check_open();
     unsigned int const full = m_list->size() + static_cast<unsigned int>(m_limit - m_begin);
@@ -131,8 +131,8 @@ inline void MemoryWriter::put_number(unsigned int value, NumberTags const & tags
 }
 
 /// Writes the tag and size of an element of `size` bytes. Returns the block that `put_bytes` needs
-/// for the bytes that do not fit into the current one, or null. A failure writes nothing: neither
-/// half an element is left, nor bytes of a secret that nobody wipes.
+/// for the bytes that do not fit into the current one, or null. A failure writes nothing, so it
+/// leaves neither half an element nor bytes of a secret that nobody wipes.
 inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, NumberTags const & tags) {
     room(number_room);
     unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor) - number_room;

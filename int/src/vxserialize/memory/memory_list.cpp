@@ -20,7 +20,7 @@ unsigned int grown_size(unsigned int size, unsigned int added) {
 
 } // namespace
 
-// At the end of a segment a cursor enters the next one only when its bytes are needed.
+// A cursor at the end of a segment stays there until bytes of the next one are needed.
 bool MemoryListCursor::enter_next_segment() noexcept {
     if (m_bytesAfter == 0) {
         m_data = m_end;
@@ -126,7 +126,7 @@ void MemoryListBase::append(void const * data, unsigned int size) {
     auto const * const bytes = static_cast<unsigned char const *>(data);
     unsigned int const slack = m_segments.empty() ? 0 : m_segments.back().own_slack();
     unsigned int const inPlace = std::min(size, slack);
-    // First everything that can fail.
+    // Everything that can fail comes first.
     vxcore::RefCountPtr<impl::MemoryBlock> block;
     if (inPlace < size) {
         reserve_segments(1);
@@ -150,7 +150,7 @@ void MemoryListBase::append(MemoryListBase const & list, unsigned int position, 
         throw std::out_of_range("vxserialize::MemoryListBase::append()");
     }
     grown_size(m_size, std::min(size, list.m_size - position));
-    // Collected first: `list` may be this list.
+    // Collected first, since `list` may be this list.
     add_segments(list.reader(position).segments_at_cursor(size));
 }
 
@@ -179,7 +179,7 @@ void MemoryListBase::append_defragmented(MemoryListBase const & list, unsigned i
 }
 
 void MemoryListBase::overwrite_own_bytes(void (*overwrite)(void *, std::size_t) noexcept) noexcept {
-    // By block: the segments of one block are next to each other then.
+    // Sorted by block, so that the segments of one block are neighbours.
     std::sort(m_segments.begin(), m_segments.end(), [](auto const & a, auto const & b) {
         return std::less<>()(a.m_block.get(), b.m_block.get());
     });
@@ -202,6 +202,7 @@ void MemoryListBase::overwrite_own_bytes(void (*overwrite)(void *, std::size_t) 
 
 void MemoryListBase::reserve_segments(std::size_t count) {
     std::size_t const needed = m_segments.size() + count;
+    // Doubled, since `reserve` alone may allocate for each single segment.
     if (needed > m_segments.capacity()) {
         m_segments.reserve(std::max(needed, 2 * m_segments.capacity()));
     }
@@ -229,7 +230,7 @@ void MemoryListBase::add_reserved_segment(MemorySegment segment) noexcept {
 vxcore::RefCountPtr<impl::MemoryBlock> MemoryListBase::create_block(unsigned int needed) {
     vxcore::RefCountPtr<impl::MemoryBlock> block =
         impl::MemoryBlock::create(std::max(needed, m_nextCapacity));
-    // A list created with a small first segment goes on with at least the default size.
+    // After a small first segment, a list continues with at least the default size.
     m_nextCapacity = m_nextCapacity >= MemoryList::max_segment_size / 2
                          ? MemoryList::max_segment_size
                          : std::max(2 * m_nextCapacity, MemoryList::first_segment_size);

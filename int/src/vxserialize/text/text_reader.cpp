@@ -72,7 +72,7 @@ void TextReader::fail_type(EElementKind expected, EElementKind found) const {
     impl::throw_type(class_name, offset(), expected, found);
 }
 
-/// Refills the used-up buffer. False at the end of the stream.
+/// Refills the buffer after all its bytes are used. False at the end of the stream.
 bool TextReader::refill() {
     if (m_streamEnded) {
         return false;

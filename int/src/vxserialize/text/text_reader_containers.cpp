@@ -6,8 +6,8 @@ namespace vxserialize {
 
 using namespace impl::text;
 
-/// Takes the count after the bracket of a list, if there is one. A number without a colon is the
-/// first element: it remains the next word.
+/// Takes the count after the bracket of a list, if there is one. A number that no colon follows is
+/// the first element, so it remains the next word.
 unsigned int TextReader::take_count(bool & counted) {
     counted = false;
     if (!is_digit(peek_token())) {
@@ -27,8 +27,10 @@ unsigned int TextReader::take_count(bool & counted) {
     return count;
 }
 
-/// Returns what `begin_list()` returns for an announced count: 0 if the stream does not tell its
-/// size and the buffer does not hold that many bytes.
+/// Returns what `begin_list()` returns for an announced count. Each element needs a byte, so a
+/// count above the remaining bytes is false. If the size of the stream is unknown, only the bytes
+/// in the buffer are certain, and the result for a larger count is 0. Counts below 2 are not
+/// reported, see docs/decisions/0004.
 unsigned int TextReader::believed_count(unsigned int count) {
     auto const buffered = static_cast<unsigned long long>(m_limit - m_cursor);
     long long const unread = m_streamEnded ? 0 : m_stream.size();
@@ -57,7 +59,7 @@ bool TextReader::has_next() {
     m_containers.check_in_list("vxserialize::TextReader::has_next()");
     impl::ReadContainers::Frame & list = m_containers.top();
     int c = peek_token();
-    // After an element a comma leads to the next one, which must exist.
+    // After a comma another element must follow.
     if (list.touched && c == ',') {
         list.remaining -= list.remaining == 0 ? 0 : 1; // 0 if no count was announced
         list.touched = false;

@@ -28,7 +28,7 @@ bool continues_word(EWord form, int c) noexcept {
 
 } // namespace
 
-/// The first byte of the next token, which stays where it is; -1 at the end of the stream.
+/// The first byte of the next token, without taking it; -1 at the end of the stream.
 int TextReader::peek_token() {
     if (m_wordSize != 0) {
         return static_cast<unsigned char>(m_word[0]);
@@ -41,7 +41,8 @@ int TextReader::peek_token() {
     return c;
 }
 
-/// Callers stop at `sm_maxWord`: a word of that size is too long to be an element.
+/// Callers stop at `sm_maxWord`, so `m_word` cannot overflow. A word of that size is too long to be
+/// an element.
 void TextReader::add_to_word(int c) {
     m_word[m_wordSize++] = static_cast<char>(c);
     ++m_cursor;

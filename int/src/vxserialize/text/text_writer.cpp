@@ -15,7 +15,7 @@ namespace vxserialize {
 
 namespace {
 
-/// Characters; enough for the longest number, a double of 24.
+/// In characters. The longest number is a double of 24.
 constexpr unsigned int number_size = 32;
 
 template <typename T>
