@@ -21,6 +21,7 @@ bool Uuid::parse(std::string_view text, Uuid & uuid) noexcept {
     if (!dashes && text.size() != 32) {
         return false;
     }
+    // With 36 or 32 bytes, the loop below reads exactly to the end of the text.
     BinaryData data;
     std::size_t at = 0;
     for (std::size_t i = 0; i < data.size(); ++i, at += 2) {

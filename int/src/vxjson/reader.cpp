@@ -57,6 +57,7 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
     }
     ValuePtr value = next_value();
     while (value && value->m_parent != parent) {
+        // The value is outside of `parent`, so it is kept for the next call.
         if (parent->m_depth >= value->m_depth) {
             m_currentPending = true;
             return nullptr;

@@ -59,6 +59,7 @@ vxcore::ErrorParams read_params(Reader & reader) {
     reader.begin_list();
     while (reader.has_next()) {
         vxcore::SourceString key = read_text(reader);
+        // A key that comes twice keeps its last value.
         reader >> params.insert_ref(std::move(key));
     }
     return params;

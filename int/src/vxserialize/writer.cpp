@@ -9,6 +9,8 @@ namespace vxserialize {
 Writer::~Writer() = default;
 
 void Writer::write_memory_list(MemoryListBase const & list) {
+    // For forms that need the bytes in one piece. Others override this and write segment by
+    // segment.
     std::string bytes(list.size(), '\0');
     list.read_at(0, bytes.data(), list.size());
     write_binary(bytes.data(), list.size());

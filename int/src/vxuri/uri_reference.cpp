@@ -73,6 +73,7 @@ bool UriReference::is_undefined() const noexcept {
     return m_data->is_undefined();
 }
 
+// The accessors add words in 64 bits, since sums of untrusted words may exceed 32.
 std::string_view UriReference::scheme() const noexcept {
     return has_scheme() ? piece(text(), 0, m_data->parts[1] - 1) : std::string_view();
 }

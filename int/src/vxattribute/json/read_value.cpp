@@ -55,6 +55,8 @@ class JsonValueReader {
   public:
     explicit JsonValueReader(Reader & reader) noexcept : m_reader(reader) {}
 
+    /// `begin` opens a container and returns its first child, or completes a value and returns
+    /// null. `add` then passes the value outwards until a container has another child.
     AttributeValue read(JsonValuePtr value) {
         AttributeValue result;
         do {

@@ -8,6 +8,7 @@ namespace {
 
 AttributeValue read_only_value(vxjson::Reader & reader) {
     AttributeValue value = read_attribute_value(reader);
+    // Also reads the rest of the text, so that an error after the value is raised.
     if (reader.next_value()) {
         reader.fail("A second JSON document where one was expected", {},
                     VXCORE_LOCATION("vxattribute::value_from_json()"));

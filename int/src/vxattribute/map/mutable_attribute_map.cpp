@@ -127,6 +127,8 @@ void MutableAttributeMap::clear() {
     }
 }
 
+// The first of these calls makes the holder unshared, so the iterators of later ones belong to the
+// same tree.
 MutableAttributeMap::iterator MutableAttributeMap::begin() {
     return modifiable().begin();
 }

@@ -80,6 +80,7 @@ AttributeNamePackageSet::find(vxcore::Uuid const & id) const noexcept {
 
 AttributeNamePackageSet::const_iterator
 AttributeNamePackageSet::find(AttributeName const & name) const noexcept {
+    // One lookup in the index of each package, until one has the name.
     return std::find_if(begin(), end(),
                         [&name](auto const & package) { return package->count(name) != 0; });
 }

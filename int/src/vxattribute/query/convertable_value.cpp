@@ -96,6 +96,7 @@ T ConvertableValue::convert_to() const {
     }
 }
 
+// All types that a value converts to. The template itself is not in the header.
 #define VXATTRIBUTE_CONVERT(T) template T ConvertableValue::convert_to() const
 
 VXATTRIBUTE_CONVERT(bool);

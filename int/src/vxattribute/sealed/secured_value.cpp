@@ -123,6 +123,8 @@ SecuredValue & SecuredValue::operator=(SecuredValue && other) noexcept {
 
 void SecuredValue::set(AttributeValue const & value, std::string annotation, KeyId key_id,
                        vxcrypto::Key const & key, ICipher const & cipher) {
+    // Sealed aside, so that a failure leaves this value as it was. The other
+    // overloads do the same.
     *this = SecuredValue(value, std::move(annotation), std::move(key_id), key, cipher);
 }
 
@@ -194,6 +196,7 @@ unsigned int SecuredValue::hash() const noexcept {
 }
 
 int SecuredValue::compare(SecuredValue const & other) const noexcept {
+    // The sealed bytes come first: their random nonces nearly always differ.
     if (int const order =
             vxserialize::impl::compare_memory_lists(m_ciphertext, other.m_ciphertext)) {
         return order;
@@ -215,6 +218,7 @@ std::ostream & operator<<(std::ostream & stream, SecuredValue::KeyId const & id)
 }
 
 std::ostream & operator<<(std::ostream & stream, SecuredValue const & value) {
+    // Shows neither the sealed bytes nor anything of a key.
     constexpr unsigned int maxShown = 256; // bytes of the annotation
     unsigned int const size = value.ciphertext() ? value.ciphertext()->size() : 0;
     return stream << '<' << vxcore::streamers::String(value.annotation(), maxShown, '"')

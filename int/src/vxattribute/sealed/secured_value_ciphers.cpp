@@ -186,6 +186,7 @@ SecuredValue::CipherPtr find_among(std::initializer_list<SecuredValue::ICipher c
                                    std::string const & cipherId) {
     for (SecuredValue::ICipher const * const cipher : ciphers) {
         if (cipher->cipher_id() == cipherId) {
+            // Without an owner: the ciphers are static objects.
             return SecuredValue::CipherPtr(cipher, nullptr);
         }
     }

@@ -73,6 +73,7 @@ void append_error(TraceSink & sink, vxcore::ErrorInfo const & error) {
 
 void render_elements(TraceSink & sink, bool const * begin, bool const * end) {
     render_default_list(sink, begin, end, [](TraceSink & out, bool element) {
+        // With `insert`, so that the width of the stream applies.
         out.insert(vxcore::streamers::Boolean(element).text());
     });
 }
@@ -126,6 +127,7 @@ void render_elements(TraceSink & sink, SecuredValue const * begin, SecuredValue 
 void render_elements(TraceSink & sink, AttributeMap const * begin, AttributeMap const * end) {
     render_list(sink, sink.settings().list_map, begin, end,
                 [](TraceSink & out, AttributeMap const & element) {
+                    // No guard: after an exception nobody uses the sink again.
                     out.enter_level();
                     render_map(out, element);
                     out.leave_level();

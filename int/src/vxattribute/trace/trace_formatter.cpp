@@ -39,6 +39,7 @@ impl::TraceFormatterImpl & TraceFormatter::Composer::settings() {
 }
 
 TraceFormatter TraceFormatter::Composer::compose() {
+    // For its check: the settings belong to the formatter after the first call.
     settings();
     return TraceFormatter(std::move(m_settings));
 }

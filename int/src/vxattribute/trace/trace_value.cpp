@@ -62,6 +62,8 @@ void AttributeMapBase::write_trace(std::ostream & stream, char const * prefix,
     }
     TraceFormatter const formatter = composer.compose();
 
+    // The elements of this map are framed by the prefix and separator of the caller. The formatter
+    // only applies to what is nested in them.
     impl::TraceSink sink(stream, formatter, 0);
     bool isFirst = true;
     for (auto const & [name, value] : *this) {

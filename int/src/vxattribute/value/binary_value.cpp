@@ -124,6 +124,7 @@ void BinaryValue::resize(unsigned int size) {
     if (size == m_size) {
         return;
     }
+    // A new block: blocks have no room to spare, and a failure leaves the value as it was.
     BinaryValue fresh = with_capacity(size);
     unsigned int const kept = std::min(size, m_size);
     copy_bytes(fresh.m_data, m_data, kept);

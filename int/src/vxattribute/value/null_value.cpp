@@ -6,6 +6,7 @@ namespace vxattribute::impl {
 
 using Null = TypedValue<NullValueType>;
 
+// All null values share one static object: nothing is counted, copied or destroyed.
 void Null::release() const noexcept {}
 
 ValueBase * Null::clone() const {

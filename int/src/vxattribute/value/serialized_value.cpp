@@ -55,6 +55,7 @@ void SerializedValue::set(std::string const & type, vxserialize::MemoryWriter co
 }
 
 void SerializedValue::set(std::string const & type, Payload list) {
+    // Built aside: copying `type` may raise, and `type` may be that of this value.
     SerializedValue fresh(std::move(list));
     fresh.m_type = type;
     swap(fresh);
@@ -73,6 +74,7 @@ void SerializedValue::set(Payload list) noexcept {
 }
 
 void SerializedValue::swap(SerializedValue & other) noexcept {
+    // Not atomic as a whole: swapping is a write, during which no other thread uses the objects.
     m_type.swap(other.m_type);
     m_list.swap(other.m_list);
     unsigned int const hash = m_hash.load(std::memory_order_relaxed);
@@ -108,6 +110,7 @@ unsigned int SerializedValue::aux_calc_hash() const noexcept {
 }
 
 int SerializedValue::compare(SerializedValue const & other) const noexcept {
+    // Values without payload are equal, whatever their types.
     if (empty() || other.empty()) {
         return int{!empty()} - int{!other.empty()};
     }

@@ -16,6 +16,7 @@ void ErrorException::throw_error(ErrorInfo::Ptr info) {
 }
 
 char const * ErrorException::what() const noexcept {
+    // The text was filled when the info was created, so nothing is allocated here.
     return m_info->text().c_str();
 }
 

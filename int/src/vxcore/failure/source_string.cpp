@@ -29,6 +29,7 @@ SourceString::SourceString(char const * data, unsigned int size)
 SourceString::SourceString(std::string_view text) : m_size(text_size(text.size())) {
     if (!text.empty()) {
         auto buffer = make_ref_counted<SourceStringBuffer>(text);
+        // The text of a buffer never changes, so the pointer is valid as long as the buffer.
         m_data = buffer->text().c_str();
         m_buffer = std::move(buffer);
     }

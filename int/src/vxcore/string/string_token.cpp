@@ -116,6 +116,7 @@ class alignas(64) Shard {
     StringToken *& bucket(unsigned int hash) noexcept { return m_buckets[hash & m_mask]; }
 
     StringToken * lookup(std::string_view text, unsigned int hash) noexcept {
+        // Hashes are compared first, so that mostly the characters of only one token are.
         StringToken * token = bucket(hash);
         while (token != nullptr && (token->hash != hash || token->text != text)) {
             token = token->next;
@@ -124,6 +125,7 @@ class alignas(64) Shard {
     }
 
     void grow_if_full() {
+        // At most one token a bucket on average.
         if (m_size <= m_mask) {
             return;
         }
@@ -157,6 +159,7 @@ class alignas(64) Shard {
     StringToken * m_inlineBuckets[inlineCount] = {};
 };
 
+/// 64 shards, so that threads rarely wait for the lock of one.
 constexpr unsigned int shardBits = 6;
 constinit std::array<Shard, 1u << shardBits> shards;
 

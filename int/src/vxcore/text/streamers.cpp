@@ -37,6 +37,7 @@ std::ostream & operator<<(std::ostream & stream, String const & value) {
 void StringTraceData::write_to_stream(std::ostream & stream, StringTraceData const & data) {
     unsigned int size = 0;
     char const * const text = data.trace_data(size);
+    // All ones are no size: the sum of the parts has overflowed.
     if (size != std::numeric_limits<unsigned int>::max()) {
         stream << std::string_view(text, size);
     }

@@ -178,6 +178,7 @@ double string_to_double(char const * data, unsigned int size, ErrorInfo::Ptr * e
 
 void string_to_failure(char const * data, unsigned int size, char const * type,
                        ErrorInfo::Ptr * error) {
+    // The text is input of any size, so the message shows only its start.
     std::string_view const text(data, size);
     ErrorComposer("Cannot convert '{@text}' to {@type}")
         .param("text", std::string(text.substr(0, utf8_cut(text, 256))))

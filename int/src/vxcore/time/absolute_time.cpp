@@ -45,6 +45,7 @@ bool AbsoluteTime::parse(std::string_view text, AbsoluteTime & time) noexcept {
         !scanner.at_end()) {
         return false;
     }
+    // May leave the day in either direction, which `join_ticks` accepts.
     moment.ticks -= offset;
     if (!impl::join_ticks(moment, ticks)) {
         return false;

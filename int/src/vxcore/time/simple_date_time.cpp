@@ -41,6 +41,7 @@ bool SimpleDateTime::parse(std::string_view text, SimpleDateTime & time) noexcep
     if (!impl::scan_date(scanner, moment.day)) {
         return false;
     }
+    // A date alone means its midnight.
     if (!scanner.at_end() && (!scanner.take('T') || !impl::scan_clock(scanner, moment.ticks))) {
         return false;
     }

@@ -117,6 +117,7 @@ void append_fraction(std::string & text, unsigned int ticks) {
 }
 
 void append_date_time(std::string & text, long long ticks) {
+    // The day fits an int: 64 bits of ticks are 10.7 million days in either direction.
     DayTime const time = split_ticks(ticks);
     std::chrono::year_month_day const date{
         std::chrono::sys_days(std::chrono::days(static_cast<int>(time.day)))};

@@ -132,6 +132,7 @@ unsigned int MemoryReader::take_block_size() {
 }
 
 EElementKind MemoryReader::next_type() {
+    // An empty list has no next element, whatever comes after it in the stream.
     if (m_containers.in_empty_list()) {
         return eElement_None;
     }
@@ -259,8 +260,7 @@ unsigned int MemoryReader::begin_list() {
     unsigned int const count = take_number(list_tags);
     m_containers.element();
     // Each announced element needs a byte, and so does each that the enclosing containers still
-    // expect. So a false count is refused before a
-    // caller reserves memory for it.
+    // expect. So a false count is refused before a caller reserves memory for it.
     if (count + m_containers.pending() > m_at.bytes_left()) [[unlikely]] {
         fail_count();
     }

@@ -124,6 +124,8 @@ void MemoryListBase::append(void const * data, unsigned int size) {
     }
     unsigned int const newSize = grown_size(m_size, size);
     auto const * const bytes = static_cast<unsigned char const *>(data);
+    // Room at the end of the last block, if no other list uses the block: that list might append to
+    // the same place.
     unsigned int const slack = m_segments.empty() ? 0 : m_segments.back().own_slack();
     unsigned int const inPlace = std::min(size, slack);
     // Everything that can fail comes first.

@@ -39,6 +39,7 @@ int compare_memory_lists(MemoryListPtr const & a, MemoryListPtr const & b) noexc
 }
 
 unsigned int hash_memory_list(MemoryListPtr const & list) noexcept {
+    // Folded byte by byte, so that equal bytes have equal hashes however they are split.
     unsigned int h = 0;
     if (list) {
         for (auto segment = list->segment_read_iterator(); !segment.at_end(); ++segment) {

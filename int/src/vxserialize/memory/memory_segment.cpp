@@ -7,6 +7,7 @@
 namespace vxserialize {
 
 vxcore::RefCountPtr<impl::MemoryBlock> impl::MemoryBlock::create(unsigned int capacity) {
+    // The bytes follow the object, in the same allocation.
     void * const memory = ::operator new(sizeof(MemoryBlock) + capacity);
     return vxcore::RefCountPtr<MemoryBlock>(::new (memory) MemoryBlock(capacity));
 }
@@ -20,6 +21,7 @@ unsigned char * MemorySegment::get_inplace_write_ptr(unsigned int size) {
     if (size > m_size) {
         throw std::out_of_range("vxserialize::MemorySegment::get_inplace_write_ptr()");
     }
+    // Other lists must not see the write, so the segment moves to a copy of its bytes.
     if (is_shared()) {
         vxcore::RefCountPtr<impl::MemoryBlock> own = impl::MemoryBlock::create(m_size);
         std::memcpy(own->data(), m_data, m_size);

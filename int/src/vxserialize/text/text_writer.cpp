@@ -92,6 +92,7 @@ void TextWriter::put_hex_bytes(unsigned char const * data, unsigned int size) {
 void TextWriter::put_line() {
     if (m_options.indent != 0) {
         put('\n');
+        // In 64 bits: indentation times depth may exceed 32.
         for (unsigned long long i = 0; i < 1ull * m_options.indent * m_lists; ++i) {
             put(' ');
         }
@@ -218,6 +219,7 @@ void TextWriter::begin_list(unsigned int count) {
     // A list or record after another primitive of the same element needs the blank between them.
     put(m_containers.begin_list(count) ? "[" : " [");
     ++m_lists;
+    // Readers report only counts from 2 up, see docs/decisions/0004.
     if (count >= 2) {
         char buffer[number_size];
         put(format(buffer, count));
