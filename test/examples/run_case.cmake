@@ -3,9 +3,8 @@
 #   cmake -DEXIT=<code> [-DLAST=<regex>] [-DHAS=<lines>] [-DOUT=<file>] [-DERR=<text>]
 #         [-DMADE=<file> -DGOLDEN=<file>] -P run_case.cmake -- <program> [<argument>...]
 #
-# LAST must match the whole last line of standard output, and each line of HAS must stand in it
-# somewhere; OUT is a file with all of it; without the three it must be empty. ERR is all of standard
-# error. MADE is a file that the program must write, with the bytes of GOLDEN.
+# LAST must match the whole last line of standard output, and each line of HAS must occur in
+# it. OUT is a file with all of it. Without the three it must be empty. ERR is all of standard error. MADE is a file that the program must write, with the bytes of GOLDEN.
 set(command)
 set(isCommand FALSE)
 math(EXPR last "${CMAKE_ARGC} - 1")

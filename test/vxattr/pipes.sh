@@ -36,7 +36,7 @@ cat "$2/fifo" >"$2/copy" &
 wait $!
 [ -p "$2/fifo" ] && cmp "$2/copy" settings.names || fail "package make replaced a pipe"
 
-# Lists that differ behind what is shown of them.
+# Lists that differ after the part that is shown.
 numbers=$(seq -s, 40)
 printf '{"list":[%s,1]}' "$numbers" >"$2/a.json"
 printf '{"list":[%s,2]}' "$numbers" >"$2/b.json"

@@ -1,4 +1,4 @@
-// The rules under test: EAX gives the published results however the message is cut, deciphers
+// The rules under test: EAX has the published results however the message is cut, deciphers
 // nothing before the tag has matched, and leaves nothing behind. That it refuses every single
 // changed bit is tested with sealed values, which bring parts from anybody.
 

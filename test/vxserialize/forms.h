@@ -11,8 +11,8 @@
 /// becomes in the other.
 namespace vxtest {
 
-/// What one form becomes in another. Of binary data an element of a list is taken to be one
-/// primitive; of a text it is known. Failures pass through; data behind the last element is one.
+/// Convert one form to another. An element of a list in binary data is assumed to be one primitive;
+/// in a text it is known. Failures pass through. Data after the last element is a failure.
 std::string binary_to_text(std::string const & bytes, unsigned int segmentSize = 0xFFFFFFFF);
 std::string text_to_binary(std::string const & text, unsigned int bufferSize = 4096);
 std::string text_to_text(std::string const & text);

@@ -1,5 +1,5 @@
-// The rule under test: a name becomes the told operations, both sides count tokens alike in mixed
-// streams of any depth, and what no encoder writes is refused.
+// The rule under test: a name becomes the specified operations, both sides count tokens alike in
+// mixed streams of any depth, and what no encoder writes is refused.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"

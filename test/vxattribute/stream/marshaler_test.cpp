@@ -1,4 +1,4 @@
-// The rule under test: a value becomes the told sequence of operations, every told sequence becomes
+// The rule under test: a value becomes the expected sequence of operations, every sequence becomes
 // a value again, and a stream that fails changes nothing. What each type becomes is in values.txt,
 // which trace_test.cpp checks.
 

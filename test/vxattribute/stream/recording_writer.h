@@ -7,8 +7,8 @@
 
 namespace vxtest {
 
-/// Notes operations as ScriptedReader plays them, "uint 12; list 3" and so on; the n-th one raises
-/// when told so.
+/// Records operations in the script language of ScriptedReader, such as "uint 12; list 3". The n-th
+/// operation raises if the constructor asks for it.
 class RecordingWriter final : public vxserialize::Writer {
   public:
     explicit RecordingWriter(std::size_t failAt = 0) : m_untilFailure(failAt) {}

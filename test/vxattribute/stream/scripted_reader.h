@@ -9,11 +9,11 @@
 
 namespace vxtest {
 
-/// Plays a script of operations, such as "uint 12; list 3", to a reader's user, with the counts of
-/// lists as they stand.
+/// Plays a script of operations, such as "uint 12; list 3", to the user of a reader. It reports the
+/// counts of lists unchanged.
 ///
-/// Lists end only when `has_next()` says so, and a list that is left earlier stays open: that is
-/// how a form with a stack of open lists behaves, and what the count of one is about.
+/// A list ends only when `has_next()` returns false, and a list that is left earlier stays open. A
+/// form with a stack of open lists behaves like that, which is why the count of one matters.
 class ScriptedReader final : public vxserialize::Reader {
   public:
     explicit ScriptedReader(std::string const & script) {

@@ -1,5 +1,5 @@
 // The rule under test: payloads are shared, forms without a type name clear it, and order, equality
-// and hash treat values without payload as told.
+// and hash treat values without payload as documented.
 
 #include "support/streams.h"
 
