@@ -123,8 +123,7 @@ SecuredValue & SecuredValue::operator=(SecuredValue && other) noexcept {
 
 void SecuredValue::set(AttributeValue const & value, std::string annotation, KeyId key_id,
                        vxcrypto::Key const & key, ICipher const & cipher) {
-    // Sealed aside, so that a failure leaves this value as it was. The other
-    // overloads do the same.
+    // Sealed aside, so that a failure leaves this value as it was. The other overloads do the same.
     *this = SecuredValue(value, std::move(annotation), std::move(key_id), key, cipher);
 }
 
