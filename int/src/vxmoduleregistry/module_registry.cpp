@@ -12,7 +12,8 @@ struct Registry {
     std::map<std::string, std::string, std::less<>> infos;
 };
 
-/// Made on first use and never destroyed: modules come before and go after all other things.
+/// Created on first use and never destroyed: load-time code and destructors of modules call at any
+/// time.
 Registry & registry() {
     static Registry & instance = *new Registry;
     return instance;

@@ -64,6 +64,7 @@ AttributeNamePackageSet::Ptr AttributeNamePackageSet::create_aux(Packages & pack
 
 void AttributeNamePackageSet::read_append_aux(Packages & packages, vxserialize::Reader & reader) {
     reader.begin_record();
+    // The announced count is input, so only a limited number is reserved.
     packages.reserve(packages.size() +
                      impl::list_room(reader.begin_list(), impl::maxRoomForPackages));
     while (reader.has_next()) {
@@ -151,6 +152,7 @@ vxserialize::Writer & operator<<(vxserialize::Writer & writer,
 
 vxserialize::Reader & operator>>(vxserialize::Reader & reader,
                                  AttributeNamePackageSet::Ptr & packages) {
+    // When reading raises, `packages` keeps its value: it is assigned last.
     if (reader.read_if_null()) {
         packages.reset();
     } else {

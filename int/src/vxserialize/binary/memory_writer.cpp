@@ -47,6 +47,8 @@ MemoryWriter::~MemoryWriter() = default;
 
 MemoryReader MemoryWriter::reader() const {
     vxcore::RefCountPtr<MemoryList> list = m_list ? m_list->shallow_clone() : MemoryList::create();
+    // The reader shares the current block. Later writes append to the block after the bytes that
+    // the reader sees.
     if (m_cursor != m_begin) {
         list->reserve_segments(1);
         list->add_reserved_segment(
@@ -74,6 +76,7 @@ vxcore::RefCountPtr<MemoryList> MemoryWriter::close_and_detach_memory_list() {
     return std::move(m_list);
 }
 
+/// Called only for a new block: a closed writer has no room, so each of its writes asks for one.
 void MemoryWriter::check_open() const {
     if (!m_list) {
         impl::throw_usage("vxserialize::MemoryWriter", "a write to a closed writer");

@@ -61,6 +61,7 @@ unsigned int MemoryListCursor::read_at_cursor(void * buffer, unsigned int size) 
 unsigned int MemoryListCursor::cursor_advance(unsigned int size) noexcept {
     unsigned int left = std::min(size, bytes_left());
     unsigned int const moved = left;
+    // Passes whole segments without reading their bytes.
     while (left > static_cast<unsigned int>(m_end - m_data)) {
         left -= static_cast<unsigned int>(m_end - m_data);
         enter_next_segment();
@@ -71,6 +72,7 @@ unsigned int MemoryListCursor::cursor_advance(unsigned int size) noexcept {
     return moved;
 }
 
+// The segments refer to the same blocks: no byte is copied.
 std::vector<MemorySegment> MemoryListCursor::segments_at_cursor(unsigned int size) const {
     std::vector<MemorySegment> segments;
     MemoryListCursor from = *this;

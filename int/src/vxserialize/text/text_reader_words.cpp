@@ -48,7 +48,8 @@ void TextReader::add_to_word(int c) {
     ++m_cursor;
 }
 
-/// Moves the word that starts at the next byte, if any, to `m_word` and finds its kind.
+/// Moves the word that starts at the next byte, if any, to `m_word` and finds its kind. A word is
+/// copied because the next buffer of the stream may contain the rest of it.
 void TextReader::scan_word() {
     int c = peek();
     EWord const form = word_started_by(c);

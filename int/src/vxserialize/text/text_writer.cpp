@@ -196,6 +196,7 @@ void TextWriter::write_relative_time(vxcore::RelativeTime value) {
 }
 
 void TextWriter::write_uuid(vxcore::Uuid const & value) {
+    // Formatted first, since it allocates.
     std::string const text = value.as_string(0);
     put_word("{");
     put(text);
