@@ -5,11 +5,11 @@
 /// The two references of empty text that all others share.
 namespace vxuri::impl {
 
-/// @cost  One change of a count. An instance is made on first use, without a lock: a load-time
-/// object
-///        of this library gets both before there are other threads. After that object's destruction
-///        each call makes a new instance. Only static objects call that late, when the process
-///        ends.
+/// Made on first use, without a lock: a load-time object of this library gets both before there are
+/// other threads. After that object's destruction each call makes a new instance. Only static
+/// objects call that late, when the process ends.
+///
+/// @cost  One change of a count.
 vxcore::RefCountPtr<UriParseData const> undefined_instance();
 vxcore::RefCountPtr<UriParseData const> empty_instance();
 

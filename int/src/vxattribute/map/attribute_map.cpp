@@ -123,7 +123,7 @@ AttributeMapBase::HolderPtr AttributeMapBase::merged_aux(Map const & first, Map 
 }
 
 bool operator==(AttributeMapBase const & a, AttributeMapBase const & b) {
-    // Also true for a NaN in the shared holder, although it does not equal itself.
+    // True even if the holder contains a NaN, which does not equal itself.
     if (a.m_pImpl == b.m_pImpl) {
         return true;
     }

@@ -67,8 +67,8 @@ class ValueReader {
 
     template <typename T>
     [[gnu::noinline]] ValueHolder read_elements() {
-        // One map is a list as well, so the kind of the next element cannot tell one map from a
-        // list of maps. Maps therefore always come in a list.
+        // One map is a list as well, so the kind of the next element cannot distinguish one map
+        // from a list of maps. Maps therefore always come in a list.
         bool const isList =
             std::is_same_v<T, AttributeMap> || m_reader.next_type() == vxserialize::eElement_List;
         if (!isList) {

@@ -6,7 +6,7 @@
 namespace vxattribute::impl {
 
 /// A stream into a string, for messages. Its numbers do not depend on the locale of the program.
-/// Exceptions raised while it is written to reach the caller, `std::bad_alloc` in particular. Other
+/// Exceptions raised during a write reach the caller, `std::bad_alloc` in particular. Other
 /// streams swallow them, which would cut the text silently.
 class TextStream final : public std::ostringstream {
   public:

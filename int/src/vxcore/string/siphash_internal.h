@@ -14,8 +14,8 @@ struct SipHashKey {
 
 /// SipHash (Aumasson and Bernstein, 2012) with `C` compression and `D` finalisation rounds.
 ///
-/// A keyed hash: nobody can choose texts that collide without knowing the key. 1-3 rounds are
-/// enough for hash tables; 2-4 is the form with published results.
+/// A keyed hash: without the key, nobody can choose texts that collide. 1-3 rounds are enough for
+/// hash tables; 2-4 is the form with published results.
 template <int C, int D>
 class SipHash {
   public:

@@ -60,7 +60,7 @@ class SpinLock {
 ///
 /// Constant-initialised and never destroyed, so that keys work in the static initialisers and
 /// destructors of any library. An empty shard therefore owns no heap memory, so that unloading this
-/// library leaks none. Aligned to cache lines, so that locks of two shards never share one.
+/// library leaks none. Aligned to cache lines, so that two locks never share a line.
 class alignas(64) Shard {
   public:
     constexpr Shard() noexcept = default;
@@ -116,7 +116,7 @@ class alignas(64) Shard {
     StringToken *& bucket(unsigned int hash) noexcept { return m_buckets[hash & m_mask]; }
 
     StringToken * lookup(std::string_view text, unsigned int hash) noexcept {
-        // Hashes are compared first, so that mostly the characters of only one token are.
+        // The hash is compared first: characters are then mostly compared for one token only.
         StringToken * token = bucket(hash);
         while (token != nullptr && (token->hash != hash || token->text != text)) {
             token = token->next;

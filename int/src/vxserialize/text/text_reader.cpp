@@ -53,7 +53,7 @@ TextReader::TextReader(vxcore::IReadStream & stream, unsigned int size)
 TextReader::~TextReader() = default;
 
 unsigned long long TextReader::offset() const noexcept {
-    // A word has left the buffer but is not read yet.
+    // The current word has left the buffer but is still to be read.
     return m_received - static_cast<unsigned long long>(m_limit - m_cursor) - m_wordSize;
 }
 
