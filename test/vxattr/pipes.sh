@@ -27,7 +27,7 @@ install -m 640 settings.names "$2/names"
 if printf '{"two\\nlines":1}' | "$vxattr" package make "$2/names" - 2>"$2/err"; then
     fail "a name of two lines"
 fi
-grep -qx "vxattr: $2/names: a name of the package cannot stand on a line" "$2/err"
+grep -qx "vxattr: $2/names: a name of the package cannot be written on one line" "$2/err"
 cmp "$2/names" settings.names
 [ "$(ls -d "$2"/names*)" = "$2/names" ] || fail "files left over: $(ls "$2")"
 mkfifo "$2/fifo"

@@ -41,7 +41,7 @@ TEST(NameList, IsRefusedWithTheBadLine) {
         {"\xEF\xBB\xBF\x61\n", "f:1: a byte order mark, which would be part of the name", notAList},
         {"a\r\n", "f:1: a carriage return at the end of the line", notAList},
         {"a\nb", "f:2: the file ends in the middle of this line", notAList},
-        {"a\nb\na\n", "f:3: this name stands in the list already",
+        {"a\nb\na\n", "f:3: this name is in the list already",
          error::vxattribute_name_package_duplicateName},
     };
 
@@ -51,7 +51,7 @@ TEST(NameList, IsRefusedWithTheBadLine) {
     for (char const * name : {"", "two\nlines", "return\r"}) {
         expect_error(
             [&] { name_list_to_text(*AttributeNamePackage::Composer(name).compose(), "f"); },
-            notAList, "f: a name of the package cannot stand on a line");
+            notAList, "f: a name of the package cannot be written on one line");
     }
 }
 

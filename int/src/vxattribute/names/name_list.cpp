@@ -51,8 +51,8 @@ AttributeNamePackage::Ptr name_list_from_text(std::string_view text, std::string
             fail(badList, file, fault, VXCORE_LOCATION(function), number);
         }
         if (!names.insert(line).second) {
-            fail(duplicateName, file, "this name stands in the list already",
-                 VXCORE_LOCATION(function), number);
+            fail(duplicateName, file, "this name is in the list already", VXCORE_LOCATION(function),
+                 number);
         }
         text.remove_prefix(end + 1);
     }
@@ -66,7 +66,7 @@ std::string name_list_to_text(AttributeNamePackage const & package, std::string 
         bool const isMarked = text.empty() && name.value().starts_with(byteOrderMark);
         if (isMarked || fault_of(name.value()) != nullptr ||
             name.value().find('\n') != std::string::npos) {
-            fail(badList, file, "a name of the package cannot stand on a line",
+            fail(badList, file, "a name of the package cannot be written on one line",
                  VXCORE_LOCATION("vxattribute::name_list_to_text()"));
         }
         text.append(name.value()).push_back('\n');

@@ -18,7 +18,7 @@ struct BlockCache::OpenCaches {
     bool hasKey = false;
     bool isUnloading = false;
     unsigned int exitHandlers = 0;
-    /// Set by `exit`. Other threads may still be running then, in this library too.
+    /// True once `exit` has begun. Other threads may still run, even code of this library.
     std::atomic<bool> processEnds = false;
 };
 
