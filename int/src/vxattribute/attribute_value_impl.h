@@ -2,13 +2,23 @@
 
 /// The representation of an AttributeValue. Include "vxattribute/attribute_value.h" instead: this
 /// header is installed only because inline code of callers needs it.
+///
+/// An AttributeValue is a ValueHolder, a pointer to one object of these classes:
+///
+/// - TypedValue<NullValueType>: null, one static object.
+/// - SingleValueImpl<T>: at most one element, copied with the value.
+/// - RefCountedValueImpl<T>: any number of elements, shared by copies of the value.
+/// - Static objects of the common booleans and integers, which are neither counted nor destroyed.
+///
+/// ValueFactory<T> chooses among them. TypedValue<T>, their base, holds the elements.
 
 #include "vxattribute/value_type_traits.h"
 #include "vxcore/ref_count.h"
 
 namespace vxattribute::impl {
 
-/// Raise error.vxattribute.value.cardinality.expectNonzero and .expectSingle.
+/// Raise error.vxattribute.value.cardinality.expectNonzero and .expectSingle. Out of line, so that
+/// `front` and `get` stay small in the code of callers.
 [[noreturn]] VXATTRIBUTE_API void throw_array_empty_error();
 [[noreturn]] VXATTRIBUTE_API void throw_get_on_multi_value_attribute();
 
@@ -17,19 +27,32 @@ namespace vxattribute::impl {
 /// The destructor is protected: call `release()` to give a value up. An operation that takes a
 /// holder must be called on the object in that holder. It may replace the object, so do not use the
 /// object after the call. When it raises, the holder keeps the object it had.
+///
+/// Threads. Holders in several threads may refer to one object. The const functions, `clone` and
+/// `release` among them, may then run at the same time; the others see that the object is shared
+/// and replace it.
 class VXATTRIBUTE_API ValueBase {
   public:
+    /// The type of the elements, a constant of ValueTypeId. Not a virtual call: types are compared
+    /// on every typed access.
     ValueTypeId const & type() const noexcept { return *m_type; }
 
     /// Gives up one reference, and destroys the object with the last one.
     virtual void release() const noexcept = 0;
-    /// Another reference to this object, or a copy. The caller owns the result.
+    /// Another reference to this object, or a copy. The caller owns the result. A reference raises
+    /// nothing; a copy raises std::bad_alloc or what copying the element raises.
     virtual ValueBase * clone() const = 0;
-    /// Makes the holder's object unshared, so that it may be written.
+    /// Makes the holder's object unshared, so that it may be written. A shared or static object is
+    /// replaced by a copy of its elements; an unshared one stays. O(size()) at worst.
     virtual void prepare_write(ValueHolder & holder) = 0;
-    /// Makes the holder's object one that can take several elements, and keeps its elements.
+    /// Makes the holder's object one that can take several elements, and keeps its elements. One
+    /// allocation, with a copy of the element, unless the object is such a one already. Does not
+    /// make the object unshared.
     virtual void promote_to_multivalue(ValueHolder & holder) = 0;
-    /// The operations of AttributeValue with the same names. The caller owns a subrange.
+    /// The operations of AttributeValue with the same names. The caller owns a subrange, which
+    /// raises std::out_of_range when it is not within the elements. `clear` keeps the type;
+    /// `compare` orders values of different types by their numbers; `write_trace` raises what the
+    /// stream raises.
     virtual ValueBase * subrange(unsigned int pos) const = 0;
     virtual ValueBase * subrange(unsigned int pos, unsigned int count) const = 0;
     virtual void clear(ValueHolder & holder) = 0;
@@ -42,11 +65,13 @@ class VXATTRIBUTE_API ValueBase {
                              unsigned int indent) const = 0;
 
   protected:
+    /// @param type  A constant of ValueTypeId, which is not copied.
     explicit constexpr ValueBase(ValueTypeId const * type) noexcept : m_type(type) {}
 
     ValueBase(ValueBase const &) noexcept = default;
     ~ValueBase() = default;
 
+    /// Raise the std::out_of_range of `at` and `subrange`.
     [[noreturn]] static void throw_at_range_error();
     [[noreturn]] static void throw_subrange_range_error();
 
@@ -57,14 +82,18 @@ class VXATTRIBUTE_API ValueBase {
 template <typename T>
 class TypedValue;
 
-/// The null value: one object in the library's constant data.
+/// The null value: one object in the library's constant data, usable before any load-time code has
+/// run. No operation changes, counts or replaces it. It is empty, its hash is 0, its only subrange
+/// is (0, 0), and it equals only itself.
 template <>
 class VXATTRIBUTE_API TypedValue<NullValueType> : public ValueBase {
   public:
     static TypedValue sm_instance;
 
+    /// The object. No count is touched, and releasing it does nothing.
     static TypedValue * instance() noexcept { return &sm_instance; }
 
+    // As in ValueBase.
     void release() const noexcept override;
     ValueBase * clone() const override;
     void prepare_write(ValueHolder & holder) override;
@@ -86,14 +115,20 @@ class VXATTRIBUTE_API TypedValue<NullValueType> : public ValueBase {
     ~TypedValue() = default;
 };
 
-/// Owns one value. It is never empty: by default it holds the null value.
+/// Owns one value. It is never empty: by default it holds the null value, which costs nothing.
+///
+/// A holder is not copied: attach a `clone()` instead. Nothing here raises or allocates. One holder
+/// belongs to one thread at a time.
 class ValueHolder {
   public:
+    /// Holds null.
     constexpr ValueHolder() noexcept : m_value(&TypedValue<NullValueType>::sm_instance) {}
 
-    /// Adopts `value` without touching a count.
+    /// Adopts `value`, which is not null, without touching a count.
     explicit constexpr ValueHolder(ValueBase * value) noexcept : m_value(value) {}
 
+    /// Takes the value over and leaves null in `other`. Assignment releases the previous value
+    /// last, so `other` may be inside it.
     ValueHolder(ValueHolder && other) noexcept : m_value(other.detach()) {}
 
     ValueHolder & operator=(ValueHolder && other) noexcept {
@@ -101,6 +136,7 @@ class ValueHolder {
         return *this;
     }
 
+    /// Releases the value.
     ~ValueHolder() { m_value->release(); }
 
     /// Adopts `value`, then releases the previous value.
@@ -111,6 +147,7 @@ class ValueHolder {
         return std::exchange(m_value, &TypedValue<NullValueType>::sm_instance);
     }
 
+    /// The value, still owned by the holder. Never null; valid until the holder changes.
     ValueBase * get() noexcept { return m_value; }
 
     ValueBase const * get() const noexcept { return m_value; }
@@ -119,6 +156,7 @@ class ValueHolder {
 
     ValueBase const * operator->() const noexcept { return m_value; }
 
+    /// Exchanges two pointers.
     void swap(ValueHolder & other) noexcept { std::swap(m_value, other.m_value); }
 
   private:
@@ -136,6 +174,7 @@ struct ElementArgument<std::string> {
     using Type = ValueTypeTraits<std::string>::AssignArg;
 };
 
+/// Short for the argument type.
 template <typename T>
 using ElementArg = typename ElementArgument<T>::Type;
 
@@ -155,17 +194,27 @@ inline constexpr bool has_singletons = element_type_row<T>.storage == eStorage_S
 /// slot, otherwise the end of the block. 3. Two or more elements are always in a block.
 ///
 /// The storage operations do not check whether the object is shared. Call them only on a new object
-/// or after `prepare_write`. When they raise, the elements are as they were.
+/// or after `prepare_write`. When they raise, the elements are as they were. They raise
+/// std::bad_alloc, what copying an element raises, and std::length_error beyond 2^32 - 1 elements.
+/// All of them make pointers and references to elements invalid, and accept arguments that are
+/// elements of this object.
+///
+/// Cost. Growing at least doubles the block, so appending takes constant time on average. Erasing
+/// down to one element moves it into the inline slot and frees the block.
 template <typename T>
 class VXATTRIBUTE_API TypedValue : public ValueBase {
   public:
     using Traits = ValueTypeTraits<T>;
     using Arg = ElementArg<T>;
 
+    /// The elements, contiguous in memory; equal pointers, not null, without elements.
     T const * begin() const noexcept { return m_begin; }
 
     T const * end() const noexcept { return m_end; }
 
+    /// The element at that index.
+    ///
+    /// @raises std::out_of_range: `index` is not below `size()`.
     T const & at(unsigned int index) const {
         if (index >= count()) {
             throw_at_range_error();
@@ -173,7 +222,9 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         return m_begin[index];
     }
 
-    /// The one element, or the type's default when there is none. Raises for two or more.
+    /// The one element, or the type's default when there is none.
+    ///
+    /// @raises error.vxattribute.value.cardinality.expectSingle: two or more elements.
     T const & get() const {
         if (m_end - m_begin == 1) [[likely]] {
             return *m_begin;
@@ -184,7 +235,9 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         return Traits::default_value();
     }
 
-    /// The first element. Raises when there is none.
+    /// The first element.
+    ///
+    /// @raises error.vxattribute.value.cardinality.expectNonzero: there is none.
     T const & front() const {
         if (m_begin == m_end) {
             throw_array_empty_error();
@@ -192,15 +245,19 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         return *m_begin;
     }
 
-    /// Makes room for `n` elements in total.
+    /// Makes room for `n` elements in total, in a block of at least twice the present capacity.
+    /// Never shrinks.
     void reserve(unsigned int n);
     /// Appends a copy of `x`, which may be an element of this value.
     void push_back(Arg const & x);
-    /// Replaces the elements by copies of [first, last), which may lie in this value.
+    /// Replaces the elements by copies of [first, last), which may lie in this value. Reuses the
+    /// block when it is large enough and copies do not raise.
     void assign(T const * first, T const * last);
     /// Appends a default element and returns it, for a reader to fill.
     T & push_back_default();
 
+    // As in ValueBase, by the rules of `Traits`. A subrange of all elements is a clone. The hash
+    // folds the hashes of the elements: h = h * 5 + x.
     ValueBase * subrange(unsigned int pos) const override;
     ValueBase * subrange(unsigned int pos, unsigned int count) const override;
     bool equal(ValueBase const & other) const override;
@@ -211,14 +268,19 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
     void write_trace(std::ostream & stream, TraceFormatter const & formatter,
                      unsigned int indent) const override;
 
+    /// Destroys the elements and frees their block.
     virtual ~TypedValue();
-    /// Replaces the elements of the holder's value by `value` alone.
+    /// Replaces the elements of the holder's value by `value` alone, which may be one of them. An
+    /// unshared value is written in place.
     virtual void set_single(ValueHolder & holder, Arg const & value) = 0;
 
+    /// Memory of objects, though not of element blocks, comes from a cache per thread of freed
+    /// blocks up to 128 bytes, and from the heap otherwise. Any thread may free an object.
     static void * operator new(std::size_t size);
     static void operator delete(void * object, std::size_t size) noexcept;
 
   protected:
+    /// Without elements: begin and end are the inline slot.
     constexpr TypedValue() noexcept : ValueBase(&Traits::type()), m_begin(nullptr), m_end(nullptr) {
         m_begin = m_end = &m_slot.element;
     }
@@ -238,6 +300,8 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
     void clear_in_place() noexcept;
 
   private:
+    /// The inline element, or the end of the block that replaces it. The class decides which, and
+    /// constructs and destroys the element.
     union Slot {
         constexpr Slot() noexcept : capacityEnd(nullptr) {}
 
@@ -250,6 +314,8 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         T * capacityEnd;
     };
 
+    /// Raw storage for `capacity` elements from the heap, and its release. Elements in it are not
+    /// destroyed.
     static T * allocate(unsigned int capacity);
     static void free_block(T * block) noexcept;
 
@@ -257,29 +323,37 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
 
     bool is_inline() const noexcept { return m_begin == &m_slot.element; }
 
+    /// Elements that fit without growing: 1 in the inline slot.
     unsigned int capacity() const noexcept;
+
+    // How blocks change: see value/typed_value_storage_internal.h.
     unsigned int grown_capacity(unsigned int extra) const;
     void adopt_block(T * block, T * end, unsigned int capacity) noexcept;
     void grow(unsigned int extra);
     void shrink() noexcept;
+
+    // How elements change: see value/typed_value_changes_internal.h.
     void replace_elements(T const * first, unsigned int n);
     template <typename Construct>
     void append(Construct construct);
 
-    T * m_begin;
+    T * m_begin; // the first element: in the inline slot or a block
     T * m_end;
     Slot m_slot;
 };
 
-/// At most one element, owned by one holder. A clone is a second object.
+/// At most one element, owned by one holder: nothing is counted. A clone is a second object with a
+/// copy of the element, or a static object where there is one. Writing needs no preparation.
 template <typename T>
 class VXATTRIBUTE_API SingleValueImpl final : public TypedValue<T> {
   public:
     using typename TypedValue<T>::Arg;
 
+    /// Without an element, or with a copy of `x`.
     SingleValueImpl() noexcept = default;
     explicit SingleValueImpl(Arg const & x);
 
+    // As in ValueBase and TypedValue. Only `promote_to_multivalue` replaces the object.
     void release() const noexcept override;
     ValueBase * clone() const override;
     void prepare_write(ValueHolder & holder) override;
@@ -288,16 +362,20 @@ class VXATTRIBUTE_API SingleValueImpl final : public TypedValue<T> {
     void set_single(ValueHolder & holder, Arg const & value) override;
 };
 
-/// Any number of elements, reference-counted and copied on the first write.
+/// Any number of elements, reference-counted and copied on the first write. The count is atomic and
+/// starts at 1. A clone is one more reference to this object. `clear` and `set_single` on a shared
+/// object replace it without copying its elements.
 template <typename T>
 class VXATTRIBUTE_API RefCountedValueImpl final : public TypedValue<T> {
   public:
     using typename TypedValue<T>::Arg;
 
+    /// Without elements, with a copy of `x`, or with copies of [first, last).
     RefCountedValueImpl() noexcept = default;
     explicit RefCountedValueImpl(Arg const & x);
     RefCountedValueImpl(T const * first, T const * last);
 
+    // As in ValueBase and TypedValue. `promote_to_multivalue` does nothing.
     void release() const noexcept override;
     ValueBase * clone() const override;
     void prepare_write(ValueHolder & holder) override;
@@ -322,13 +400,20 @@ struct VXATTRIBUTE_API ValueFactoryStatics<std::string> {
 };
 
 /// Creates values of one type in the suitable class. The caller owns the result.
+///
+/// Booleans, the integers -1 to 7, empty strings and the empty values of these types are static or
+/// shared objects: no allocation. Any other lone element is one block that includes it. Two or more
+/// elements are an object and a block of exactly their size.
+///
+/// @raises std::bad_alloc, or what copying an element raises; std::length_error beyond 2^32 - 1
+///         elements.
 template <typename T>
 struct VXATTRIBUTE_API ValueFactory : ValueFactoryStatics<T> {
     /// The empty value of the type.
     static TypedValue<T> * create_value();
     /// One element.
     static TypedValue<T> * create_value(ElementArg<T> const & x);
-    /// A copy of the elements [first, last).
+    /// Copies of the elements [first, last).
     static TypedValue<T> * create_value(T const * first, T const * last);
     /// A copy of `value`: a static object if there is one.
     template <typename U>
@@ -339,6 +424,7 @@ struct VXATTRIBUTE_API ValueFactory : ValueFactoryStatics<T> {
     }
 };
 
+/// Null: always the same static object.
 template <>
 struct VXATTRIBUTE_API ValueFactory<NullValueType> {
     static TypedValue<NullValueType> * create_value() noexcept {
@@ -364,6 +450,7 @@ struct VXATTRIBUTE_API ValueFactory<NullValueType> {
     extern template struct vxattribute::impl::ValueFactory<T>
 // clang-format on
 
+// The types that need no header of their own.
 VXATTRIBUTE_EXTERN_ELEMENT(bool);
 VXATTRIBUTE_EXTERN_ELEMENT(long long);
 VXATTRIBUTE_EXTERN_ELEMENT(double);
