@@ -5,9 +5,16 @@
 
 /// Typed access to the elements of a map, with messages that name the attribute.
 ///
-/// `T` is an element type; any other does not compile. Each call is one lookup. References,
-/// pointers and spans hold until the map is changed or destroyed, so do not take them from a
-/// temporary map. Make names once and reuse them: making one costs more than the lookup.
+/// | the value is  | absent   | null     | empty    | one element | several  |
+/// | `get`         | raises   | raises   | raises   | it          | raises   |
+/// | `get_or`      | default  | raises   | raises   | a copy      | raises   |
+/// | `find`        | null     | raises   | null     | its address | raises   |
+/// | `get_list`    | none     | raises   | none     | one         | all      |
+///
+/// A value of another type than `T` raises in all four. `T` is an element type; any other does not
+/// compile. Each call is one lookup. References, pointers and spans are valid until the map is
+/// changed or destroyed, so do not take them from a temporary map. Make names once and reuse them:
+/// making one costs more than the lookup.
 ///
 ///     static AttributeName const port("port");
 ///     long long const number = get_or<long long>(settings, port, 8080);
@@ -29,6 +36,9 @@ class MapAccess : AttributeMapBase {
 
 /// The one element of that name. The other three differ in what an absent name means.
 ///
+///     std::string const & host = get<std::string>(settings, "host");
+///
+/// @keeps  The reference is valid until the map is changed or destroyed.
 /// @raises error.vxattribute.map.attributeNotFound: the name is absent.
 /// @raises error.vxattribute.value.type.mismatch: the value is of another type.
 /// @raises error.vxattribute.value.cardinality.expectSingle: it has no or several elements.
@@ -45,8 +55,9 @@ T const & get(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName c
 /// The one element of that name, or `defaultValue` when the name is absent. A value that is present
 /// is checked as by `get`; null and empty values do not mean the default.
 ///
-/// @return A copy.
-/// @raises As `get`, apart from attributeNotFound.
+/// @param defaultValue  Is moved into the result when the name is absent.
+/// @return A copy, so nothing dangles.
+/// @raises As `get`, apart from attributeNotFound; what copying the element raises.
 template <impl::ElementType T>
 T get_or(AttributeMapBase const & map, AttributeName const & name, T defaultValue) {
     AttributeValue const * const value = map.query_ptr(name);
@@ -59,6 +70,9 @@ T get_or(AttributeMapBase const & map, AttributeName const & name, T defaultValu
 
 /// The one element of that name; a null pointer when the name is absent or its value is empty.
 ///
+///     if (auto const * const port = find<long long>(settings, "port")) { listen(*port); }
+///
+/// @keeps  The pointer is valid until the map is changed or destroyed.
 /// @raises error.vxattribute.value.type.mismatch: the value is of another type, null included.
 /// @raises error.vxattribute.value.cardinality.expectSingle: several elements.
 template <impl::ElementType T>
@@ -77,6 +91,9 @@ T const * find(AttributeMapBase const & map VXCORE_LIFETIMEBOUND, AttributeName 
 
 /// All elements of that name; none when the name is absent or its value is empty.
 ///
+///     for (std::string const & server : get_list<std::string>(settings, "servers")) { ... }
+///
+/// @keeps  The span is valid until the map is changed or destroyed.
 /// @raises error.vxattribute.value.type.mismatch: the value is of another type, null included.
 template <impl::ElementType T>
 std::span<T const> get_list(AttributeMapBase const & map VXCORE_LIFETIMEBOUND,

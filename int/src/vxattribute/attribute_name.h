@@ -43,22 +43,25 @@ class VXATTRIBUTE_API AttributeName {
     /// The empty name.
     constexpr AttributeName() noexcept = default;
 
-    /// The name of these characters. Any bytes are allowed.
+    /// The name of these characters, interned anew or found among the living names. Any bytes are
+    /// allowed; no characters make the empty name. Not explicit, so that texts can be passed where
+    /// a name is expected: each such call interns.
     ///
+    /// @cost  A hash of the characters and a lock. A new name takes one token.
     /// @param text  Ends with a null character; a null pointer literal does not compile.
     /// @raises std::length_error: beyond 2^32 - 1 bytes. So do all that take characters.
     AttributeName(char const * text) : m_key(std::string_view(text)) {}
 
     AttributeName(std::nullptr_t) = delete;
 
-    /// @param size  In bytes.
+    /// @param size  In bytes; `data` may contain zeros.
     AttributeName(char const * data, unsigned int size) : m_key(std::string_view(data, size)) {}
 
     AttributeName(std::string_view text) : m_key(text) {}
 
     AttributeName(std::string const & text) : m_key(text) {}
 
-    /// Takes the key over.
+    /// Takes the key over: a name and a string key of the same characters share their token.
     AttributeName(vxcore::StringKey key) noexcept : m_key(std::move(key)) {}
 
     /// A copy shares the token. A source that was moved from is the empty name.
@@ -121,7 +124,7 @@ class VXATTRIBUTE_API AttributeName {
     /// Makes it the empty name.
     void clear() noexcept { m_key.clear(); }
 
-    /// Exchanges the tokens.
+    /// Exchanges the tokens. No count touched.
     void swap(AttributeName & other) noexcept { m_key.swap(other.m_key); }
 
     /// Offers the name to a constructor or assignment that takes it over.
@@ -132,20 +135,24 @@ class VXATTRIBUTE_API AttributeName {
     }
 
     /// The hash of the characters, stored with them: O(1). It involves a secret of the process, so
-    /// it differs from run to run. 0 for the empty name.
+    /// it differs from run to run: do not store it. 0 for the empty name.
     unsigned int hash() const noexcept { return m_key.hash(); }
 
-    /// Reads the name as one string, or as the decoder does.
+    /// Reads the name as one string, or as the decoder does. The name is interned. Names from
+    /// untrusted streams thus take memory while they are kept.
     ///
     /// @raises What reader and decoder raise; the name is then as it was.
     void read(vxserialize::Reader & reader);
     void read(vxserialize::Reader & reader, IAttributeNameDecoder & decoder);
 
     /// Writes the name as one string, or as the encoder does.
+    ///
+    /// @raises What writer and encoder raise.
     void write(vxserialize::Writer & writer) const;
     void write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const;
 
-    /// By the address of the token: one comparison of pointers each.
+    /// By the address of the token: one comparison of pointers each. For an order by characters,
+    /// compare `value()`, or see sorted_by_name.h.
     friend bool operator==(AttributeName const & a, AttributeName const & b) noexcept {
         return a.m_key == b.m_key;
     }
@@ -186,7 +193,8 @@ class VXATTRIBUTE_API AttributeName {
     vxcore::StringKey m_key;
 };
 
-/// The name of a static instance, which may be constant.
+/// The name of a static instance, which may be constant. `vxcore::StaticInstance` detects names
+/// that are used after their destruction, at the end of the process.
 template <typename Name>
 concept StaticName = std::is_same_v<Name const, AttributeName const>;
 
@@ -223,6 +231,7 @@ bool operator>=(AttributeName const & a, vxcore::StaticInstance<Name> const & b)
 /// Names may be keys of hashed containers. Values may not: +0.0 equals -0.0 with another hash.
 template <>
 struct std::hash<vxattribute::AttributeName> {
+    /// The stored hash: O(1).
     std::size_t operator()(vxattribute::AttributeName const & name) const noexcept {
         return name.hash();
     }

@@ -21,9 +21,15 @@ namespace vxattribute {
 /// hash table by token, usually one probe. Characters are compared only while a package is made.
 ///
 /// Threads. A package is immutable and its reference count is atomic, so threads may share it.
+///
+/// Errors. Besides those below, whatever makes a package raises std::bad_alloc. Nothing that exists
+/// is changed by a failure.
+///
+/// docs/guide/names.md shows the use, docs/formats/names.md the stored form.
 class VXATTRIBUTE_API AttributeNamePackage final
     : public vxcore::RefCounted<vxcore::AtomicRefCount> {
   public:
+    /// How packages are held: the last pointer destroys the package.
     using Ptr = vxcore::RefCountPtr<AttributeNamePackage const>;
 
     class Composer;
@@ -33,7 +39,8 @@ class VXATTRIBUTE_API AttributeNamePackage final
     AttributeNamePackage(AttributeNamePackage const &) = delete;
     AttributeNamePackage & operator=(AttributeNamePackage const &) = delete;
 
-    /// Makes a package of names in any order.
+    /// Makes a package of names in any order. The result is never null; without names it is an
+    /// empty package, which has an id too.
     ///
     /// @raises error.vxattribute.name.package.duplicateName: a name comes twice.
     ///         std::length_error: 2^32 - 1 names or more.
@@ -48,12 +55,16 @@ class VXATTRIBUTE_API AttributeNamePackage final
     ///         is not that of the names; checked in this order.
     ///         error.vxattribute.name.package.duplicateName: a name comes twice; checked last.
     ///         What the reader raises passes through.
+    /// @cost   Memory grows with the names read, whatever the count in the stream.
     static Ptr create(vxserialize::Reader & reader);
 
-    /// Equal for packages of equal names, in every process.
+    /// Equal for packages of equal names, in every process. It is the MD5 of the number of names
+    /// and of the size and bytes of each, with two bit fields of a UUID set. It identifies a
+    /// package; it does not protect against a forged one.
     vxcore::Uuid const & id() const noexcept VXCORE_LIFETIMEBOUND { return m_id; }
 
-    // The names in their order, as an array. A position is what a stream carries.
+    // The names in their order, as an array. A position is what a stream carries. Pointers and
+    // references are valid as long as the package lives.
 
     unsigned int size() const noexcept { return static_cast<unsigned int>(m_names.size()); }
 
@@ -63,6 +74,8 @@ class VXATTRIBUTE_API AttributeNamePackage final
 
     AttributeName const * end() const noexcept VXCORE_LIFETIMEBOUND { return begin() + size(); }
 
+    /// The name at that position.
+    ///
     /// @raises std::out_of_range: `position` is not below `size()`.
     AttributeName const & at(unsigned int position) const VXCORE_LIFETIMEBOUND {
         if (position >= size()) {
@@ -71,7 +84,8 @@ class VXATTRIBUTE_API AttributeNamePackage final
         return m_names[position];
     }
 
-    /// A pointer to the name in the package; `end()` when the package lacks it.
+    /// A pointer to the name in the package; `end()` when the package lacks it. Its distance from
+    /// `begin()` is the position.
     AttributeName const * find(AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND {
         unsigned int const position = m_index.find(begin(), name);
         return position == impl::NameIndex::sm_none ? end() : begin() + position;
@@ -83,6 +97,8 @@ class VXATTRIBUTE_API AttributeNamePackage final
     }
 
     /// Writes a record of the id and the list of the names.
+    ///
+    /// @raises What the writer raises.
     void write(vxserialize::Writer & writer) const;
 
   private:
@@ -101,13 +117,20 @@ class VXATTRIBUTE_API AttributeNamePackage final
 
 /// Collects the names of a package. A name that is added again changes nothing.
 ///
+///     AttributeNamePackage::Composer names("host");
+///     names.add(known);          // the names of another package
+///     collect_names(map, names); // and those of a map: see collect_names.h
+///     auto const package = names.compose();
+///
 /// Use an object from one thread only. An operation that raises changes nothing.
 class VXATTRIBUTE_API AttributeNamePackage::Composer {
   public:
+    /// Without names, or with one.
     Composer() = default;
 
     explicit Composer(AttributeName const & name) { add(name); }
 
+    /// Adds one name and returns this object. O(log n).
     Composer & add(AttributeName const & name);
 
     /// The same as `add`, so that a composer can be passed as a function of names.
@@ -117,6 +140,8 @@ class VXATTRIBUTE_API AttributeNamePackage::Composer {
     Composer & add(Ptr const & package);
 
     /// Makes a package of the names so far. The composer is unchanged and can collect more.
+    ///
+    /// @cost  As `create`.
     Ptr compose() const { return create(m_names); }
 
   private:
@@ -138,10 +163,14 @@ struct AttributeNamePackage::IdEquals {
 };
 
 /// Writes the package, or the null element for a null pointer.
+///
+/// @raises What the writer raises.
 VXATTRIBUTE_API vxserialize::Writer & operator<<(vxserialize::Writer & writer,
                                                  AttributeNamePackage::Ptr const & package);
 
 /// Reads a package or a null pointer. When it raises, `package` is as it was.
+///
+/// @raises As `AttributeNamePackage::create` with a reader.
 VXATTRIBUTE_API vxserialize::Reader & operator>>(vxserialize::Reader & reader,
                                                  AttributeNamePackage::Ptr & package);
 

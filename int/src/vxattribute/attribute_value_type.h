@@ -17,6 +17,14 @@ namespace vxattribute {
 /// The constants are the only objects of this class; hold them by reference or pointer. The numbers
 /// are stored data: they are written to streams and order values of different types. Numbers are
 /// usable before any load-time code has run, names from load on.
+///
+///     if (value.type() == ValueTypeId::typeString) { ... }
+///     switch (value.type().id()) { case ValueTypeId::eId_Uuid: ... }
+///
+/// Cost. Comparing types is comparing pointers or numbers; nothing here allocates. To run code per
+/// element type, see `visit_elements` in elements.h.
+///
+/// Threads. The constants never change.
 class VXATTRIBUTE_API ValueTypeId {
   public:
     /// The numbers, from 0 without gaps.
@@ -35,6 +43,7 @@ class VXATTRIBUTE_API ValueTypeId {
 #undef VX_ELEMENT_TYPE
         ;
 
+    /// The constants, one per type. References to them are valid as long as the library is loaded.
     static ValueTypeId const typeNull;
 #define VX_ELEMENT_TYPE(number, Id, ...) static ValueTypeId const type##Id;
 #include "vxattribute/element_type_table.inc"
@@ -46,19 +55,22 @@ class VXATTRIBUTE_API ValueTypeId {
     /// The constant with that number.
     ///
     /// @raises error.vxattribute.value.type.unknown: `id` is below 0, or `count` and above.
+    /// @cost   One access to a table.
     static ValueTypeId const & from_id(EId id);
 
-    /// The number.
+    /// The number, as written to streams.
     EId id() const noexcept {
         return m_id;
     }
 
-    /// The name, such as "UUID". It lives as long as the process.
+    /// The name, such as "UUID", as it appears in messages and rendered text. It lives as long as
+    /// the process and may be used at its end too.
     std::string const & name() const noexcept {
         return *m_name;
     }
 
-    /// The difference of the two numbers: negative, 0 or positive.
+    /// The difference of the two numbers: negative, 0 or positive. This is how values of different
+    /// types are ordered.
     int compare(ValueTypeId const & other) const noexcept {
         return m_id - other.m_id;
     }
@@ -78,6 +90,8 @@ class VXATTRIBUTE_API ValueTypeId {
 };
 
 /// Inserts the name as a std::string is inserted: width and fill of the stream apply.
+///
+/// @raises What the stream raises.
 VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream, ValueTypeId const & type);
 
 namespace impl {

@@ -5,16 +5,26 @@
 
 #include <initializer_list>
 
-/// Values and maps from lists in braces. Free functions, because braces on the classes must copy.
+/// Values and maps from lists in braces. They are free functions, because `AttributeValue{value}`
+/// and `AttributeMap{map}` must be copies, not lists of one element.
+///
+/// Errors. All raise std::bad_alloc, and what copying an element raises.
 namespace vxattribute {
 
 /// A map of the attributes. The last one wins where names are equal.
 ///
 ///     AttributeMap const server = make_map({{"host", "localhost"}, {"port", 8080}});
+///
+/// @cost  A copy of each attribute, since braces cannot be moved from, and O(log n) to place it. In
+///        a loop, make the names once: "host" is interned at each call.
 VXATTRIBUTE_API AttributeMap make_map(std::initializer_list<Attribute> attributes);
 
-/// A value with copies of the elements. This is the cheapest way to build a list: its elements take
-/// one block of exactly their size.
+/// A value with copies of the elements. This is the cheapest way to build a list: two or more
+/// elements take one object and one block of exactly their size. One element makes the same value
+/// as `AttributeValue(element)`, and none the empty value of the type.
+///
+/// @tparam T  Named by the caller, or taken from the span.
+/// @raises std::length_error: more than 2^32 - 1 elements.
 template <impl::ElementType T>
 AttributeValue make_list(std::span<T const> elements) {
     impl::ValueHolder holder(

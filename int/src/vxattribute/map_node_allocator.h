@@ -1,6 +1,9 @@
 #pragma once
 
 /// Memory of a map's nodes. Include "vxattribute/attribute_map.h" instead.
+///
+/// Each holder of a map's content has an arena, declared before the tree that uses it. A holder for
+/// a known number of elements announces it with `expect`, so that all nodes are in one run.
 
 #include <cstddef>
 #include <new>
@@ -11,20 +14,30 @@ namespace vxattribute::impl {
 ///
 /// Nodes of one map are side by side in the order in which they were made, which spares a walk over
 /// the map most of its cache misses. Runs start at 2 nodes and double up to 256. They are freed
-/// with the arena, not with their nodes.
+/// with the arena, not with their nodes: removing elements from a map returns no memory to the heap
+/// until the map is cleared or destroyed.
 ///
-/// Threads. Belongs to one holder, which is written by one thread at a time.
+/// Cost. O(1) per node and no heap call but one per run. A run takes 16 bytes more than its nodes
+/// on a 64-bit machine.
+///
+/// Threads. Belongs to one holder, which is written by one thread at a time. Nothing is
+/// synchronised.
+///
+///     MapNodeArena arena(3);                    // three nodes in one run
+///     void * const node = arena.allocate(64);
+///     arena.free(node);
 class MapNodeArena {
   public:
     /// Empty; the first node takes the first run.
     MapNodeArena() noexcept = default;
 
-    /// Makes its first run for `count` nodes.
+    /// The first run will be for `count` nodes. Takes no memory yet.
     explicit MapNodeArena(std::size_t count) noexcept { expect(count); }
 
     MapNodeArena(MapNodeArena const &) = delete;
     MapNodeArena & operator=(MapNodeArena const &) = delete;
 
+    /// Frees all runs. Objects in them must be destroyed already.
     ~MapNodeArena() { release_runs(); }
 
     /// Memory for a node of `size` bytes: a freed node, the next place of the run, or a new run.
@@ -46,17 +59,21 @@ class MapNodeArena {
         return node;
     }
 
-    /// Keeps the memory of a node that `allocate` returned for the next one.
+    /// Keeps the memory of a node that `allocate` returned for the next one: the node freed last is
+    /// reused first.
+    ///
+    /// @param node  From this arena, its object destroyed. Its first bytes are overwritten.
     void free(void * node) noexcept { m_free = ::new (node) Node{m_free}; }
 
-    /// Announces `count` nodes: the next run is made for exactly as many. 0 changes nothing.
+    /// Announces `count` nodes: the next run is made for exactly as many, even above 256. Later
+    /// runs follow the rule of the class. Takes no memory yet. 0 changes nothing.
     void expect(std::size_t count) noexcept {
         if (count != 0) {
             m_runNodes = count;
         }
     }
 
-    /// Frees all runs.
+    /// Frees all runs. The arena is then as a default one and can be used again. O(number of runs).
     ///
     /// @pre  No node is in use.
     void release_runs() noexcept {
@@ -82,6 +99,8 @@ class MapNodeArena {
     /// Bytes before the first node of a run, which keep its alignment.
     static constexpr std::size_t head_size = alignof(std::max_align_t);
 
+    /// Takes a run of `m_runNodes` nodes from the heap and continues there. Changes nothing when
+    /// the heap raises.
     void add_run(std::size_t size) {
         void * const block = ::operator new(head_size + m_runNodes * size);
         m_runs = ::new (block) Node{m_runs};
@@ -101,6 +120,10 @@ class MapNodeArena {
 ///
 /// The arena must outlive the tree. Allocators of one arena are equal, so trees that share an arena
 /// can exchange nodes.
+///
+/// It meets the requirements of a standard allocator for node-based containers, whose nodes have
+/// one size. It is not for containers that allocate arrays. Assignment and exchange of trees leave
+/// each its own allocator.
 template <typename T>
 class MapNodeAllocator {
   public:
@@ -122,12 +145,14 @@ class MapNodeAllocator {
     }
 
     /// Memory for one node; a tree never asks for more at once.
+    ///
+    /// @raises std::bad_alloc: no memory for a node, or for a run of the arena.
     T * allocate(std::size_t) {
         return static_cast<T *>(m_arena != nullptr ? m_arena->allocate(sizeof(T))
                                                    : ::operator new(sizeof(T)));
     }
 
-    /// Gives the memory of one node back.
+    /// Returns the memory of one node to the arena, or to the heap when there is none.
     void deallocate(T * node, std::size_t) noexcept {
         if (m_arena != nullptr) {
             m_arena->free(node);
@@ -136,9 +161,10 @@ class MapNodeAllocator {
         }
     }
 
-    /// Null when there is none.
+    /// The arena; null when there is none.
     MapNodeArena * arena() const noexcept { return m_arena; }
 
+    /// True when each can free what the other allocated.
     template <typename U>
     bool operator==(MapNodeAllocator<U> const & other) const noexcept {
         return m_arena == other.arena();

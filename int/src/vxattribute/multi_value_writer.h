@@ -8,12 +8,20 @@ namespace impl {
 
 /// Builds the elements of one value in place.
 ///
-/// It refers to the value, which must outlive it and must not be changed by other means meanwhile.
-/// The first element uses the storage of lone elements; the second moves the value to its shared
-/// form. If all elements are known in advance, `make_list` is cheaper.
+/// It refers to the value, which must outlive it and must not be changed or copied by other means
+/// meanwhile: the writer writes in place and does not check again whether the value is shared.
+/// There is nothing to finish; the value has the elements as they are added.
 ///
-/// Arguments may be elements of the value itself. When an operation raises, the value keeps its
-/// elements. Pointers and references to elements are invalid after any operation.
+/// Cost. The first element uses the storage of lone elements; the second moves the value to its
+/// shared form, with one allocation for the object and one for a block. The block then doubles when
+/// it is full. Call `reserve` when the number of elements is known. If all elements are known in
+/// advance, `make_list` is cheaper.
+///
+/// Threads. Belongs to the thread that may write the value.
+///
+/// Errors. Arguments may be elements of the value itself. All operations raise std::bad_alloc and
+/// what copying an element raises; the value then keeps its elements. Pointers and references to
+/// elements are invalid after any operation.
 ///
 ///     auto writer = value.multivalue_writer<double>();
 ///     writer.push_back(1.5);
@@ -21,9 +29,13 @@ namespace impl {
 template <typename T>
 class MultiValueWriter {
   public:
+    /// What `push_back` takes: `T`, or a (data, size) pair for texts, made from any text.
     using Arg = ElementArg<T>;
 
-    /// As AttributeValue::multivalue_writer, which is the way to make one.
+    /// As AttributeValue::multivalue_writer, which is the way to make one. Makes the value
+    /// unshared, with a copy of its elements if it was shared; elements that it has are kept.
+    ///
+    /// @raises error.vxattribute.value.type.mismatch: the value is of another type and not null.
     explicit MultiValueWriter(AttributeValue & value) : m_holder(&value.m_holder) {
         if (value.type() == ValueTypeTraits<T>::type()) {
             (*m_holder)->prepare_write(*m_holder);
@@ -50,7 +62,8 @@ class MultiValueWriter {
         }
     }
 
-    /// Makes room for `n` elements in total.
+    /// Makes room for `n` elements in total. Up to that number, `push_back` allocates nothing for
+    /// the block. A smaller number changes nothing.
     void reserve(unsigned int n) {
         if (n > 1) {
             (*m_holder)->promote_to_multivalue(*m_holder);
@@ -58,7 +71,8 @@ class MultiValueWriter {
         target().reserve(n);
     }
 
-    /// Replaces the elements by copies of [first, last).
+    /// Replaces the elements by copies of [first, last), which may lie in the value. An empty range
+    /// makes the value empty.
     ///
     /// @raises std::length_error: more than 2^32 - 1 elements.
     void assign(T const * first, T const * last) {
@@ -70,8 +84,10 @@ class MultiValueWriter {
     }
 
   private:
+    /// The object in the holder, which every promotion may replace.
     TypedValue<T> & target() noexcept { return static_cast<TypedValue<T> &>(*m_holder->get()); }
 
+    /// Appends to a lone element: the value becomes a multi-value first.
     void append_second(Arg const & x) {
         if constexpr (std::is_same_v<Arg, T>) {
             // `x` may be the one element, which the promotion copies to another object.
@@ -89,6 +105,7 @@ class MultiValueWriter {
 
 } // namespace impl
 
+// Declared in attribute_value.h. Defined here, so that values can be used without this class.
 template <impl::ElementType T>
 impl::MultiValueWriter<T> AttributeValue::multivalue_writer() {
     return impl::MultiValueWriter<T>(*this);

@@ -15,21 +15,28 @@ namespace vxattribute::impl {
 /// quarter of the slots are used, and the hash of a name is keyed and stored with its token. So
 /// most searches end at the first slot, and none reads characters. The table has a fixed size, and
 /// nothing is ever removed.
+///
+/// Every call must pass the same list, whose first `count` names stay as they were inserted.
+///
+/// Cost. 16 to 32 bytes per name, in one allocation. `insert` and `find` are O(1) on average. The
+/// key is a secret of the process, so names cannot be chosen to collide.
+///
+/// Threads. `find` may be called from many threads.
 class NameIndex {
   public:
     /// Not a position: the name is absent.
     static constexpr unsigned int sm_none = 0xFFFFFFFF;
 
-    /// A table for `count` names.
+    /// A table for `count` names, still without any.
     ///
-    /// @raises std::length_error: 2^32 - 1 names or more.
+    /// @raises std::length_error: 2^32 - 1 names or more; std::bad_alloc.
     explicit NameIndex(std::size_t count);
 
     /// Inserts `names[position]`. Returns false and changes nothing when that name is present. At
     /// most as many calls as the constructor's `count`.
     bool insert(AttributeName const * names, unsigned int position) noexcept;
 
-    /// The position of the name, or `sm_none`.
+    /// The position of the name, or `sm_none`. Tokens are compared, not characters.
     unsigned int find(AttributeName const * names, AttributeName const & name) const noexcept {
         return m_slots[slot_of(names, name)];
     }

@@ -28,32 +28,41 @@ class TraceFormatterImpl;
 ///
 /// Trace text is for people: do not parse it.
 ///
+/// Cost. A formatter is one pointer wide. Make one per purpose and keep it; making one copies all
+/// settings. Limits bound the text: what is left out is shown as a number of elements or bytes.
+///
+/// Errors. The accessors raise nothing. Rendering raises what the stream raises, if its exceptions
+/// are enabled, and std::bad_alloc; part of the text may have been written by then.
+///
 /// Threads. Any number of threads may use one formatter. Use a Composer from one thread only.
 class VXATTRIBUTE_API TraceFormatter {
   public:
     class Composer;
     class ListParams;
 
-    /// Shares the default settings, which are those of `defaultTraceFormatter`.
+    /// Shares the default settings, which are those of `defaultTraceFormatter`. Usable before the
+    /// load-time code of this library has run; the settings are then made anew.
     TraceFormatter();
 
+    /// Copies share the settings.
     TraceFormatter(TraceFormatter const &) noexcept = default;
     TraceFormatter & operator=(TraceFormatter const &) noexcept = default;
     ~TraceFormatter() = default;
 
-    // The settings. The default is at the end of each description.
+    // The settings. The default is at the end of each description. References are valid as long as
+    // any formatter with these settings lives.
 
-    /// Write the type name around each value. true
+    /// Write the type name around each value, as in [Integer: {5}]. true
     bool show_type() const noexcept;
     /// Sort the elements of each map by the bytes of their names, with one allocation per map.
     /// Otherwise they are in map order, which differs from process to process. false
     bool sorted_names() const noexcept;
-    /// Most elements shown of one value. 32
+    /// Most elements shown of one value. The number of the others follows. 32
     unsigned int max_multivalue_count() const noexcept;
     /// A list of strings has a line for each string when any but the first has so many bytes, or
     /// any holds a line feed. 128
     unsigned int multiline_length_threshold() const noexcept;
-    /// Most bytes shown of one string. 4096
+    /// Most bytes shown of one string, less where the limit is within a UTF-8 sequence. 4096
     unsigned int max_string_len() const noexcept;
     /// Most bytes shown of one binary value; 0 shows only its size. 256
     unsigned int max_binary_value_dump_bytes() const noexcept;
@@ -68,33 +77,42 @@ class VXATTRIBUTE_API TraceFormatter {
     /// Lists of all types that have no setting of their own. {1, 2}
     ListParams const & list_default() const noexcept;
     /// Lists of maps, of strings on one line and on lines of their own, of dumps, of errors.
+    /// Strings on one line are like list_default; the others put braces and comma on lines of their
+    /// own.
     ListParams const & list_map() const noexcept;
     ListParams const & list_string_simple() const noexcept;
     ListParams const & list_string_multiline() const noexcept;
     ListParams const & list_binary_value_dump() const noexcept;
     ListParams const & list_error_info() const noexcept;
-    /// Around the name and the value of a map's element.
+    /// Around the name and the value of a map's element. A new line with 'name' => before the
+    /// value, and nothing after it
     vxcore::SourceString const & map_element_prefix() const noexcept;
     vxcore::SourceString const & map_name_value_separator() const noexcept;
     vxcore::SourceString const & map_element_suffix() const noexcept;
-    /// Around a multi-line string, and between two of its lines.
+    /// Around a multi-line string, and between two of its lines. Each line in double quotes, two
+    /// blanks in
     vxcore::SourceString const & multiline_string_prefix() const noexcept;
     vxcore::SourceString const & multiline_string_newline() const noexcept;
     vxcore::SourceString const & multiline_string_suffix() const noexcept;
-    /// The same for the dump of a binary value.
+    /// The same for the dump of a binary value. Each line two blanks in
     vxcore::SourceString const & binary_value_dump_prefix() const noexcept;
     vxcore::SourceString const & binary_value_dump_newline() const noexcept;
     vxcore::SourceString const & binary_value_dump_suffix() const noexcept;
-    /// Before each line of an error.
+    /// Before each line of an error. A new line and two blanks
     vxcore::SourceString const & error_info_line_prefix() const noexcept;
 
-    // For the renderers of other types.
+    // For the renderers of other types. All write unformatted: flags and width of the stream do not
+    // apply. They return the stream.
 
-    /// Starts a new line: writes `line_prefix`, then `indent` `level` times. Returns the stream.
+    /// Starts a new line: writes `line_prefix`, then `indent` `level` times.
+    ///
+    /// @param level  Maps around what is rendered; 0 outside of any.
     std::ostream & indented(std::ostream & stream, unsigned int level) const;
 
     /// Writes a text, calling `indented` in place of each line feed. A carriage return before a
     /// line feed or at the end is dropped.
+    ///
+    /// @param size  In bytes; `data` needs no terminator.
     std::ostream & render_indented(std::ostream & stream, unsigned int level, char const * data,
                                    unsigned int size) const;
 
@@ -108,13 +126,20 @@ class VXATTRIBUTE_API TraceFormatter {
     /// The base class of the settings: a complete type wherever a formatter is copied.
     using Settings = vxcore::RefCounted<vxcore::AtomicRefCount>;
 
+    /// @param settings  Not null; a TraceFormatterImpl.
     explicit TraceFormatter(vxcore::RefCountPtr<Settings const> settings) noexcept
         : m_settings(std::move(settings)) {}
 
     vxcore::RefCountPtr<Settings const> m_settings;
 };
 
-/// The frame of a list of elements: what is written before, between and after them. A plain value.
+/// The frame of a list of elements: what is written before, between and after them.
+///
+///     using Text = vxcore::SourceString;
+///     TraceFormatter::ListParams frame(Text("<", true), Text("; ", true), Text(">", true), false);
+///     // 5 is written as 5, and 5, 6 as <5; 6>
+///
+/// A plain value. Copying counts references at most and raises nothing.
 class VXATTRIBUTE_API TraceFormatter::ListParams {
   public:
     /// @param showForScalar  When false, a value of exactly one element has no prefix or suffix.
@@ -123,8 +148,10 @@ class VXATTRIBUTE_API TraceFormatter::ListParams {
         : m_prefix(std::move(prefix)), m_separator(std::move(separator)),
           m_suffix(std::move(suffix)), m_showForScalar(showForScalar) {}
 
+    /// Exchanges all parts.
     void swap(ListParams & other) noexcept { std::swap(*this, other); }
 
+    /// The parts. References are valid until the object is changed or destroyed.
     vxcore::SourceString const & prefix() const noexcept { return m_prefix; }
 
     vxcore::SourceString const & separator() const noexcept { return m_separator; }
@@ -133,6 +160,7 @@ class VXATTRIBUTE_API TraceFormatter::ListParams {
 
     bool show_for_scalar() const noexcept { return m_showForScalar; }
 
+    /// Replace one part. They return this object, so that calls can be chained.
     ListParams & prefix(vxcore::SourceString value) noexcept {
         m_prefix.swap(value);
         return *this;
@@ -164,6 +192,13 @@ class VXATTRIBUTE_API TraceFormatter::ListParams {
 ///
 /// Ends with `compose()`: every call after it raises std::logic_error. A copy of a Composer shares
 /// its settings, so do not use either of them after one has called `compose()`.
+///
+///     TraceFormatter const oneLine = TraceFormatter::Composer(base)
+///                                        .show_type(false)
+///                                        .max_string_len(80)
+///                                        .compose();
+///
+/// Text settings that are literals cost nothing: pass `vxcore::SourceString("text", true)`.
 class VXATTRIBUTE_API TraceFormatter::Composer {
   public:
     /// Starts from the defaults.
@@ -172,7 +207,10 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
     /// Starts from the settings of `base`, which does not change.
     explicit Composer(TraceFormatter const & base);
 
-    // The setters. Each is named after the accessor of TraceFormatter and returns this object.
+    // The setters. Each is named after the accessor of TraceFormatter and returns this object. Any
+    // value is allowed; an empty text writes nothing.
+    //
+    // @raises std::logic_error: `compose()` was called.
 
     Composer & show_type(bool value);
     Composer & sorted_names(bool value);
@@ -201,10 +239,13 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
     Composer & binary_value_dump_suffix(vxcore::SourceString value);
     Composer & error_info_line_prefix(vxcore::SourceString value);
 
-    /// Moves the settings into a formatter.
+    /// Moves the settings into a formatter. No allocation.
+    ///
+    /// @raises std::logic_error: called before.
     TraceFormatter compose();
 
   private:
+    /// The settings; raises when they were moved out.
     impl::TraceFormatterImpl & settings();
 
     vxcore::RefCountPtr<Settings> m_settings;
@@ -215,7 +256,8 @@ class VXATTRIBUTE_API TraceFormatter::Composer {
 /// depth, since each line is indented by it.
 inline constexpr unsigned int max_trace_depth = 256;
 
-/// The formatter that the library itself uses.
+/// The formatter that the library itself uses: in `to_text`, in the stream operator of Attribute,
+/// and in messages of Query. Its settings are the defaults and cannot be changed.
 extern VXATTRIBUTE_API TraceFormatter const & defaultTraceFormatter;
 
 } // namespace vxattribute
