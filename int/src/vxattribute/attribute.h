@@ -21,7 +21,7 @@ namespace vxattribute {
 /// Threads. Separate objects may be used from separate threads even when they share content. One
 /// object: many readers or one writer.
 ///
-/// Errors. Copying raises what copying the value raises: std::bad_alloc, mostly.
+/// Errors. Copying raises what copying the value raises, such as std::bad_alloc.
 class VXATTRIBUTE_API Attribute {
   public:
     /// The empty name and the null value.

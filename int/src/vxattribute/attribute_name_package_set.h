@@ -92,8 +92,8 @@ class VXATTRIBUTE_API AttributeNamePackageSet final
     Packages m_packages;
 };
 
-/// Collects the packages of a set. Null pointers add nothing, nor does a package that is added
-/// again. Use an object from one thread only. An operation that raises changes nothing.
+/// Collects the packages of a set. Null pointers add nothing, and a package added twice is in the
+/// set once. Use an object from one thread only. An operation that raises changes nothing.
 ///
 ///     auto const packages =
 ///         AttributeNamePackageSet::Composer(base).add(network).add(storage).compose();

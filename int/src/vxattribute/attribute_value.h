@@ -15,7 +15,8 @@ namespace impl {
 /// The element type for an argument of type `A`; void when there is none.
 ///
 /// Deliberately narrow: pointers, characters and the 64-bit unsigned types have no element type.
-/// They do not compile, so that none becomes a boolean or a wrong number.
+/// They do not compile, so that none becomes a boolean or a wrong number. Cast such an argument to
+/// the element type that you mean.
 template <typename A>
 struct ArgumentElement {
     static constexpr bool is_character = std::same_as<A, char> || std::same_as<A, wchar_t> ||
@@ -45,7 +46,10 @@ concept ElementArgumentType = !std::is_void_v<ArgumentElementType<A>>;
 /// A text as a (data, size) pair; refers to the caller's text.
 using TextArg = ValueTypeTraits<std::string>::AssignArg;
 
-/// The argument for the factories: an element unchanged, a number widened, a text as a pair.
+/// The argument for the factories: an element unchanged, a number widened, a text as a pair. The
+/// result refers to `a` unless it is a number.
+///
+/// @raises std::length_error: a text is longer than 2^32 - 1 bytes.
 template <ElementArgumentType A>
 decltype(auto) element_argument(A const & a) {
     using T = ArgumentElementType<A>;
@@ -136,10 +140,11 @@ class VXATTRIBUTE_API AttributeValue {
     AttributeValue(char const * data, unsigned int size)
         : AttributeValue(impl::TextArg(data, size)) {}
 
-    /// A scalar that shares the map's storage.
+    /// A scalar that shares the map's storage. Later changes of the map do not show in the value.
     AttributeValue(AttributeMap const & map);
     AttributeValue(MutableAttributeMap const & map);
 
+    /// Gives the elements up. Nested maps of any depth are destroyed without recursion.
     ~AttributeValue() = default;
 
     /// Moves the argument in and releases the old value last. Raises only while a copy is made for
@@ -160,6 +165,7 @@ class VXATTRIBUTE_API AttributeValue {
         return *this;
     }
 
+    /// Makes this a String of the text up to its terminator.
     template <std::same_as<char> Char>
     AttributeValue & operator=(Char const * text) {
         set_string(impl::TextArg(text));
@@ -167,6 +173,8 @@ class VXATTRIBUTE_API AttributeValue {
     }
 
     /// Marks this value as a source to move from: it is null after the receiver took its content.
+    ///
+    /// @keeps  The result refers to this value: use it in the same expression.
     vxcore::TransferSource<AttributeValue> transfer() noexcept {
         return vxcore::TransferSource<AttributeValue>(*this);
     }
@@ -179,6 +187,11 @@ class VXATTRIBUTE_API AttributeValue {
 
     /// Makes this a scalar of the element, whatever its type was before. An unshared value of the
     /// same type is written in place. The element may be one of this value's own.
+    ///
+    /// @cost   No allocation in place, apart from what the element itself needs; otherwise as the
+    ///         constructor.
+    /// @raises What copying the element raises, std::bad_alloc, std::length_error for a text beyond
+    ///         2^32 - 1 bytes. The value is then as it was.
     template <impl::ElementArgumentType A>
     void set(A const & element) {
         set_element<impl::ArgumentElementType<A>>(impl::element_argument(element));
@@ -203,18 +216,19 @@ class VXATTRIBUTE_API AttributeValue {
 
     void set_string(char const * data, unsigned int size) { set_string(impl::TextArg(data, size)); }
 
-    /// Makes this null.
+    /// Makes this null and gives the elements up.
     void set_null() noexcept {
         m_holder.attach(impl::ValueFactory<impl::NullValueType>::create_value());
     }
 
-    /// Removes all elements and keeps the type. Null stays null.
+    /// Removes all elements and keeps the type. Null stays null. Shared elements stay in the other
+    /// copies. An unshared value allocates nothing.
     void clear() { m_holder->clear(m_holder); }
 
     /// The type, a constant of ValueTypeId: the reference is always valid.
     ValueTypeId const & type() const noexcept { return m_holder->type(); }
 
-    /// The number of elements; 0 for null.
+    /// The number of elements; 0 for null. O(1).
     unsigned int size() const noexcept { return m_holder->size(); }
 
     /// True without elements, and for null. Both names mean the same.
@@ -229,13 +243,15 @@ class VXATTRIBUTE_API AttributeValue {
     bool is_multivalue() const noexcept { return size() > 1; }
 
     /// Equal values have equal hashes, except +0.0 and -0.0, which are equal and hash differently.
-    /// O(size()).
+    /// The hash of null and of any value without elements is 0. The hash of a value with maps in it
+    /// differs from process to process, because names are hashed with a secret. O(size()), with the
+    /// bytes of all elements, except those of Serialized and Secured, which store their hash.
     unsigned int hash() const { return m_holder->hash(); }
 
     /// The elements from `pos` on, or `count` of them, as a value of the same type. A subrange of
     /// all elements is a copy of the value; any other copies its elements.
     ///
-    /// @raises std::out_of_range: the range is not within the elements.
+    /// @raises std::out_of_range: the range is not within the elements. `pos` may be `size()`.
     AttributeValue subrange(unsigned int pos) const {
         return AttributeValue(m_holder->subrange(pos), impl::ValueAttachTag());
     }
@@ -244,7 +260,10 @@ class VXATTRIBUTE_API AttributeValue {
         return AttributeValue(m_holder->subrange(pos, count), impl::ValueAttachTag());
     }
 
-    /// Inserts the value as text for people, at that level of indentation; see TraceFormatter.
+    /// Inserts the value as text for people, at that level of indentation; see TraceFormatter. For
+    /// a string with the default settings, call `to_text`.
+    ///
+    /// @raises What the stream raises; part of the text may have been written by then.
     void write_trace(std::ostream & stream, TraceFormatter const & formatter,
                      unsigned int indent) const {
         m_holder->write_trace(stream, formatter, indent);
@@ -297,16 +316,17 @@ class VXATTRIBUTE_API AttributeValue {
 
     /// Orders all values: by type number, then element by element, a prefix first. Only the sign
     /// counts within a type; between types the result is the difference of their numbers. A NaN
-    /// compares 0 with any double.
+    /// compares 0 with any double. O(size()) up to the first difference.
     int compare(AttributeValue const & other) const {
         return m_holder->compare(*other.m_holder.get());
     }
 
-    /// As `compare`, but without regard to ASCII case when both values are Strings.
+    /// As `compare`, but without regard to ASCII case when both values are Strings. Strings inside
+    /// maps, and names, keep their case.
     int compare_nocase_ascii(AttributeValue const & other) const;
 
     /// Same type and equal elements. Not always `compare` == 0: a NaN equals nothing, not even its
-    /// own copy.
+    /// own copy. Values of different types or sizes cost O(1).
     friend bool operator==(AttributeValue const & a, AttributeValue const & b) {
         return a.m_holder->equal(*b.m_holder.get());
     }
@@ -332,17 +352,20 @@ class VXATTRIBUTE_API AttributeValue {
     template <typename T>
     friend class impl::MultiValueWriter;
 
+    /// Adopts `value`.
     AttributeValue(impl::ValueBase * value, impl::ValueAttachTag) noexcept : m_holder(value) {}
 
     explicit AttributeValue(impl::TextArg const & text)
         : m_holder(impl::ValueFactory<std::string>::create_value(text)) {}
 
+    /// The representation, after a check of the type.
     template <typename T>
     impl::TypedValue<T> const & typed() const {
         throw_if_not_type(impl::ValueTypeTraits<T>::type());
         return static_cast<impl::TypedValue<T> const &>(*m_holder.get());
     }
 
+    /// Writes in place when the type is the same, and otherwise makes a new representation.
     template <typename T>
     void set_element(impl::ElementArg<T> const & element) {
         if (type() == impl::ValueTypeTraits<T>::type()) {

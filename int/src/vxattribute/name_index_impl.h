@@ -16,7 +16,7 @@ namespace vxattribute::impl {
 /// most searches end at the first slot, and none reads characters. The table has a fixed size, and
 /// nothing is ever removed.
 ///
-/// Every call must pass the same list, whose first `count` names stay as they were inserted.
+/// Every call must pass the same list of names, unchanged.
 ///
 /// Cost. 16 to 32 bytes per name, in one allocation. `insert` and `find` are O(1) on average. The
 /// key is a secret of the process, so names cannot be chosen to collide.

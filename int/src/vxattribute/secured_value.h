@@ -47,7 +47,7 @@ class VXATTRIBUTE_API SecuredValue {
     class KeyId;
     class ICipher;
     class ICipherProvider;
-    /// Sealed or opened bytes; null counts as none.
+    /// Sealed or opened bytes; null counts as none. Copies share the bytes.
     using Ciphertext = vxcore::RefCountPtr<vxserialize::MemoryList const>;
     /// A cipher, and what keeps it alive; nothing for those of this library.
     using Owner = vxcore::RefCountPtr<vxcore::RefCounted<vxcore::AtomicRefCount> const>;
@@ -55,8 +55,11 @@ class VXATTRIBUTE_API SecuredValue {
     /// A failure that is reported instead of raised.
     using ErrorPtr = vxcore::RefCountPtr<vxcore::ErrorInfo const>;
 
-    /// Which key sealed a value: a category and an id within it. The library only stores and
-    /// compares it.
+    /// Which key sealed a value: a category and an id within it, such as the store that has the key
+    /// and its UUID there. The library only stores and compares it. It is in clear text and not
+    /// authenticated, so treat it as a hint.
+    ///
+    /// Threads. One object: many readers or one writer.
     class VXATTRIBUTE_API KeyId {
       public:
         /// No category and the nil id, or the given parts.
@@ -84,7 +87,8 @@ class VXATTRIBUTE_API SecuredValue {
         /// Equal ids have equal hashes. O(size of the category).
         unsigned int hash() const noexcept;
 
-        /// A record of the category and the instance id. When reading raises, the id is as it was.
+        /// A record of the category and the instance id. They raise what reader and writer raise;
+        /// when reading raises, the id is as it was.
         void read(vxserialize::Reader & reader);
         void write(vxserialize::Writer & writer) const;
 
@@ -93,7 +97,7 @@ class VXATTRIBUTE_API SecuredValue {
             return a.m_instanceId == b.m_instanceId && a.m_category == b.m_category;
         }
 
-        /// By instance id, then by the bytes of the category.
+        /// By instance id, then by the unsigned bytes of the category.
         [[nodiscard]] friend bool operator<(KeyId const & a, KeyId const & b) noexcept {
             return a.m_instanceId == b.m_instanceId ? a.m_category < b.m_category
                                                     : a.m_instanceId < b.m_instanceId;
@@ -116,6 +120,9 @@ class VXATTRIBUTE_API SecuredValue {
         vxcore::Uuid m_instanceId;
     };
 
+    // The ciphers and providers of this library. They are static objects and may be used from any
+    // thread, once load-time code has run.
+
     /// "EAX_AES128": AES-EAX with a key of 16 bytes.
     static ICipher const & default_cipher() noexcept;
 
@@ -123,13 +130,14 @@ class VXATTRIBUTE_API SecuredValue {
     /// only.
     static ICipherProvider const & default_cipher_provider() noexcept;
 
-    /// Knows "EAX_AES128" and "EAX_AES256": what opens with it was sealed with the key.
+    /// Knows "EAX_AES128" and "EAX_AES256", with a key of 32 bytes. What opens with it was sealed
+    /// by someone with the key.
     static ICipherProvider const & strict_cipher_provider() noexcept;
 
     /// Empty: no cipher, no key id, nothing sealed.
     SecuredValue() = default;
 
-    /// Reads what `write` wrote.
+    /// Reads what `write` wrote. Nothing is checked: see `read`.
     explicit SecuredValue(vxserialize::Reader & reader) { read(reader); }
 
     /// Seals `value` under `key`. The nonce comes from the default random provider, or from
@@ -148,14 +156,15 @@ class VXATTRIBUTE_API SecuredValue {
                  vxcrypto::Key const & key, ICipher const & cipher,
                  vxcrypto::IRandomProvider & random);
 
-    /// Seals a key under another one. No copy of it stays in memory, also when sealing fails.
+    /// Seals a key under another one. No copy of it stays in memory, also when sealing fails. It is
+    /// sealed as a value of one Binary; open it with `extract_binary_as_key`.
     SecuredValue(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher);
     SecuredValue(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
                  vxcrypto::Key const & key, ICipher const & cipher,
                  vxcrypto::IRandomProvider & random);
 
-    /// A copy shares the sealed bytes. A source that was moved from is empty.
+    /// A copy shares the sealed bytes and keeps the hash. A source that was moved from is empty.
     SecuredValue(SecuredValue const & other);
 
     SecuredValue(SecuredValue && other) noexcept { swap(other); }
@@ -164,7 +173,8 @@ class VXATTRIBUTE_API SecuredValue {
     SecuredValue & operator=(SecuredValue && other) noexcept;
     ~SecuredValue() = default;
 
-    /// Seals as the constructors do and replaces this value.
+    /// Seals as the constructors do and replaces this value. When sealing raises, this value is as
+    /// it was.
     void set(AttributeValue const & value, std::string annotation, KeyId key_id,
              vxcrypto::Key const & key, ICipher const & cipher);
     void set(AttributeValue const & value, std::string annotation, KeyId key_id,
@@ -174,7 +184,7 @@ class VXATTRIBUTE_API SecuredValue {
     void set(vxcrypto::Key const & key_to_wrap, std::string annotation, KeyId key_id,
              vxcrypto::Key const & key, ICipher const & cipher, vxcrypto::IRandomProvider & random);
 
-    /// Makes it an empty value.
+    /// Makes it an empty value. The sealed bytes stay in its copies.
     void clear() noexcept { SecuredValue().swap(*this); }
 
     /// Exchanges all parts.
@@ -191,23 +201,31 @@ class VXATTRIBUTE_API SecuredValue {
     /// The sealed bytes; null in an empty value.
     Ciphertext const & ciphertext() const noexcept VXCORE_LIFETIMEBOUND { return m_ciphertext; }
 
-    /// True when the sealed bytes belong to this key and annotation. Nothing is deciphered.
+    /// True when the sealed bytes belong to this key and annotation. Nothing is deciphered. With
+    /// the "NULL" cipher and an empty key it is true for any bytes: pass the strict provider for
+    /// values from untrusted sources.
     ///
     /// @param provider  Finds the cipher; the short form takes `default_cipher_provider()`.
     /// @cost   O(size); no byte is copied.
     /// @raises error.vxattribute.value.secured.cipher.unknown: the provider has no such cipher.
     /// @raises error.vxattribute.value.secured.keysize: `key` is not of the cipher's size.
-    /// @raises error.vxattribute.value.secured.ciphertext: fewer bytes than any sealed value has.
+    /// @raises error.vxattribute.value.secured.ciphertext: fewer bytes than any sealed value has,
+    ///         which are the 32 of nonce and tag.
     [[nodiscard]] bool authenticate(vxcrypto::Key const & key) const;
     [[nodiscard]] bool authenticate(vxcrypto::Key const & key,
                                     ICipherProvider const & provider) const;
 
     /// The value that was sealed. Nothing is deciphered before the check has passed.
     ///
+    ///     SecuredValue::ErrorPtr error;
+    ///     auto const opened = sealed.extract(key, SecuredValue::strict_cipher_provider(), &error);
+    ///     if (error) { ... } // opened is null then, but null may also have been sealed
+    ///
     /// @param error  Receives the failure, and the result is null. Null means to raise the failure.
     ///               On success `*error` is not touched.
     /// @raises As `authenticate`; error.vxattribute.value.secured.authentication: a wrong key, or
     ///         parts that were tampered with; what reading the opened bytes raises.
+    /// @cost   O(size), with one copy of the bytes, which is not wiped.
     [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key, ErrorPtr * error) const;
     [[nodiscard]] AttributeValue extract(vxcrypto::Key const & key,
                                          ICipherProvider const & provider, ErrorPtr * error) const;
@@ -232,7 +250,7 @@ class VXATTRIBUTE_API SecuredValue {
                                                       ErrorPtr * error) const;
 
     /// A record of annotation, cipher id, key id and sealed bytes: see docs/formats/values.md. What
-    /// is read is not checked, which takes the key.
+    /// is read is not checked, which takes the key. They raise what reader and writer raise.
     void read(vxserialize::Reader & reader);
     void write(vxserialize::Writer & writer) const;
 
@@ -240,7 +258,7 @@ class VXATTRIBUTE_API SecuredValue {
     unsigned int hash() const noexcept;
 
     /// By the sealed bytes, then annotation, cipher id and key id. Only the sign of the result
-    /// counts.
+    /// counts. Not in constant time: it compares public bytes, and no key is involved.
     [[nodiscard]] int compare(SecuredValue const & other) const noexcept;
 
     /// The order of `compare`, all parts equal for `==`.
@@ -270,6 +288,7 @@ class VXATTRIBUTE_API SecuredValue {
               vxcrypto::Key const & key, ICipher const & cipher,
               vxcrypto::IRandomProvider & random);
 
+    /// In bytes; 0 for none.
     unsigned int ciphertext_size() const noexcept;
 
     std::string m_annotation;
@@ -281,15 +300,25 @@ class VXATTRIBUTE_API SecuredValue {
 
 /// A way of sealing, for implementing ciphers of one's own. It holds no key and may be used from
 /// any thread. The destructor is protected: never delete through this interface.
+///
+/// An implementation is used for sealing by passing it to a constructor or `set`, and for opening
+/// through an ICipherProvider that finds it by its id. The functions that take a key raise when its
+/// size is not `keysize()`; what they raise passes through SecuredValue.
 class SecuredValue::ICipher {
   public:
-    /// The id that sealed values store.
+    /// The id that sealed values store. It is stored data: never change it. Valid as long as the
+    /// cipher.
     virtual std::string const & cipher_id() const = 0;
 
     /// The size of its keys, in bytes.
     virtual unsigned int keysize() const = 0;
 
-    /// The sealed bytes of `plaintext`, which is not changed. Raises when the key has another size.
+    /// The sealed bytes of `plaintext`, which is not changed. The caller may wipe `plaintext`
+    /// afterwards, so the result must not share its memory; it may be the same list, which is then
+    /// copied.
+    ///
+    /// @param annotation  To be authenticated with the data.
+    /// @param random      For the nonce.
     virtual Ciphertext encrypt(Ciphertext const & plaintext, std::string const & annotation,
                                vxcrypto::Key const & key,
                                vxcrypto::IRandomProvider & random) const = 0;
@@ -312,10 +341,12 @@ class SecuredValue::ICipher {
     ~ICipher() = default;
 };
 
-/// Finds ciphers by their ids. The destructor is protected: never delete through this interface.
+/// Finds ciphers by their ids, for programs with ciphers of their own or that allow only some. May
+/// be used from any thread. The destructor is protected: never delete through this interface.
 class SecuredValue::ICipherProvider {
   public:
-    /// The cipher of that id, by exact bytes; an empty pointer when the id is unknown.
+    /// The cipher of that id, by exact bytes; an empty pointer when the id is unknown. The owner in
+    /// the pointer keeps the cipher alive during the operation; static ciphers need none.
     virtual CipherPtr find_cipher(std::string const & cipher_id) const = 0;
 
   protected:
@@ -329,11 +360,12 @@ class SecuredValue::ICipherProvider {
 VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream, SecuredValue::KeyId const & id);
 
 /// Inserts the annotation, cut at 256 bytes, the cipher id, the key id and the number of sealed
-/// bytes, but none of these bytes.
+/// bytes, but none of these bytes. Do not put secrets into annotations: they appear in logs.
 VXATTRIBUTE_API std::ostream & operator<<(std::ostream & stream, SecuredValue const & value);
 
 namespace impl {
 
+/// The rules of the element type: see value_type_traits.h.
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<SecuredValue> : ObjValueTypeTraits<SecuredValue> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeSecured; }
