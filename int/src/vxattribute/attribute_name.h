@@ -118,7 +118,7 @@ class VXATTRIBUTE_API AttributeName {
 
     unsigned int size() const noexcept { return static_cast<unsigned int>(value().size()); }
 
-    /// True for the name without characters.
+    /// True for the name without characters, which a map may contain like any other.
     bool empty() const noexcept { return m_key.key_value() == nullptr; }
 
     /// Makes it the empty name.
@@ -200,6 +200,9 @@ concept StaticName = std::is_same_v<Name const, AttributeName const>;
 
 /// Comparisons with a static instance, without a copy of its name.
 ///
+///     vxcore::StaticInstance<AttributeName const> const port("port"); // at namespace scope
+///     if (attribute.name() == port) { ... }
+///
 /// @raises error.vxcore.destroyed: the instance was destroyed.
 template <StaticName Name>
 bool operator==(AttributeName const & a, vxcore::StaticInstance<Name> const & b) {
@@ -228,7 +231,8 @@ bool operator>=(AttributeName const & a, vxcore::StaticInstance<Name> const & b)
 
 } // namespace vxattribute
 
-/// Names may be keys of hashed containers. Values may not: +0.0 equals -0.0 with another hash.
+/// Names may be keys of hashed containers. Values may not: +0.0 equals -0.0 with another hash. The
+/// order in such a container differs from process to process, as the hashes do.
 template <>
 struct std::hash<vxattribute::AttributeName> {
     /// The stored hash: O(1).

@@ -321,8 +321,8 @@ class VXATTRIBUTE_API AttributeValue {
         return m_holder->compare(*other.m_holder.get());
     }
 
-    /// As `compare`, but without regard to ASCII case when both values are Strings. Strings inside
-    /// maps, and names, keep their case.
+    /// As `compare`, but without regard to ASCII case when both values are Strings. Texts inside
+    /// maps are compared with case.
     int compare_nocase_ascii(AttributeValue const & other) const;
 
     /// Same type and equal elements. Not always `compare` == 0: a NaN equals nothing, not even its

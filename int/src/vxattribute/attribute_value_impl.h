@@ -10,7 +10,8 @@
 /// - RefCountedValueImpl<T>: any number of elements, shared by copies of the value.
 /// - Static objects of the common booleans and integers, which are neither counted nor destroyed.
 ///
-/// ValueFactory<T> chooses among them. TypedValue<T>, their base, holds the elements.
+/// ValueFactory<T> chooses among them, by the column `storage` of element_type_table.inc.
+/// TypedValue<T>, their base, holds the elements.
 
 #include "vxattribute/value_type_traits.h"
 #include "vxcore/ref_count.h"
@@ -198,6 +199,13 @@ inline constexpr bool has_singletons = element_type_row<T>.storage == eStorage_S
 /// std::bad_alloc, what copying an element raises, and std::length_error beyond 2^32 - 1 elements.
 /// All of them make pointers and references to elements invalid, and accept arguments that are
 /// elements of this object.
+///
+/// Before a value gets a second element, call `promote_to_multivalue`: SingleValueImpl must keep at
+/// most one.
+///
+///     holder->prepare_write(holder);         // each call may replace the object
+///     holder->promote_to_multivalue(holder);
+///     static_cast<TypedValue<T> &>(*holder.get()).push_back(x);
 ///
 /// Cost. Growing at least doubles the block, so appending takes constant time on average. Erasing
 /// down to one element moves it into the inline slot and frees the block.
@@ -404,6 +412,9 @@ struct VXATTRIBUTE_API ValueFactoryStatics<std::string> {
 /// Booleans, the integers -1 to 7, empty strings and the empty values of these types are static or
 /// shared objects: no allocation. Any other lone element is one block that includes it. Two or more
 /// elements are an object and a block of exactly their size.
+///
+///     ValueHolder holder(ValueFactory<long long>::create_value(8080)); // owns it at once
+///     value.swap_impl(holder);
 ///
 /// @raises std::bad_alloc, or what copying an element raises; std::length_error beyond 2^32 - 1
 ///         elements.

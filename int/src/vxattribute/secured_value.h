@@ -130,8 +130,8 @@ class VXATTRIBUTE_API SecuredValue {
     /// only.
     static ICipherProvider const & default_cipher_provider() noexcept;
 
-    /// Knows "EAX_AES128" and "EAX_AES256", with a key of 32 bytes. What opens with it was sealed
-    /// by someone with the key.
+    /// Knows "EAX_AES128" and "EAX_AES256", the latter with a key of 32 bytes. What opens with it
+    /// was sealed with the key.
     static ICipherProvider const & strict_cipher_provider() noexcept;
 
     /// Empty: no cipher, no key id, nothing sealed.
@@ -313,9 +313,9 @@ class SecuredValue::ICipher {
     /// The size of its keys, in bytes.
     virtual unsigned int keysize() const = 0;
 
-    /// The sealed bytes of `plaintext`, which is not changed. The caller may wipe `plaintext`
-    /// afterwards, so the result must not share its memory; it may be the same list, which is then
-    /// copied.
+    /// The sealed bytes of `plaintext`, which is not changed. When `plaintext` holds a key, it is
+    /// wiped afterwards; the result must not share its memory, which would prevent that. Returning
+    /// `plaintext` itself is allowed: it is copied.
     ///
     /// @param annotation  To be authenticated with the data.
     /// @param random      For the nonce.

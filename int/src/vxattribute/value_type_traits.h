@@ -30,6 +30,12 @@
 /// - `write_trace(stream, formatter, indent, begin, end)`: renders the elements [begin, end) of one
 ///   value as text for people: type name, frame and elements. It raises what the stream raises.
 ///
+/// Cost. What depends on a type is chosen when the templates are compiled. Only the `hash`,
+/// `compare` and `equal` of types with content of any size, such as String, take more than constant
+/// time.
+///
+/// Threads. There is no state but the defaults, which never change.
+///
 /// element_type_table.inc explains how to add a type.
 namespace vxattribute::impl {
 
@@ -122,6 +128,8 @@ struct PodValueTypeTraits : ValueTypeTraitsBase<T> {
     }
 
   private:
+    /// Copies [first, last), which may overlap the target, and returns the end of the copy. memmove
+    /// must not get null pointers, even for 0 bytes.
     static T * copy_bytes(T const * first, T const * last, T * dest) noexcept {
         auto const count = static_cast<std::size_t>(last - first);
         if (count != 0) {
@@ -222,6 +230,7 @@ template <>
 struct VXATTRIBUTE_API ValueTypeTraits<bool> : PodValueTypeTraits<bool> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeBoolean; }
 
+    /// -1, 0 or 1.
     static int compare(bool a, bool b) noexcept { return int{a} - int{b}; }
 
     static bool equal(bool a, bool b) noexcept { return a == b; }

@@ -8,6 +8,8 @@ namespace vxcrypto::impl {
 ///
 /// It keeps the type of the structure out of the headers. It can be neither copied nor moved, so
 /// the bytes are in one place only.
+///
+/// Threads. One object: many readers or one writer.
 class VXCRYPTO_API CleansedBlock {
   public:
     /// An empty holder: no block, size 0.
@@ -24,13 +26,14 @@ class VXCRYPTO_API CleansedBlock {
     /// @raises std::bad_alloc: the holder stays empty.
     void allocate(unsigned int size);
 
-    /// The block; null for an empty holder.
+    /// The block; null for an empty holder. Valid as long as the holder: the block is never
+    /// replaced.
     void * data() noexcept { return m_block; }
 
     /// As above.
     void const * data() const noexcept { return m_block; }
 
-    /// The size of the block in bytes.
+    /// The size of the block in bytes; 0 for an empty holder.
     unsigned int size() const noexcept { return m_size; }
 
   private:

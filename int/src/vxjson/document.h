@@ -10,8 +10,16 @@ namespace vxjson {
 ///     Document document(text.data(), text.size());
 ///     auto const value = document.reader().next_value();
 ///
-/// Use it where nothing needs the two parts separately. Costs, threads and errors are those of
-/// Tokenizer and Reader. Values may outlive the document as they may outlive a Reader.
+/// Use it where nothing needs the two parts separately. Values may outlive the document as they may
+/// outlive a Reader.
+///
+/// Cost. That of both parts. The object has about 700 bytes on a 64-bit machine, 512 of them for
+/// the scratch area of the tokenizer.
+///
+/// Threads. One object belongs to one thread at a time.
+///
+/// Errors. Those of Tokenizer and Reader, when values are read. A constructor over memory reads
+/// nothing yet.
 class VXJSON_API Document {
   public:
     /// The options of both parts, with their defaults.
@@ -22,7 +30,8 @@ class VXJSON_API Document {
 
     /// Reads from memory.
     ///
-    /// @param data  `size` bytes, which must outlive the document unchanged.
+    /// @param data  `size` bytes, which must outlive the document unchanged. May be null when there
+    ///              are none.
     Document(char const * data, std::size_t size);
     Document(char const * data, std::size_t size, Options const & options);
 
@@ -35,6 +44,8 @@ class VXJSON_API Document {
 
     Document(Document const &) = delete;
     Document & operator=(Document const &) = delete;
+
+    /// Values that are left may be used as Reader::~Reader says.
     ~Document();
 
     /// The reader, for values. It lives as long as the document.

@@ -4,8 +4,11 @@
 
 namespace vxjson {
 
-/// A place in the text that a tokenizer reads. A number that needs more than 32 bits is stored as
-/// the largest 32-bit number.
+/// A place in the text that a tokenizer reads: see `ITokenizer::position`. The default is the start
+/// of a text of unknown origin.
+///
+/// A number that needs more than 32 bits is stored as the largest 32-bit number. A copy costs one
+/// atomic count, for the origin.
 struct SourcePosition {
     vxuri::UriReference uri;    ///< the origin of the text; may be empty
     unsigned int line = 1;      ///< from 1; lines end with a line feed

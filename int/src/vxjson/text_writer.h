@@ -21,8 +21,9 @@ namespace vxjson {
 /// Doubles are written with the fewest digits that read back as the same double, and always look
 /// like doubles ("1.0", "-0.0"). Names may be empty and may be repeated.
 ///
-/// Cost. Text goes through a buffer of 4 KiB inside the writer; long strings without escapes bypass
-/// it. Memory grows by one byte per level of depth.
+/// Cost. Text goes through a buffer of 4 KiB inside the writer, so do not put many writers on the
+/// stack. Long strings without escapes bypass the buffer. Memory grows by one byte per level of
+/// depth. Each call is O(size of its text and indentation).
 ///
 /// Threads. One object belongs to one thread at a time.
 ///
@@ -45,7 +46,9 @@ class VXJSON_API TextWriter final : public Writer {
     /// Receives the text. The destructor is protected: never delete through this interface.
     class ITextTarget {
       public:
-        /// Takes the next piece of the text: `size` bytes, cut anywhere, valid during the call.
+        /// Takes the next piece of the text: `size` bytes, cut anywhere, valid during the call. It
+        /// may raise: the exception passes through the call of the writer, which then accepts no
+        /// more calls.
         virtual void write_data(char const * data, unsigned int size) = 0;
 
       protected:
@@ -55,6 +58,7 @@ class VXJSON_API TextWriter final : public Writer {
         ~ITextTarget() = default;
     };
 
+    /// The layout of the text, and the limits. Fixed for the life of the writer.
     struct Options {
         unsigned int indent = 0;    ///< blanks per level, one value per line; 0: no blanks or lines
         bool ascii_only = false;    ///< escape U+0080 and above; checks UTF-8 too
@@ -69,13 +73,18 @@ class VXJSON_API TextWriter final : public Writer {
 
     /// Writes to a target.
     ///
-    /// @param target  Must outlive the writer.
+    /// @param target  Must outlive the writer. It receives text when the buffer is full, and the
+    /// rest
+    ///                from `finish()`.
+    /// @raises error.vxjson.writer.config.invalidExponent: limits of exponents out of range.
     explicit TextWriter(ITextTarget & target);
     TextWriter(ITextTarget & target, Options const & options);
 
     /// Appends to a string.
     ///
-    /// @param text  Must outlive the writer.
+    /// @param text  Must outlive the writer. Its content stays before the new text, which is
+    ///              incomplete until `finish()`.
+    /// @raises error.vxjson.writer.config.invalidExponent: limits of exponents out of range.
     explicit TextWriter(std::string & text);
     TextWriter(std::string & text, Options const & options);
 
@@ -93,7 +102,8 @@ class VXJSON_API TextWriter final : public Writer {
     /// @raises error.vxjson.writer.unexpected: nothing was written.
     void finish();
 
-    /// As in Writer. The class comment lists the errors.
+    /// As in Writer. The class comment lists the errors. Names, strings and pieces of strings are
+    /// escaped; numbers given as text are checked and written unchanged.
     void write_name(char const * data, unsigned int size) override;
     void write_number(char const * data, unsigned int size) override;
     void write_string(char const * data, unsigned int size) override;
@@ -124,6 +134,7 @@ class VXJSON_API TextWriter final : public Writer {
         ePlace_Failed,    // nothing
     };
 
+    /// One of `target` and `text` is null.
     TextWriter(ITextTarget * target, std::string * text, Options const & options);
 
     // The order of calls, and what is written between values.

@@ -15,13 +15,13 @@ namespace vxjson {
 /// joined are the decoded text. Literals, numbers and punctuators are one token each, whose text is
 /// that of the source.
 enum EToken : int {
-    eToken_Unknown = 0,       ///< never part of a document
-    eToken_DocumentStart = 1, ///< once, before all others; without text
-    eToken_DocumentEnd = 2,   ///< once, after all others; without text
-    eToken_Error = 3,         ///< the scan failed; see `ITokenizer::error`
-    eToken_IdentifierBegin = 4,
+    eToken_Unknown = 0,         ///< never part of a document
+    eToken_DocumentStart = 1,   ///< once, before all others; without text
+    eToken_DocumentEnd = 2,     ///< once, after all others; without text
+    eToken_Error = 3,           ///< the scan failed; see `ITokenizer::error`
+    eToken_IdentifierBegin = 4, ///< around the pieces of an unquoted name; without text
     eToken_IdentifierEnd = 5,
-    eToken_StringBegin = 6,
+    eToken_StringBegin = 6, ///< around the pieces of a quoted string; without text
     eToken_StringEnd = 7,
     eToken_CharData = 8, ///< a piece of a string or unquoted name, decoded
     eToken_True = 9,
@@ -32,6 +32,7 @@ enum EToken : int {
 };
 
 /// The name of the enumerator, such as "eToken_Null"; "##InvalidToken(14)##" for any other number.
+/// For messages and tests.
 VXJSON_API std::string to_string(EToken token);
 VXJSON_API std::ostream & operator<<(std::ostream & stream, EToken token);
 

@@ -13,6 +13,14 @@ namespace vxjson {
 ///     Tokenizer tokenizer(text.data(), text.size());
 ///     Reader reader(tokenizer);
 ///
+/// Without a Reader, as a formatter or highlighter needs it:
+///
+///     StringSlice slice;
+///     for (EToken token; (token = tokenizer.next()) != eToken_DocumentEnd;) {
+///         if (token == eToken_Error) { break; }
+///         use(token, tokenizer.text(slice).view());
+///     }
+///
 /// It knows the lexical rules only. The Reader checks that brackets match and that commas are in
 /// the right places. Numbers follow the grammar and end at white space, a punctuator or the end.
 /// Escapes are decoded and surrogate pairs joined. One leading byte order mark is skipped.
@@ -31,6 +39,7 @@ namespace vxjson {
 /// `error.vxjson.reader.tokenizer.stream` with the stream's exception as the nested error.
 class VXJSON_API Tokenizer final : public ITokenizer {
   public:
+    /// What is accepted beyond RFC 8259, and the limits. Text beyond a limit is a syntax error.
     struct Options {
         bool allow_comments = false;       ///< // to the end of the line, and /* */
         bool allow_unquoted_names = false; ///< words of letters, digits, "_", "$" and bytes >= 0x80
@@ -44,7 +53,8 @@ class VXJSON_API Tokenizer final : public ITokenizer {
 
     /// Reads from memory.
     ///
-    /// @param data  `size` bytes, which must outlive the tokenizer unchanged.
+    /// @param data  `size` bytes, which must outlive the tokenizer unchanged. May be null when
+    ///              `size` is 0.
     Tokenizer(char const * data, std::size_t size);
     Tokenizer(char const * data, std::size_t size, Options const & options);
 
@@ -57,18 +67,26 @@ class VXJSON_API Tokenizer final : public ITokenizer {
 
     Tokenizer(Tokenizer const &) = delete;
     Tokenizer & operator=(Tokenizer const &) = delete;
+
+    /// Frees the buffer. The stream is left where the last read ended, past the last token.
     ~Tokenizer();
 
-    /// As in ITokenizer. Whatever the stream raises becomes `eToken_Error`.
+    /// As in ITokenizer. Whatever the stream raises becomes `eToken_Error`. Over a stream a call
+    /// may read, and so wait for, more bytes than the token needs.
     ///
+    /// @cost   O(size of the token and of the white space and comments before it).
     /// @raises std::bad_alloc: no memory for the error of a failed scan.
     EToken next() override;
 
+    /// As in ITokenizer. No copy: the slice refers to the text in memory, the buffer or the scratch
+    /// area.
     StringSlice & text(StringSlice & out) override { return out = m_text; }
 
+    /// As in ITokenizer. The parameters of a syntax error are `expected` and `found`, or `limit`.
     void error(vxcore::ErrorInfo::Ptr & out) override { out = m_error; }
 
-    /// The start of the current token; after a failure the byte at fault.
+    /// The start of the current token; after a failure the byte at fault. Copies the origin of the
+    /// text: one atomic count.
     void position(SourcePosition & out) override;
 
   private:
@@ -83,7 +101,7 @@ class VXJSON_API Tokenizer final : public ITokenizer {
         eMode_End,     // the end of the text
     };
 
-    static constexpr unsigned int sm_scratchSize = 512;
+    static constexpr unsigned int sm_scratchSize = 512; // bytes
 
     // One function for each kind of token. All return eToken_Error after a call of fail().
     EToken next_slow();
@@ -98,10 +116,12 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     EToken scan_name();
 
     // What is between tokens.
+    // False: no token follows, at the end of the text or after a failure.
     bool skip_space();
     bool skip_comment();
     bool skip_block_comment();
 
+    /// The end of the plain run at the cursor. With `High`, it consists of whole UTF-8 sequences.
     template <bool High>
     char const * run_end() noexcept;
 
@@ -119,6 +139,7 @@ class VXJSON_API Tokenizer final : public ITokenizer {
         return token;
     }
 
+    /// The place of a byte of the buffer in the whole text, in bytes.
     unsigned long long offset(char const * at) const noexcept {
         return m_base + static_cast<unsigned long long>(at - m_begin);
     }
