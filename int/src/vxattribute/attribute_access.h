@@ -6,6 +6,7 @@
 /// Typed access to the elements of a map, with messages that name the attribute.
 ///
 /// | the value is  | absent   | null     | empty    | one element | several  |
+/// |---------------|----------|----------|----------|-------------|----------|
 /// | `get`         | raises   | raises   | raises   | it          | raises   |
 /// | `get_or`      | default  | raises   | raises   | a copy      | raises   |
 /// | `find`        | null     | raises   | null     | its address | raises   |

@@ -144,7 +144,7 @@ class VXATTRIBUTE_API AttributeValue {
     AttributeValue(AttributeMap const & map);
     AttributeValue(MutableAttributeMap const & map);
 
-    /// Gives the elements up. Nested maps of any depth are destroyed without recursion.
+    /// Releases the elements. Nested maps of any depth are destroyed without recursion.
     ~AttributeValue() = default;
 
     /// Moves the argument in and releases the old value last. Raises only while a copy is made for
@@ -216,7 +216,7 @@ class VXATTRIBUTE_API AttributeValue {
 
     void set_string(char const * data, unsigned int size) { set_string(impl::TextArg(data, size)); }
 
-    /// Makes this null and gives the elements up.
+    /// Makes this null and releases the elements.
     void set_null() noexcept {
         m_holder.attach(impl::ValueFactory<impl::NullValueType>::create_value());
     }

@@ -52,7 +52,7 @@ class VXATTRIBUTE_API SerializedValue {
     SerializedValue & operator=(SerializedValue const & other);
     SerializedValue & operator=(SerializedValue && other) noexcept;
 
-    /// Gives up one reference to the payload.
+    /// Releases its reference to the payload.
     ~SerializedValue() = default;
 
     /// Replaces type name and payload. The payload is the whole list of a reader, also when it

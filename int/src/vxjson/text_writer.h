@@ -73,9 +73,8 @@ class VXJSON_API TextWriter final : public Writer {
 
     /// Writes to a target.
     ///
-    /// @param target  Must outlive the writer. It receives text when the buffer is full, and the
-    /// rest
-    ///                from `finish()`.
+    /// @param target  Must outlive the writer. It receives text whenever the buffer is full, and
+    ///                the rest from `finish()`.
     /// @raises error.vxjson.writer.config.invalidExponent: limits of exponents out of range.
     explicit TextWriter(ITextTarget & target);
     TextWriter(ITextTarget & target, Options const & options);
