@@ -31,6 +31,10 @@ namespace vxattribute {
 /// Threads. Names may be made, copied and dropped in any thread. One object: many readers or one
 /// writer.
 ///
+/// Errors. Making a name raises std::bad_alloc and std::length_error. Reading raises what the
+/// reader raises; the name is then as it was. Writing raises what the writer raises. The rest
+/// raises nothing, apart from the forms with a `vxcore::StaticInstance`.
+///
 ///     static AttributeName const port("port");
 ///     map.add(port, 8080);
 ///
@@ -49,7 +53,9 @@ class VXATTRIBUTE_API AttributeName {
     ///
     /// @cost  A hash of the characters and a lock. A new name takes one token.
     /// @param text  Ends with a null character; a null pointer literal does not compile.
-    /// @raises std::length_error: beyond 2^32 - 1 bytes. So do all that take characters.
+    /// @raises std::length_error: beyond 2^32 - 1 bytes. std::bad_alloc: no memory for the token.
+    /// So
+    ///         do all that take characters.
     AttributeName(char const * text) : m_key(std::string_view(text)) {}
 
     AttributeName(std::nullptr_t) = delete;
@@ -64,7 +70,7 @@ class VXATTRIBUTE_API AttributeName {
     /// Takes the key over: a name and a string key of the same characters share their token.
     AttributeName(vxcore::StringKey key) noexcept : m_key(std::move(key)) {}
 
-    /// A copy shares the token. A source that was moved from is the empty name.
+    /// A copy shares the token: one atomic count. A source that was moved from is the empty name.
     AttributeName(AttributeName const &) noexcept = default;
     AttributeName(AttributeName &&) noexcept = default;
 
@@ -173,7 +179,7 @@ class VXATTRIBUTE_API AttributeName {
         return !(a < b);
     }
 
-    /// `read` and `write` as operators.
+    /// `read` and `write` as operators, so that names can be mixed with other elements of a stream.
     friend vxserialize::Reader & operator>>(vxserialize::Reader & reader, AttributeName & name) {
         name.read(reader);
         return reader;
@@ -233,6 +239,8 @@ bool operator>=(AttributeName const & a, vxcore::StaticInstance<Name> const & b)
 
 /// Names may be keys of hashed containers. Values may not: +0.0 equals -0.0 with another hash. The
 /// order in such a container differs from process to process, as the hashes do.
+///
+///     std::unordered_map<vxattribute::AttributeName, Handler> handlers;
 template <>
 struct std::hash<vxattribute::AttributeName> {
     /// The stored hash: O(1).

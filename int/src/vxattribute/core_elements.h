@@ -24,7 +24,8 @@
 /// own.
 namespace vxattribute::impl {
 
-/// Order by the 16 bytes, each unsigned. The hash folds them likewise: h = h * 5 + byte.
+/// Order by the 16 bytes, each unsigned. The hash folds them likewise: h = h * 5 + byte. The text
+/// has lower-case digits with dashes. The default element is the UUID of zeros.
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<vxcore::Uuid> : ObjValueTypeTraits<vxcore::Uuid> {
     static constexpr ValueTypeId const & type() noexcept { return ValueTypeId::typeUuid; }
@@ -36,7 +37,8 @@ struct VXATTRIBUTE_API ValueTypeTraits<vxcore::Uuid> : ObjValueTypeTraits<vxcore
 };
 
 /// Elements share their immutable text, so a copy costs one atomic count. The class has no move, so
-/// a list that grows copies its elements.
+/// a list that grows copies its elements. The default element is the undefined reference, which is
+/// rendered as "<undefined>".
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<vxuri::UriReference>
     : ObjValueTypeTraits<vxuri::UriReference> {
@@ -55,7 +57,7 @@ struct VXATTRIBUTE_API ValueTypeTraits<vxuri::UriReference>
                             vxuri::UriReference const * end);
 };
 
-/// Order by the moment. The text is ISO 8601 in UTC.
+/// Order by the moment. The text is ISO 8601 in UTC. The default element is 1970-01-01T00:00:00Z.
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<vxcore::AbsoluteTime>
     : ObjValueTypeTraits<vxcore::AbsoluteTime> {
@@ -68,7 +70,8 @@ struct VXATTRIBUTE_API ValueTypeTraits<vxcore::AbsoluteTime>
                             vxcore::AbsoluteTime const * end);
 };
 
-/// Order by the length of the span, negative spans first. The text is an ISO 8601 duration.
+/// Order by the length of the span, negative spans first. The text is an ISO 8601 duration. The
+/// default element is 0.
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<vxcore::RelativeTime>
     : ObjValueTypeTraits<vxcore::RelativeTime> {
@@ -81,7 +84,8 @@ struct VXATTRIBUTE_API ValueTypeTraits<vxcore::RelativeTime>
                             vxcore::RelativeTime const * end);
 };
 
-/// Order by date and clock time; no zone is involved. The text is ISO 8601 without a zone.
+/// Order by date and clock time; no zone is involved. The text is ISO 8601 without a zone. The
+/// default element is 1970-01-01T00:00:00.
 template <>
 struct VXATTRIBUTE_API ValueTypeTraits<vxcore::SimpleDateTime>
     : ObjValueTypeTraits<vxcore::SimpleDateTime> {
