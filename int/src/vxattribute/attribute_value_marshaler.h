@@ -63,7 +63,7 @@ VXATTRIBUTE_API void write_attribute_map(vxserialize::Writer & writer,
 /// of one element as a scalar. Of equal names in a map the last value stays. Counts in the stream
 /// are hints: memory grows with the data.
 ///
-/// @raises error.vxattribute.value.type.unknown: a type number above 14.
+/// @raises error.vxattribute.value.type.unknown: a number that no type has.
 ///         What the reader and the decoder raise passes through.
 VXATTRIBUTE_API void read_attribute_value(vxserialize::Reader & reader, AttributeValue & value);
 VXATTRIBUTE_API void read_attribute_value(vxserialize::Reader & reader,

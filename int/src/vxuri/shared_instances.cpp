@@ -1,4 +1,4 @@
-#include "shared_instances_internal.h"
+#include "vxuri/shared_instances_internal.h"
 
 namespace vxuri::impl {
 

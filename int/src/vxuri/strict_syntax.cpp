@@ -1,6 +1,5 @@
-#include "strict_syntax_internal.h"
-
 #include "vxcore/hex.h"
+#include "vxuri/strict_syntax_internal.h"
 #include "vxuri/uri_reference.h"
 
 #include <algorithm>

@@ -1,9 +1,8 @@
 #include "vxuri/uri_reference.h"
 
-#include "shared_instances_internal.h"
-#include "strict_syntax_internal.h"
-
 #include "vxcore/hash.h"
+#include "vxuri/shared_instances_internal.h"
+#include "vxuri/strict_syntax_internal.h"
 #include "vxuri/uri_parse_data.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The rule under test: with sorted names a value has the same bytes in every process, in every
-// form. The order of a map comes from where a process made its names: here two make them in two
-// orders.
+// form. The order of a map comes from where a process made its names: here two processes make names
+// that no other test uses, in two orders.
 
 #include "vxattribute/value_forms.h"
 
@@ -15,16 +15,18 @@ using vxserialize::Writer;
 using Names = std::vector<AttributeName>;
 
 AttributeMap sample() {
-    AttributeMap const inner = make_map({{"sorted", 1}, {"Sort", "x"}, {"sort", 0.5}});
-    return make_map({{"sorted", make_list<AttributeMap>({inner, {}})},
-                     {"Sort", make_list<long long>({1, 2})},
-                     {"\xC3\xA4", make_map({{"", true}, {"vxserialize", 2}, {"sort", inner}})}});
+    AttributeMap const inner =
+        make_map({{"sorted names", 1}, {"Sorted names", "x"}, {"sort names", 0.5}});
+    return make_map(
+        {{"sorted names", make_list<AttributeMap>({inner, {}})},
+         {"Sorted names", make_list<long long>({1, 2})},
+         {"\xC3\xA4", make_map({{"", true}, {"vxserialize", 2}, {"sort names", inner}})}});
 }
 
 std::string all_forms(AttributeMap const & map, bool isSorted) {
     auto const write = [&map, options = StreamOptions{isSorted}](Writer & writer) {
-        auto const package = AttributeNamePackage::create(Names{"Sort"});
-        auto const other = AttributeNamePackage::create(Names{"sorted"});
+        auto const package = AttributeNamePackage::create(Names{"Sorted names"});
+        auto const other = AttributeNamePackage::create(Names{"sorted names"});
         AttributeNameEncoder encoder(AttributeNamePackageSet::create(package)->create_union(other));
         write_attribute_value(writer, encoder, map, options);
         write_attribute_map(writer, encoder, map, options);
@@ -41,7 +43,9 @@ std::string all_forms(AttributeMap const & map, bool isSorted) {
 std::string in_new_process(bool isSorted, std::vector<std::string> const & order) {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);
-    if (fork() == 0) {
+    pid_t const child = fork();
+    EXPECT_GE(child, 0);
+    if (child == 0) {
         Names const names(order.begin(), order.end());
         std::string const text = all_forms(sample(), isSorted);
         _exit(write(ends[1], text.data(), text.size()) <= 0);
@@ -58,8 +62,10 @@ std::string in_new_process(bool isSorted, std::vector<std::string> const & order
 
 TEST(SortedNames, GiveTheSameBytesInEveryProcess) {
     for (bool const isSorted : {true, false}) {
-        std::string const one = in_new_process(isSorted, {"sort", "Sort", "sorted"});
-        std::string const other = in_new_process(isSorted, {"sorted", "Sort", "sort"});
+        std::string const one =
+            in_new_process(isSorted, {"sort names", "Sorted names", "sorted names"});
+        std::string const other =
+            in_new_process(isSorted, {"sorted names", "Sorted names", "sort names"});
         EXPECT_EQ(one == other, isSorted) << one << "\n" << other;
     }
 }

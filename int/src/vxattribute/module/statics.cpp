@@ -42,6 +42,11 @@ union NameStorage {
 
 constinit NameStorage typeNames[ValueTypeId::count];
 
+// libstdc++ keeps up to 15 bytes in the string itself.
+#define VX_ELEMENT_TYPE(number, Id, name, ...) static_assert(sizeof(name) <= 16);
+#include "vxattribute/element_type_table.inc"
+#undef VX_ELEMENT_TYPE
+
 } // namespace
 
 constinit ValueTypeId const ValueTypeId::typeNull(eId_Null, &typeNames[eId_Null].name);

@@ -1,6 +1,7 @@
 #include "vxattribute/secured_value.h"
 
 #include "vxattribute/attribute_value_marshaler.h"
+#include "vxattribute/memory_list_order.h"
 #include "vxattribute/sealed/key_marshaler_internal.h"
 #include "vxattribute/sealed/memory_wipe_internal.h"
 #include "vxattribute/sealed/secured_value_ciphers_internal.h"
@@ -9,7 +10,6 @@
 #include "vxcore/streamers.h"
 #include "vxcore/text_conversion.h"
 #include "vxcrypto/random_provider.h"
-#include "vxserialize/memory_list_order.h"
 #include "vxserialize/memory_writer.h"
 #include "vxserialize/reader.h"
 
@@ -186,7 +186,7 @@ unsigned int SecuredValue::hash() const noexcept {
     unsigned int h = vxcore::hash_bytes(m_annotation);
     h = vxcore::hash_mix(h, vxcore::hash_bytes(m_cipherId));
     h = vxcore::hash_mix(h, m_keyId.hash());
-    h = vxcore::hash_mix(h, vxserialize::impl::hash_memory_list(m_ciphertext));
+    h = vxcore::hash_mix(h, impl::hash_memory_list(m_ciphertext));
     if (h == 0) {
         h = ciphertext_size(); // a stored 0 means "not computed"
     }
@@ -196,8 +196,7 @@ unsigned int SecuredValue::hash() const noexcept {
 
 int SecuredValue::compare(SecuredValue const & other) const noexcept {
     // The sealed bytes come first: their random nonces nearly always differ.
-    if (int const order =
-            vxserialize::impl::compare_memory_lists(m_ciphertext, other.m_ciphertext)) {
+    if (int const order = impl::compare_memory_lists(m_ciphertext, other.m_ciphertext)) {
         return order;
     }
     if (int const order = m_annotation.compare(other.m_annotation)) {

@@ -20,7 +20,6 @@ class TraceFormatterImpl final : public vxcore::RefCounted<vxcore::AtomicRefCoun
     }
 
     bool show_type = true;
-    bool sorted_names = false;
     unsigned int max_multivalue_count = 32;
     unsigned int multiline_length_threshold = 128;
     unsigned int max_string_len = 4096;
@@ -38,6 +37,7 @@ class TraceFormatterImpl final : public vxcore::RefCounted<vxcore::AtomicRefCoun
     SourceString map_element_prefix = literal("\n'");
     SourceString map_name_value_separator = literal("' => ");
     SourceString map_element_suffix;
+    bool sorted_names = false;
     SourceString multiline_string_prefix = literal("\n  \"");
     SourceString multiline_string_newline = literal("\"\n  \"");
     SourceString multiline_string_suffix = literal("\"");

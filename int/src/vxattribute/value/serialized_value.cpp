@@ -1,8 +1,8 @@
 #include "vxattribute/serialized_value.h"
 
+#include "vxattribute/memory_list_order.h"
 #include "vxattribute/value/typed_value_internal.h"
 #include "vxcore/hash.h"
-#include "vxserialize/memory_list_order.h"
 #include "vxserialize/memory_reader.h"
 #include "vxserialize/memory_writer.h"
 
@@ -100,7 +100,7 @@ unsigned int SerializedValue::aux_calc_hash() const noexcept {
     if (empty()) {
         return 0;
     }
-    unsigned int h = vxserialize::impl::hash_memory_list(m_list);
+    unsigned int h = impl::hash_memory_list(m_list);
     h = vxcore::hash_mix(h, vxcore::hash_bytes(m_type));
     if (h == 0) {
         h = size(); // 0 says "not computed"
@@ -115,7 +115,7 @@ int SerializedValue::compare(SerializedValue const & other) const noexcept {
         return int{!empty()} - int{!other.empty()};
     }
     int const order = m_type.compare(other.m_type);
-    return order != 0 ? order : vxserialize::impl::compare_memory_lists(m_list, other.m_list);
+    return order != 0 ? order : impl::compare_memory_lists(m_list, other.m_list);
 }
 
 void write_serialized_value(vxserialize::Writer & writer, SerializedValue const & value) {

@@ -1,7 +1,6 @@
 #include "vxcore/string_key.h"
 
-#include "string_token_internal.h"
-
+#include "vxcore/string/string_token_internal.h"
 #include "vxcore/text_conversion.h"
 #include "vxcore/text_size.h"
 

@@ -1,6 +1,5 @@
-#include "string_token_internal.h"
-
 #include "vxcore/string/siphash_internal.h"
+#include "vxcore/string/string_token_internal.h"
 
 #include <array>
 #include <chrono>

@@ -1,9 +1,8 @@
 #include "vxcore/absolute_time.h"
 
-#include "calendar_internal.h"
-#include "time_text_internal.h"
-
 #include "vxcore/chrono.h"
+#include "vxcore/time/calendar_internal.h"
+#include "vxcore/time/time_text_internal.h"
 
 #include <chrono>
 #include <ostream>

@@ -1,4 +1,4 @@
-#include "calendar_internal.h"
+#include "vxcore/time/calendar_internal.h"
 
 #include <chrono>
 #include <limits>

@@ -1,9 +1,8 @@
 #include "vxcore/relative_time.h"
 
-#include "calendar_internal.h"
-#include "time_text_internal.h"
-
 #include "vxcore/text_conversion.h"
+#include "vxcore/time/calendar_internal.h"
+#include "vxcore/time/time_text_internal.h"
 
 #include <limits>
 #include <ostream>

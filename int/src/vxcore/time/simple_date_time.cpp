@@ -1,7 +1,7 @@
 #include "vxcore/simple_date_time.h"
 
-#include "calendar_internal.h"
-#include "time_text_internal.h"
+#include "vxcore/time/calendar_internal.h"
+#include "vxcore/time/time_text_internal.h"
 
 #include <chrono>
 #include <ostream>

@@ -1,7 +1,6 @@
-#include "calendar_internal.h"
-#include "time_text_internal.h"
-
 #include "vxcore/text_conversion.h"
+#include "vxcore/time/calendar_internal.h"
+#include "vxcore/time/time_text_internal.h"
 
 #include <chrono>
 #include <limits>
