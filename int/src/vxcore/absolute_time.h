@@ -14,7 +14,8 @@ namespace vxcore {
 ///
 /// The text is ISO 8601 in UTC, such as 2026-11-24T14:46:20.5Z, with as many digits of the second
 /// as it needs, at most seven. Years outside 0 to 9999 carry a sign. Conversions from and to
-/// `std::chrono` are in vxcore/chrono.h.
+/// `std::chrono` are in vxcore/chrono.h. The range is -27258-04-19T21:11:54.5224192Z to
+/// +31197-09-14T02:48:05.4775807Z.
 class VXCORE_API AbsoluteTime : public impl::TickCount<AbsoluteTime> {
   public:
     constexpr AbsoluteTime() noexcept = default;
@@ -25,7 +26,8 @@ class VXCORE_API AbsoluteTime : public impl::TickCount<AbsoluteTime> {
     /// The current time of the system clock, rounded down to a tick.
     static AbsoluteTime now() noexcept;
 
-    /// Reads the text form; an offset such as +02:00 may replace the Z.
+    /// Reads the text form; an offset such as +02:00 may replace the Z. A zone of either kind and
+    /// the seconds are required.
     ///
     /// @return false if `text` is no such moment or is out of range; `time` is then unchanged.
     static bool parse(std::string_view text, AbsoluteTime & time) noexcept;

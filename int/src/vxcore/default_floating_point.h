@@ -16,17 +16,27 @@ namespace vxcore::impl {
 ///
 /// Cost. With SSE2 one read of the control register if the environment is the default one;
 /// elsewhere the environment is saved and restored each time.
+///
+/// Threads. Make it a local variable: it must be destroyed in its own thread, and several of them
+/// in the reverse order.
+///
+///     DefaultFloatingPoint const environment;
+///     std::from_chars(first, last, value);
 class VXCORE_API DefaultFloatingPoint {
   public:
+    /// Switches to the default environment, unless the thread is in it.
     DefaultFloatingPoint() noexcept : m_isSwitched(!is_default()) {
         if (m_isSwitched) [[unlikely]] {
             switch_over();
         }
     }
 
+    /// Not copied: each object restores what it found.
     DefaultFloatingPoint(DefaultFloatingPoint const &) = delete;
     DefaultFloatingPoint & operator=(DefaultFloatingPoint const &) = delete;
 
+    /// Restores the environment of before if it was another. Exceptions that were flagged meanwhile
+    /// are then lost.
     ~DefaultFloatingPoint() {
         if (m_isSwitched) [[unlikely]] {
             switch_back();
@@ -34,7 +44,8 @@ class VXCORE_API DefaultFloatingPoint {
     }
 
   private:
-    /// False where a check would cost more than switching.
+    /// True if rounding, masks and flush modes of the thread are the default ones. Always false
+    /// where there is no register that is cheap to read.
     static bool is_default() noexcept {
 #ifdef __SSE2__
         constexpr unsigned int raised = 0x003F;      // exceptions; they change nothing
@@ -45,11 +56,14 @@ class VXCORE_API DefaultFloatingPoint {
 #endif
     }
 
+    /// Out of line: the rare case.
     void switch_over() noexcept;
     void switch_back() noexcept;
 
     bool m_isSwitched;
-    std::fenv_t m_before; // when switched
+
+    /// The environment of before; uninitialised unless `m_isSwitched`.
+    std::fenv_t m_before;
 };
 
 } // namespace vxcore::impl

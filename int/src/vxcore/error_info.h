@@ -20,11 +20,25 @@ namespace vxcore {
 /// placeholders that would exceed that stay.
 ///
 /// A chain of nested infos may be of any length and is destroyed without recursion.
+///
+/// Cost. Creating one allocates it, its parameters and the text. Passing one on is one reference
+/// count.
+///
+///     ErrorParams params;
+///     params.insert_ref(SourceString("id", true)) = "7";
+///     auto info = ErrorInfo::create(error::unknown, SourceString("Unknown id {@id}", true),
+///                                   std::move(params), VXCORE_LOCATION("shop::find()"));
+///     info->text(); // Unknown id 7
 class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
   public:
     using Ptr = RefCountPtr<ErrorInfo const>;
 
-    /// @param code  Its name must outlive the info, as that of a constant does.
+    /// Makes an info and fills its text.
+    ///
+    /// @param code    Its name must outlive the info, as that of a constant does.
+    /// @param nested  The failure that caused this one, or null.
+    /// @raises std::bad_alloc: no memory.
+    /// @cost   One pass over the message. Its text is bounded for hostile messages too, as above.
     static Ptr create(ErrorCode const & code, SourceString message, ErrorParams params,
                       SourceLocation location, Ptr nested = nullptr);
 
@@ -37,6 +51,7 @@ class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
     /// code "error.vxcore.exception" and the text `e.what()`.
     static Ptr from_exception(std::exception const & e, SourceLocation location);
 
+    /// The parts as given. References are valid as long as the info.
     ErrorCode const & code() const noexcept VXCORE_LIFETIMEBOUND { return m_code; }
 
     /// The message as written, with its placeholders.
@@ -55,19 +70,23 @@ class VXCORE_API ErrorInfo : public RefCounted<AtomicRefCount> {
     /// True when this info's own code is `code` or below it by a dot. Nested infos do not count.
     bool matches(ErrorCode const & code) const noexcept { return m_code.is_within(code); }
 
-    /// Over code, message, parameters and the nested chain; equal infos have equal hashes.
+    /// Over code, message, parameters and the nested chain, with `hash_mix` and `hash_bytes`; equal
+    /// infos have equal hashes. Computed at each call.
     unsigned int hash() const noexcept;
 
     /// Order by code, message and parameters, then down the nested chain; a chain that ends first
     /// is less. Negative, 0 or positive. The location does not count.
     int compare(ErrorInfo const & other) const noexcept;
 
+    /// True if `compare` returns 0.
     bool operator==(ErrorInfo const & other) const noexcept { return compare(other) == 0; }
 
-    /// One line for the failure and one for its place, then the same for each nested info.
+    /// Writes one line for the failure and one for its place, unless its function is empty; then
+    /// the same for each nested info after "caused by ".
     virtual void write_trace(std::ostream & stream) const;
 
   protected:
+    /// For classes that add to an info. `code` is the name, which the info owns.
     ErrorInfo(SourceString code, SourceString message, ErrorParams params, SourceLocation location,
               Ptr nested);
     ~ErrorInfo() override;

@@ -1,5 +1,9 @@
 #pragma once
 
+/// Hexadecimal digits. No function depends on the locale.
+///
+///     text += hex_digit(byte >> 4); // a byte as two digits, the upper half first
+///     text += hex_digit(byte);
 namespace vxcore {
 
 /// The lower-case hexadecimal digit of the low four bits of `value`.

@@ -11,16 +11,21 @@ namespace vxcore {
 ///
 /// Cost. `increment` is one relaxed atomic addition. `decrement` of a unique count is one plain
 /// load: no other thread holds a reference then, so none can change the count meanwhile.
+///
+/// The number has 32 bits and its overflow is not checked.
 class VXCORE_API AtomicRefCount {
   public:
+    /// @param n  References that exist already.
     explicit constexpr AtomicRefCount(unsigned int n) noexcept : m_count(n) {}
 
     AtomicRefCount(AtomicRefCount const &) = delete;
     AtomicRefCount & operator=(AtomicRefCount const &) = delete;
 
+    /// Adds one reference. The caller holds one already, or the object is new and nobody does.
     void increment() noexcept { m_count.fetch_add(1, std::memory_order_relaxed); }
 
-    /// Drops one reference. Returns true if it was the last; do not use the count after that.
+    /// Drops one reference. Returns true if it was the last; do not use the count after that. What
+    /// all other owners did before they dropped theirs is then visible to the caller.
     [[nodiscard]] bool decrement() noexcept {
         return is_unique() || m_count.fetch_sub(1, std::memory_order_acq_rel) == 1;
     }
@@ -33,7 +38,7 @@ class VXCORE_API AtomicRefCount {
     std::atomic<unsigned int> m_count;
 };
 
-/// The same for objects that never leave their thread.
+/// The same functions with a plain number, for objects that never leave their thread.
 class VXCORE_API NonAtomicRefCount {
   public:
     explicit constexpr NonAtomicRefCount(unsigned int n) noexcept : m_count(n) {}
@@ -54,16 +59,31 @@ class VXCORE_API NonAtomicRefCount {
 /// Base of objects that live as long as a `RefCountPtr` refers to them.
 ///
 /// A new object has no holder: the first `RefCountPtr` made from its address is its first
-/// reference. Copying an object copies nothing of the count.
+/// reference. Copying an object copies nothing of the count. Objects are made with `new` and
+/// destroyed with `delete`, unless the class overrides `destroy()`; a protected or private
+/// destructor keeps others from doing so.
 ///
-/// `Count` is `AtomicRefCount` or `NonAtomicRefCount`.
+/// `Count` is `AtomicRefCount` or `NonAtomicRefCount`. References count as const: a const object
+/// may be shared, and the last `RefCountPtr` to it destroys it.
+///
+///     class Node final : public RefCounted<AtomicRefCount> {
+///       public:
+///         explicit Node(std::string name);
+///
+///       private:
+///         ~Node() override = default;
+///     };
 template <typename Count>
 class VXCORE_API RefCounted {
   public:
+    /// Leaves the count alone: the holders of this object stay its holders.
     RefCounted & operator=(RefCounted const &) noexcept { return *this; }
 
+    /// Adds a reference, for code that cannot use a `RefCountPtr`.
     void add_ref() const noexcept { m_count.increment(); }
 
+    /// Drops a reference that `add_ref()` added or `RefCountPtr::detach()` returned. The object is
+    /// destroyed with the last one.
     void release_ref() const noexcept {
         if (m_count.decrement()) {
             const_cast<RefCounted *>(this)->destroy();
@@ -74,11 +94,13 @@ class VXCORE_API RefCounted {
     bool has_unique_ref() const noexcept { return m_count.is_unique(); }
 
   protected:
+    /// A new object, copied or not, has no reference.
     RefCounted() noexcept : m_count(0) {}
 
     RefCounted(RefCounted const &) noexcept : m_count(0) {}
 
-    /// Called once, when the last reference is gone.
+    /// Called once, when the last reference is gone, in the thread that dropped it. An override
+    /// may free the object otherwise than by `delete`.
     virtual void destroy() noexcept { delete this; }
 
     virtual ~RefCounted() = default;

@@ -10,15 +10,22 @@ namespace vxcore {
 namespace impl {
 
 /// Base of all static instances: the list of clean-ups that run when the process ends.
+///
+/// Threads. Registering and removing take one lock. The clean-ups run without it.
 class VXCORE_API StaticInstanceBase {
   public:
+    /// A clean-up gets the argument of its registration. It cannot report a failure.
     using Cleanup = void (*)(void * argument) noexcept;
 
     /// Registers `function(argument)` to be called when this library unloads. Clean-ups run in the
     /// reverse order of their registration. A registration that comes later than that is ignored.
+    ///
+    /// @raises std::bad_alloc: no memory; nothing is registered.
     static void register_cleanup_aux(Cleanup function, void * argument);
 
-    /// Removes one registration of that pair; does nothing if there is none.
+    /// Removes the latest registration of that pair; does nothing if there is none.
+    ///
+    /// @cost O(registrations), from the latest back.
     static void unregister_cleanup_aux(Cleanup function, void * argument) noexcept;
 
     /// Raises "error.vxcore.destroyed".
@@ -31,10 +38,25 @@ class VXCORE_API StaticInstanceBase {
 ///
 /// The object is built with the instance and destroyed at unload, with the instance or by the
 /// clean-up list of this library, whichever comes first. From then on `get_ptr()` is null and every
-/// other access raises "error.vxcore.destroyed".
+/// other access raises "error.vxcore.destroyed". That holds while the memory of the instance is
+/// there, which ends when its library is unloaded.
+///
+/// Cost. The object is inside the instance, without an allocation. An access compares one pointer
+/// with null.
+///
+/// Threads. An access takes no lock: threads that use the object must end before it is destroyed.
+///
+///     StaticInstance<Registry> g_registry;
+///     if (Registry * const registry = g_registry.get_ptr()) { // may run while the process ends
+///         registry->remove(name);
+///     }
 template <typename T>
 class StaticInstance : public impl::StaticInstanceBase {
   public:
+    /// Builds the object from the arguments.
+    ///
+    /// @raises What the constructor of `T` raises. std::bad_alloc: the clean-up cannot be
+    ///         registered; the object is destroyed again.
     template <typename... Args>
     explicit StaticInstance(Args &&... args) {
         m_object = ::new (static_cast<void *>(m_storage)) T(std::forward<Args>(args)...);
@@ -49,6 +71,7 @@ class StaticInstance : public impl::StaticInstanceBase {
     StaticInstance(StaticInstance const &) = delete;
     StaticInstance & operator=(StaticInstance const &) = delete;
 
+    /// Destroys the object unless that was done before.
     ~StaticInstance() {
         unregister_cleanup_aux(&StaticInstance::clean_up, this);
         destroy();
@@ -57,6 +80,10 @@ class StaticInstance : public impl::StaticInstanceBase {
     /// Returns null after the object is destroyed.
     T * get_ptr() const noexcept { return m_object; }
 
+    /// The object, as the two operators below.
+    ///
+    /// @raises error.vxcore.destroyed: the object is destroyed.
+    /// @keeps  The reference holds until the object is destroyed.
     T & get() const VXCORE_LIFETIMEBOUND {
         if (m_object == nullptr) {
             throw_destroyed_error();

@@ -22,8 +22,12 @@ struct StringToken;
 /// A copy is one atomic count. Comparing, hashing and moving touch no characters and no lock.
 ///
 /// Threads. Keys may be made, copied and dropped in any thread; one key object is a plain value.
+///
+///     static StringKey const port("port"); // interned once
+///     if (key == port) { ... }             // compares two pointers
 class VXCORE_API StringKey {
   public:
+    /// The key of the empty string.
     constexpr StringKey() noexcept = default;
 
     /// Interns `text`.
@@ -31,6 +35,7 @@ class VXCORE_API StringKey {
     /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes. std::bad_alloc: no memory.
     explicit StringKey(std::string_view text);
 
+    /// A copy adds a reference to the token. A move leaves `other` as the empty key.
     StringKey(StringKey const & other) noexcept;
 
     StringKey(StringKey && other) noexcept : m_token(std::exchange(other.m_token, nullptr)) {}
@@ -40,6 +45,7 @@ class VXCORE_API StringKey {
         return *this;
     }
 
+    /// Takes the lock of the token's part of the table only if this may be its last key.
     ~StringKey();
 
     /// Looks `text` up without interning it, so that untrusted text takes no memory.
@@ -48,7 +54,8 @@ class VXCORE_API StringKey {
     ///         empty text.
     static bool find_interned(std::string_view text, StringKey & key) noexcept;
 
-    /// The string. The reference is valid as long as any key of the same string lives.
+    /// The string; O(1). The reference is valid as long as any key of the same string lives, that
+    /// of the empty string for ever.
     std::string const & value() const noexcept VXCORE_LIFETIMEBOUND;
 
     /// Keyed with a random secret of the process: it differs from run to run, and nobody can choose
@@ -63,9 +70,10 @@ class VXCORE_API StringKey {
     /// Makes this the empty key.
     void clear() noexcept { StringKey().swap(*this); }
 
-    /// Writes the string as any string is inserted.
+    /// Inserts the string as any string is inserted: width and fill of the stream apply.
     void write_trace(std::ostream & stream) const;
 
+    /// True if the strings are equal.
     friend bool operator==(StringKey const & a, StringKey const & b) noexcept {
         return a.m_token == b.m_token;
     }

@@ -11,13 +11,24 @@ namespace vxcore {
 /// made in a few instructions.
 ///
 /// Texts of up to `exact_size` bytes are equal exactly when their fingerprints are. Longer texts
-/// with equal fingerprints may differ in the middle.
+/// with equal fingerprints may differ in the middle: compare them as well.
+///
+///     TextFingerprint const fingerprint(text);
+///     Slot & slot = slots[fingerprint.hash() >> 27]; // one of 32
+///     if (slot.fingerprint == fingerprint &&
+///         (text.size() <= TextFingerprint::exact_size || slot.text == text)) { ... }
+///
+/// The bytes are loaded in the order of the machine: neither fingerprint nor hash belongs into a
+/// stream.
 struct TextFingerprint {
     /// The longest text, in bytes, that its fingerprint holds completely.
     static constexpr std::size_t exact_size = 16;
 
+    /// The fingerprint of the empty text.
     TextFingerprint() noexcept = default;
 
+    /// Reads the two ends of `text`, which is not kept. The loads overlap in texts of less than 16
+    /// bytes, so that no loop is needed; of the shortest each byte is in one of the words.
     explicit TextFingerprint(std::string_view text) noexcept : size(text.size()) {
         char const * const data = text.data();
         if (size >= 8) {
@@ -40,11 +51,13 @@ struct TextFingerprint {
         return static_cast<unsigned int>((mixed * 0xD6E8FEB86659FD93u) >> 32);
     }
 
+    /// Compares three words.
     bool operator==(TextFingerprint const &) const = default;
 
+    /// The first and the last bytes of the text, and its size in bytes.
     std::uint64_t head = 0;
     std::uint64_t tail = 0;
-    std::size_t size = 0; // bytes of the text
+    std::size_t size = 0;
 };
 
 } // namespace vxcore

@@ -7,10 +7,11 @@
 
 namespace vxcore {
 
-/// Raises the `std::length_error` of `text_size`.
+/// Raises the `std::length_error` of `text_size`. Out of line, so that the check stays small.
 [[noreturn]] VXCORE_API void throw_text_too_long();
 
-/// Returns the size of a text in 32 bits, the type of all sizes here.
+/// Returns the size of a text in 32 bits, the type of all sizes here. Functions that take a
+/// `std::string_view` call it before they change anything.
 ///
 /// @raises std::length_error: `size` is above 2^32 - 1 bytes.
 inline unsigned int text_size(std::size_t size) {

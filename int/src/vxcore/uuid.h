@@ -13,15 +13,28 @@ namespace vxcore {
 
 /// A universally unique identifier: 16 bytes in the order of its text (RFC 4122). Default: all
 /// zero.
+///
+/// The class stores and compares identifiers; it does not make new ones, nor does it check version
+/// and variant: all 2^128 values are valid.
+///
+/// Cost. 16 bytes, copied as such. Only `as_string` allocates.
+///
+///     Uuid id;
+///     if (Uuid::parse("123e4567-e89b-12d3-a456-426614174000", id)) {
+///         id.data()[0]; // 0x12
+///     }
 class VXCORE_API Uuid {
   public:
     using BinaryData = std::array<unsigned char, 16>;
 
+    /// All bytes zero.
     constexpr Uuid() noexcept : m_data{} {}
 
+    /// @param data  The bytes in the order of the text, not in that of a machine's integers.
     constexpr explicit Uuid(BinaryData const & data) noexcept : m_data(data) {}
 
-    /// Reads a text in either format of `as_string`. Digits may be of either case.
+    /// Reads a text in either format of `as_string`. Digits may be of either case. Braces, blanks
+    /// and prefixes are refused.
     ///
     /// @return false if `text` is in neither format; `uuid` is then unchanged.
     static bool parse(std::string_view text, Uuid & uuid) noexcept;
@@ -39,17 +52,18 @@ class VXCORE_API Uuid {
 
     void swap(Uuid & other) noexcept { std::swap(m_data, other.m_data); }
 
-    /// Folds the bytes, each unsigned, with `hash_fold`.
+    /// Folds the bytes, each unsigned, with `hash_fold`. Not for tables of untrusted identifiers:
+    /// the hash has no key.
     unsigned int hash() const noexcept;
 
-    /// Orders by the bytes, each unsigned.
+    /// Orders by the bytes, each unsigned, which is the order of the texts.
     friend auto operator<=>(Uuid const &, Uuid const &) noexcept = default;
 
   private:
     BinaryData m_data;
 };
 
-/// Writes format 0.
+/// Writes the text of format 0: with dashes.
 VXCORE_API std::ostream & operator<<(std::ostream & stream, Uuid const & uuid);
 
 } // namespace vxcore
