@@ -10,18 +10,25 @@
 
 namespace vxserialize::impl {
 
-/// Raises `error.vxserialize.depth`.
+/// Raises `error.vxserialize.depth`. Out of line, so that the templates below stay small.
 [[noreturn]] void throw_too_many_containers();
 
 /// A stack of open lists and records, on top of one frame for the stream itself.
 ///
 /// Every attribute map opens and closes two lists, so the first frames are inside the object and
-/// only deep nesting allocates.
+/// only deep nesting allocates. Growing and copying copy the frames, so `Frame` is a small struct.
+///
+/// Heap memory, once needed, is kept until the stack is destroyed. Its capacity doubles, up to
+/// `max_open_containers` frames beside that of the stream.
 template <typename Frame>
 class ContainerStack {
   public:
+    /// No container is open. Only the frame of the stream is initialised.
     ContainerStack() noexcept { *m_top = Frame(); }
 
+    /// A copy has frames of its own, as a copied reader needs.
+    ///
+    /// @raises std::bad_alloc: no memory for more than the inline frames.
     ContainerStack(ContainerStack const & other) : ContainerStack() { *this = other; }
 
     ContainerStack & operator=(ContainerStack const & other) {
@@ -36,13 +43,18 @@ class ContainerStack {
         return *this;
     }
 
+    /// The innermost open container, or the stream. The reference is valid until the next `push`,
+    /// which may move the frames, or `pop`.
     Frame & top() noexcept { return *m_top; }
 
     Frame const & top() const noexcept { return *m_top; }
 
-    /// Open lists and records.
+    /// The number of open lists and records, without the frame of the stream.
     unsigned int depth() const noexcept { return static_cast<unsigned int>(m_top - m_frames); }
 
+    /// Opens a container. After a failure the stack is as it was.
+    ///
+    /// @raises error.vxserialize.depth: `max_open_containers` are open. std::bad_alloc: no memory.
     void push(Frame frame) {
         if (depth() + 1 == m_capacity) [[unlikely]] {
             grow();
@@ -50,13 +62,14 @@ class ContainerStack {
         *++m_top = frame;
     }
 
-    /// Not for the frame of the stream.
+    /// Closes the innermost container, not the frame of the stream. Unchecked: callers look at
+    /// `top()` first.
     void pop() noexcept { --m_top; }
 
   private:
     static constexpr unsigned int sm_inlineFrames = 16;
 
-    /// Doubles the capacity. At the limit it raises and changes nothing.
+    /// Doubles the capacity. At the limit, or without memory, it raises and changes nothing.
     void grow() {
         if (m_capacity > max_open_containers) {
             throw_too_many_containers();
@@ -70,6 +83,7 @@ class ContainerStack {
         m_capacity = capacity;
     }
 
+    // `m_frames` is `m_inline` or, once that was too small, `m_heap`.
     Frame m_inline[sm_inlineFrames];
     std::unique_ptr<Frame[]> m_heap;
     Frame * m_frames = m_inline;
@@ -77,9 +91,21 @@ class ContainerStack {
     unsigned int m_capacity = sm_inlineFrames;
 };
 
+/// What a frame describes. The lowest frame is that of the stream.
 enum class EContainer : unsigned char { eStream, eList, eRecord };
 
 /// The open lists and records of a writer, and the check that its calls nest and count.
+///
+/// A writer calls the function for each event and writes the bytes itself. Calls that do not fit
+/// raise `error.vxserialize.usage` and change nothing. `function` is a literal: the qualified name
+/// of the writer's operation, for the location of the failure.
+///
+/// An element of a list is one or more primitives, separated from the next by `next_list_item()`.
+/// So the number of elements is that of the separators, and one more if anything was written.
+///
+///     if (!m_containers.element()) { // before a primitive: a blank after the one before it
+///         put(' ');
+///     }
 class WriteContainers {
   public:
     /// Records that a primitive of the current element is written. Returns whether it is the first.
@@ -92,14 +118,20 @@ class WriteContainers {
     /// As `element()`, for callers without use for the result.
     void mark_element() noexcept { m_stack.top().written = true; }
 
+    /// The number of open lists and records.
     unsigned int depth() const noexcept { return m_stack.depth(); }
 
     /// A container is a primitive of the current element around it. Both return, as `element()`,
-    /// whether it is the first.
+    /// whether it is the first. The announced count is checked by `end_list()`.
+    ///
+    /// @raises error.vxserialize.depth, std::bad_alloc: as `ContainerStack::push`.
     bool begin_list(unsigned int count) { return open({count, 0, EContainer::eList, false}); }
 
     bool begin_record() { return open({0, 0, EContainer::eRecord, false}); }
 
+    /// Ends an element of the innermost container.
+    ///
+    /// @raises error.vxserialize.usage: that is no list, or its current element is empty.
     void next_list_item(char const * function) {
         Frame & frame = m_stack.top();
         if (frame.kind != EContainer::eList || !frame.written) [[unlikely]] {
@@ -109,11 +141,15 @@ class WriteContainers {
         frame.written = false;
     }
 
-    /// Returns the number of elements.
+    /// Closes the innermost container. `end_list` returns the number of elements.
+    ///
+    /// @raises error.vxserialize.usage: it is no list or no record, the list has another number of
+    ///         elements than announced, or a separator is the last thing in it.
     unsigned int end_list(char const * function);
     void end_record(char const * function);
 
   private:
+    /// One open container. Records use no count, the stream only `written`.
     struct Frame {
         unsigned int count;  // announced
         unsigned int closed; // elements that next_list_item has closed
@@ -121,11 +157,14 @@ class WriteContainers {
         bool written; // a primitive of the current element
     };
 
+    /// Opens a container as a primitive of the one around it; returns whether it is the first
+    /// there.
     bool open(Frame frame) {
         m_stack.push(frame); // first: it may raise
         return !std::exchange((&m_stack.top())[-1].written, true);
     }
 
+    /// Raises the failure of `next_list_item` whose condition is not met.
     [[noreturn]] void fail_list_item(char const * function) const;
 
     ContainerStack<Frame> m_stack;
@@ -135,8 +174,13 @@ class WriteContainers {
 ///
 /// One element of a list may be several primitives. `touched` says whether any of the current
 /// element was read, so that `has_next()` moves on once for each element.
+///
+/// A form whose lists all announce their counts uses `has_next_counted()`. A form that marks the
+/// end of a list checks `top()` itself, before and after the mark. `function` is as above.
 class ReadContainers {
   public:
+    /// One open container. In the frame of the stream, and in that of a record, only `touched`
+    /// changes.
     struct Frame {
         unsigned int remaining; // unfinished elements of a list, the current one included
         EContainer kind;
@@ -144,28 +188,40 @@ class ReadContainers {
         bool touched;
     };
 
+    /// The innermost container; valid until the next one is opened or this one is closed.
     Frame & top() noexcept { return m_stack.top(); }
 
-    /// Records that a primitive of the current element is read.
+    /// Records that a primitive of the current element is read. `begin_list` and `begin_record` do
+    /// so themselves.
     void element() noexcept { m_stack.top().touched = true; }
 
     /// Elements that the open containers still expect after their current ones. Each needs at least
-    /// one byte, so that many of the remaining bytes cannot belong to a list opened now.
+    /// one byte, so that many of the remaining bytes cannot belong to a list opened now. O(1): the
+    /// sum of the outer containers is kept up to date.
     unsigned long long pending() const noexcept { return m_pending + pending_in(m_stack.top()); }
 
-    /// True in a list that was announced as empty.
+    /// True in a list that was announced as empty. The next element, if any, is outside of it:
+    /// `next_type()` must not show it.
     bool in_empty_list() const noexcept {
         Frame const & frame = m_stack.top();
         return frame.remaining == 0 && frame.kind == EContainer::eList && frame.counted;
     }
 
+    /// Opens a list or record, inside the current element.
+    ///
+    /// @param count    Elements; 0 if the list did not announce them (`counted` is false).
+    /// @raises error.vxserialize.depth, std::bad_alloc: as `ContainerStack::push`.
     void begin_list(unsigned int count, bool counted) {
         open({count, EContainer::eList, counted, false});
     }
 
     void begin_record() { open({0, EContainer::eRecord, false, false}); }
 
-    /// `has_next()` of a form whose lists all announce their counts.
+    /// `has_next()` of a form whose lists all announce their counts: closes the list after its last
+    /// element.
+    ///
+    /// @raises error.vxserialize.usage: the innermost container is no list, or more was read in it
+    ///         than it has elements.
     bool has_next_counted(char const * function) {
         Frame & frame = m_stack.top();
         if (frame.touched || frame.kind != EContainer::eList) {
@@ -182,18 +238,21 @@ class ReadContainers {
         return false;
     }
 
-    /// Raises unless the innermost container is a list.
+    /// Both check what the innermost container is.
+    ///
+    /// @raises error.vxserialize.usage: it is no list, or no record.
     void check_in_list(char const * function) const;
-
-    /// Raises unless the innermost container is a record.
     void check_in_record(char const * function) const;
 
+    /// Leaves the innermost container, which is not the stream.
     void close() noexcept {
         m_stack.pop();
         m_pending -= pending_in(m_stack.top());
     }
 
   private:
+    /// Elements that one container expects after its current one. The mark at the end of a record
+    /// counts as one.
     static unsigned int pending_in(Frame const & frame) noexcept {
         if (frame.kind == EContainer::eList) {
             return frame.remaining == 0 ? 0 : frame.remaining - 1;
@@ -201,6 +260,8 @@ class ReadContainers {
         return frame.kind == EContainer::eRecord ? 1 : 0; // its end mark
     }
 
+    /// Opens a container as a primitive of the one around it. What that still expects is added to
+    /// `m_pending` after the push, which may raise.
     void open(Frame frame) {
         m_stack.top().touched = true;
         unsigned int const pending = pending_in(m_stack.top());
@@ -208,6 +269,7 @@ class ReadContainers {
         m_pending += pending;
     }
 
+    /// Raises the failure of `has_next_counted` whose condition is not met.
     [[noreturn]] void fail_element(char const * function) const;
 
     ContainerStack<Frame> m_stack;

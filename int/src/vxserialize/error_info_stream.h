@@ -20,7 +20,7 @@ VXSERIALIZE_API void write_error_info(Writer & writer, vxcore::ErrorInfo::Ptr co
 /// Reads an error, which then owns the name of its code. Returns null for the null element.
 ///
 /// @raises error.vxserialize.depth: more than `max_error_chain` links.
-///         error.vxserialize.data: a chain without a link.
+///         error.vxserialize.data: a chain without a link. Those of Reader.
 VXSERIALIZE_API vxcore::ErrorInfo::Ptr read_error_info(Reader & reader);
 
 /// A date and time without a zone is written as the absolute time of the same ticks.

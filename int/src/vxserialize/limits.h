@@ -1,5 +1,7 @@
 #pragma once
 
+/// The limits that keep hostile data from exhausting memory or stack. Exceeding one raises
+/// `error.vxserialize.depth`.
 namespace vxserialize {
 
 /// The most lists and records that may be open at once, in readers and writers alike: what can be

@@ -10,11 +10,17 @@ namespace vxserialize {
 namespace impl {
 
 /// Iterates over the segments of a list. `Segment` is `MemorySegment`, const for reading.
+///
+///     for (auto it = list->segment_read_iterator(); !it.at_end(); ++it) {
+///         send(it->data(), it->size());
+///     }
 template <typename Segment>
 class SegmentIterator {
   public:
+    /// Starts at `begin`. The iterator does not keep the segments.
     SegmentIterator(Segment * begin, Segment * end) noexcept : m_segment(begin), m_end(end) {}
 
+    /// True if no segment is left. The operators below need one.
     bool at_end() const noexcept { return m_segment == m_end; }
 
     Segment & operator*() const noexcept { return *m_segment; }
@@ -57,12 +63,18 @@ class VXSERIALIZE_API MemoryListCursor {
     unsigned char const * data_at_cursor(unsigned int & size) noexcept;
 
     /// Copies up to `size` bytes without moving. Returns their number, less only at the end.
+    ///
+    /// @cost  The copy; it starts in the current segment.
     unsigned int read_at_cursor(void * buffer, unsigned int size) const noexcept;
 
     /// Moves on by up to `size` bytes. Returns their number, less only at the end.
+    ///
+    /// @cost  O(segments passed).
     unsigned int cursor_advance(unsigned int size) noexcept;
 
-    /// Returns the next `size` bytes, or those left, as a list that shares them.
+    /// Returns the next `size` bytes, or those left, as a list that shares them. The cursor stays.
+    ///
+    /// @raises std::bad_alloc: no memory for the segments; no byte is copied.
     vxcore::RefCountPtr<MemoryList> sublist_at_cursor(unsigned int size) const;
 
   private:
@@ -80,7 +92,8 @@ class VXSERIALIZE_API MemoryListCursor {
     unsigned int m_bytesAfter = 0;          // bytes in the segments after the current one
 };
 
-/// The operations of MemoryList, without the count of references.
+/// The operations of MemoryList, without the count of references. See there for what a list is;
+/// only MemoryList is made.
 class VXSERIALIZE_API MemoryListBase {
   public:
     /// As a size: all bytes up to the end.
@@ -102,7 +115,9 @@ class VXSERIALIZE_API MemoryListBase {
 
     /// Returns a list of up to `size` bytes, starting at `position`. It shares them.
     ///
-    /// @raises std::out_of_range: `position` is above `size()`.
+    /// @raises std::out_of_range: `position` is above `size()`. std::bad_alloc: no memory, as in
+    /// all
+    ///         functions below that are not noexcept.
     /// @cost   O(segments); no byte is copied.
     vxcore::RefCountPtr<MemoryList> sublist(unsigned int position, unsigned int size = all) const;
 
@@ -138,7 +153,8 @@ class VXSERIALIZE_API MemoryListBase {
     /// Returns a cursor at `position`, or at the end of a shorter list.
     MemoryListCursor reader(unsigned int position = 0) const noexcept VXCORE_LIFETIMEBOUND;
 
-    /// Iterators over all segments. To write, call `MemorySegment::get_inplace_write_ptr`.
+    /// Iterators over all segments, none of which is empty, in the order of the bytes. To write,
+    /// call `MemorySegment::get_inplace_write_ptr`.
     ///
     /// @keeps  Until the list is changed or destroyed.
     SegmentReadIterator segment_read_iterator() const noexcept VXCORE_LIFETIMEBOUND {
@@ -204,7 +220,10 @@ class VXSERIALIZE_API MemoryList final : public vxcore::RefCounted<vxcore::Atomi
     /// An empty list whose first segment will have room for `segmentSize` bytes.
     static vxcore::RefCountPtr<MemoryList> create(unsigned int segmentSize);
 
-    /// A list of a copy of the bytes, in one segment without spare room.
+    /// A list of a copy of the bytes, in one segment without spare room. `data` may be null if
+    /// `size` is 0.
+    ///
+    /// @raises std::bad_alloc: no memory, as in the other two.
     static vxcore::RefCountPtr<MemoryList> create(void const * data, unsigned int size);
 
   private:

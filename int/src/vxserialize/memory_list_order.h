@@ -2,6 +2,7 @@
 
 #include "vxserialize/memory_list.h"
 
+/// Order and hash of payloads, by their bytes.
 namespace vxserialize::impl {
 
 using MemoryListPtr = vxcore::RefCountPtr<MemoryList const>;
@@ -13,7 +14,10 @@ using MemoryListPtr = vxcore::RefCountPtr<MemoryList const>;
 /// @cost   O(bytes up to the first difference); no byte is copied.
 VXSERIALIZE_API int compare_memory_lists(MemoryListPtr const & a, MemoryListPtr const & b) noexcept;
 
-/// Folds the bytes as **signed** values: h = h * 5 + b. Returns 0 for a null or empty list.
+/// Folds the bytes as **signed** values: h = h * 5 + b. Returns 0 for a null or empty list. Equal
+/// bytes have equal hashes, however they are cut into segments.
+///
+/// @cost  O(bytes); not stored.
 VXSERIALIZE_API unsigned int hash_memory_list(MemoryListPtr const & list) noexcept;
 
 } // namespace vxserialize::impl

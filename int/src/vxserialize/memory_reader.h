@@ -22,16 +22,20 @@ namespace vxserialize {
 ///
 /// Errors. Besides those of Reader: `error.vxserialize.data.count` for a list that announces more
 /// elements than bytes are left for it, `error.vxserialize.data.version` for a stream of a later
-/// version. Sizes are checked before memory is allocated.
+/// version. Sizes are checked before memory is allocated, so a false size makes no large
+/// allocation.
 class VXSERIALIZE_API MemoryReader final : public Reader {
   public:
     /// A reader without data: it is at the end, and its `memory_list()` is null.
     MemoryReader();
 
-    /// @param list  May be null, which reads as an empty list. The reader keeps it alive.
+    /// Starts at the beginning of the list, or after the version that it may start with.
+    ///
+    /// @param list  May be null, which reads as an empty list. The reader keeps it alive. It must
+    ///              not change while a reader uses it.
     explicit MemoryReader(vxcore::RefCountPtr<MemoryList const> list);
 
-    /// A copy starts without remembered names.
+    /// A copy starts without remembered names, but inside the same open lists and records.
     MemoryReader(MemoryReader const & other);
     MemoryReader & operator=(MemoryReader const & other);
     ~MemoryReader() override;
@@ -51,6 +55,7 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     EElementKind next_type() override;
 
     /// The reads of single elements, as in Reader. No case but strings, names and blocks allocates.
+    /// Those that lie across two segments are slower.
     void read_null() override;
     bool read_if_null() override;
     bool read_bool() override;
@@ -73,7 +78,13 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     ///         elements need at least.
     unsigned int begin_list() override;
 
+    /// Looks at no byte: the count of the list says how many elements follow.
+    ///
+    /// @raises error.vxserialize.usage: the innermost container is no list, or more was read in it
+    ///         than it has elements.
     bool has_next() override;
+
+    /// As in Reader. The begin of a record is one byte.
     void begin_record() override;
 
     /// @raises error.vxserialize.data: the next byte is not the end of the record.

@@ -12,11 +12,16 @@ namespace impl {
 /// the same allocation.
 class VXSERIALIZE_API MemoryBlock final : public vxcore::RefCounted<vxcore::AtomicRefCount> {
   public:
+    /// Makes a block in one allocation.
+    ///
     /// @param capacity  Bytes; they are not initialised.
+    /// @raises std::bad_alloc: no memory.
     static vxcore::RefCountPtr<MemoryBlock> create(unsigned int capacity);
 
+    /// The first of the bytes. They never move while the block lives.
     unsigned char * data() noexcept { return reinterpret_cast<unsigned char *>(this + 1); }
 
+    /// Bytes, used or not.
     unsigned int capacity() const noexcept { return m_capacity; }
 
   private:
@@ -35,6 +40,13 @@ class VXSERIALIZE_API MemoryBlock final : public vxcore::RefCounted<vxcore::Atom
 ///
 /// A segment that is the only user of its block is written in place. Otherwise the segment first
 /// copies its bytes, so a write is never seen through another list.
+///
+/// Threads. Segments of different lists may be read and written in different threads, even if they
+/// share a block. One segment: many readers or one writer.
+///
+///     for (auto it = list->segment_write_iterator(); !it.at_end(); ++it) {
+///         std::memset(it->get_inplace_write_ptr(it->size()), 0, it->size());
+///     }
 class VXSERIALIZE_API MemorySegment {
   public:
     /// A segment of no bytes.
@@ -54,7 +66,8 @@ class VXSERIALIZE_API MemorySegment {
 
     /// Returns the first `size` bytes for writing, with their present content.
     ///
-    /// @raises std::out_of_range: `size` is above `size()`.
+    /// @raises std::out_of_range: `size` is above `size()`. std::bad_alloc: no memory for the copy.
+    ///         The segment is unchanged.
     /// @cost   None, or one allocation and copy of the segment if it is shared.
     /// @keeps  Until the list is changed, copied or destroyed. A list made from this one afterwards
     ///         shares the bytes, so call this again before writing again.

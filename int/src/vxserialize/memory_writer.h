@@ -21,6 +21,8 @@ namespace vxserialize {
 class VXSERIALIZE_API MemoryWriter final : public Writer {
   public:
     /// An open writer without elements. The first block is allocated by the first write.
+    ///
+    /// @raises std::bad_alloc: no memory for the list object.
     MemoryWriter();
     MemoryWriter(MemoryWriter const &) = delete;
     MemoryWriter & operator=(MemoryWriter const &) = delete;
@@ -34,16 +36,22 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     /// A reader of what is written so far, open lists and records included. It shares the memory;
     /// later writes do not show in it.
     ///
-    /// @cost O(segments); no byte is copied.
+    /// @raises std::bad_alloc: no memory. The writer is as it was.
+    /// @cost   O(segments); no byte is copied.
     MemoryReader reader() const;
 
     /// Closes the writer and returns what was written. Lists may still be open, so that a caller
     /// that failed half-way can wipe the bytes. Later writes raise `error.vxserialize.usage`; a
     /// second call returns an empty list.
+    ///
+    /// @cost  Constant: the list gets the memory, not a copy. The first call allocates nothing.
     vxcore::RefCountPtr<MemoryList> close_and_detach_memory_list();
 
     /// The writes, as in Writer. Strings and blocks are copied; only they may need more than one
-    /// segment.
+    /// segment. Sizes in the stream, in bytes: 1 for null, a boolean, an integer of -8 to 55 and an
+    /// unsigned one up to 31; 2 to 9 for other integers, 2 to 5 for other unsigned ones; 9 for a
+    /// double or a time; 17 for a UUID. A string has 1 byte before its own if these are at most 63,
+    /// a block if they are at most 23, and 2 to 5 otherwise.
     void write_null() override;
     void write_bool(bool value) override;
     void write_integer(long long value) override;
@@ -56,7 +64,8 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     void write_uuid(vxcore::Uuid const & value) override;
     void write_binary(void const * data, unsigned int size) override;
 
-    /// Copies the bytes of `list`, which is not kept.
+    /// Copies the bytes of `list`, which is not kept. Segment by segment: no buffer of their size
+    /// is made in between.
     void write_memory_list(MemoryListBase const & list) override;
 
     /// A list takes 1 to 5 bytes before its elements. Separators and ends take none.
@@ -80,7 +89,7 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     // Blocks are created before any byte of an element is written. Entering them cannot fail.
     using BlockPtr = vxcore::RefCountPtr<impl::MemoryBlock>;
 
-    BlockPtr create_block(unsigned int needed);
+    BlockPtr create_block(unsigned int needed); // raises; changes nothing that was written
     void finish_block() noexcept;
     void enter_block(BlockPtr block) noexcept;
     void start_block(unsigned int needed);

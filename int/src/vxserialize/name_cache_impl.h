@@ -19,15 +19,30 @@ namespace vxserialize::impl {
 ///
 /// The cache starts without slots, makes 32 after 8 misses, and grows by a factor of 4 after 4
 /// misses per slot, up to 2,048. A copy starts empty: the slots affect speed only.
+///
+/// The names in the slots stay interned as long as the cache lives, so a reader holds at most 2,048
+/// names that its program has dropped.
+///
+/// Threads. A cache belongs to its reader, and with it to one thread at a time.
+///
+///     vxcore::StringKey key = m_names.find(text); // as StringKey(text), but cheaper for the
+///                                                 // third and later appearance of a name
 class VXSERIALIZE_API NameCache {
   public:
+    /// Allocates nothing.
     NameCache() noexcept = default;
 
     NameCache(NameCache const &) noexcept {}
 
+    /// Keeps the names of this cache, which are right for any data.
     NameCache & operator=(NameCache const &) noexcept { return *this; }
 
     /// Returns the key of `text`, interned if necessary.
+    ///
+    /// @raises std::bad_alloc: no memory for a new name or for slots.
+    ///         std::length_error: `text` is beyond 2^32 - 1 bytes.
+    /// @cost   Found: at most two comparisons of 24 bytes, of the text too if it is longer than 16
+    ///         bytes, and one atomic count. Otherwise that of a StringKey.
     vxcore::StringKey find(std::string_view text) {
         vxcore::TextFingerprint const fingerprint(text);
         if (m_slots) {
@@ -45,6 +60,7 @@ class VXSERIALIZE_API NameCache {
   private:
     /// An unused slot holds the empty text, whose key is the empty one.
     struct Slot {
+        /// Compares the text itself only where the fingerprint does not hold all of it.
         bool holds(vxcore::TextFingerprint const & other, std::string_view text) const noexcept {
             return fingerprint == other &&
                    (text.size() <= vxcore::TextFingerprint::exact_size || key.value() == text);
@@ -55,11 +71,13 @@ class VXSERIALIZE_API NameCache {
         unsigned int seen = 0; // hash of a name that appeared once; no part of what the slot holds
     };
 
+    // Sizes are powers of two, given as their bits: 32 slots at first, 2,048 at most.
     static constexpr unsigned int sm_missesBeforeSlots = 8;
     static constexpr unsigned int sm_missesPerSlot = 4;
     static constexpr unsigned int sm_minBits = 5;
     static constexpr unsigned int sm_maxBits = 11;
 
+    // The rare paths, out of line: a miss, and what it changes.
     vxcore::StringKey intern(vxcore::TextFingerprint const & fingerprint, std::string_view text);
     bool was_seen(unsigned int hash) noexcept;
     void grow();

@@ -29,7 +29,10 @@ using ReadStreamPtr =
 ///         names.push_back(reader.read_string_key());
 ///     }
 ///
-/// A form overrides the functions below; callers use them or `>>`.
+/// A form overrides the functions below; callers use them or `>>`. The results are independent of
+/// the reader and may outlive it.
+///
+/// Cost. One virtual call per element. Strings, names and blocks may allocate.
 ///
 /// Threads. One reader belongs to one thread at a time.
 ///
@@ -41,6 +44,7 @@ using ReadStreamPtr =
 /// an order that does not fit the open containers raise `error.vxserialize.usage`.
 class VXSERIALIZE_API Reader {
   public:
+    /// What was not read is not checked either.
     virtual ~Reader();
 
     /// Returns the kind of the next element without consuming it. Does not raise on bad data, for
@@ -50,10 +54,12 @@ class VXSERIALIZE_API Reader {
     /// Consumes a null element.
     virtual void read_null() = 0;
 
-    /// Consumes the next element if it is null. Returns whether it did.
+    /// Consumes the next element if it is null. Returns whether it did. Like `next_type()`, it does
+    /// not raise on another element or at the end.
     virtual bool read_if_null() = 0;
 
-    /// Reads what `write_bool` and `write_integer` wrote.
+    /// Read what `write_bool` and `write_integer` wrote. An unsigned integer is another kind of
+    /// element than an integer.
     virtual bool read_bool() = 0;
     virtual long long read_integer() = 0;
 
@@ -63,10 +69,12 @@ class VXSERIALIZE_API Reader {
     /// Reads all bit patterns unchanged, those of NaNs too.
     virtual double read_double() = 0;
 
-    /// Reads a string, which may hold any bytes, over the content of `value`.
+    /// Reads a string, which may hold any bytes, over the content of `value`. Reading many into one
+    /// object reuses its memory.
     virtual void read_string(std::string & value) = 0;
 
-    /// Reads a string as a name, which is interned.
+    /// Reads a string as a name, which is interned. A name takes memory only while a key of it, or
+    /// a reader that remembers it, lives.
     virtual vxcore::StringKey read_string_key() = 0;
 
     /// Read what the writes of the same types wrote.
@@ -87,16 +95,26 @@ class VXSERIALIZE_API Reader {
     ///
     /// The forms of this library return 0 for counts below 2, so that callers leave all lists the
     /// same way.
+    ///
+    /// @raises error.vxserialize.depth: `max_open_containers` lists and records are open.
     virtual unsigned int begin_list() = 0;
 
     /// True while another element of the open list follows. Calls before any of that element is
-    /// read return the same. False leaves the list.
+    /// read return the same. False leaves the list, so it is called once more than there are
+    /// elements.
+    ///
+    /// @raises error.vxserialize.usage: the innermost container is no list.
     virtual bool has_next() = 0;
 
-    /// Enters a record.
+    /// Enters a record, whose elements are then read one after the other without `has_next()`.
+    ///
+    /// @raises error.vxserialize.depth: as `begin_list`.
     virtual void begin_record() = 0;
 
     /// Leaves the open record, whose contents must have been read completely.
+    ///
+    /// @raises error.vxserialize.data: elements are left. error.vxserialize.usage: the innermost
+    ///         container is no record.
     virtual void end_record() = 0;
 
   protected:
@@ -104,6 +122,9 @@ class VXSERIALIZE_API Reader {
     Reader(Reader const &) = default;
     Reader & operator=(Reader const &) = default;
 };
+
+// The operators return the reader, so that calls can be chained. Each raises what its function
+// raises; `value` is then as it was, except that a string is unspecified.
 
 /// As `read_bool`.
 template <std::same_as<bool> T>

@@ -19,8 +19,9 @@ namespace vxserialize {
 ///     reader >> name;
 ///     unsigned int const port = reader.read_uint();
 ///
-/// The stream may deliver its bytes in pieces of any size. The reader reads ahead by up to its
-/// buffer, but does not check what follows the last element that the caller reads.
+/// The reader reads ahead by up to its buffer, but does not check what follows the last element
+/// that the caller reads. A read that returns fewer bytes than asked for ends the stream, as
+/// IReadStream specifies.
 ///
 /// Cost. Besides the buffer, memory grows only with the data received. Names are remembered, so a
 /// name that comes again costs a comparison and an atomic count.
@@ -31,15 +32,17 @@ namespace vxserialize {
 class VXSERIALIZE_API TextReader final : public Reader {
   public:
     /// @param stream  Must outlive the reader.
-    /// @param size    Bytes of the buffer; 0 counts as 1.
+    /// @param size    Bytes of the buffer; 0 counts as 1. Any size works; each refill is one call
+    ///                of `stream`.
+    /// @raises        std::bad_alloc: no memory for the buffer.
     /// @cost          Allocates the buffer. Nothing is read yet.
     TextReader(vxcore::IReadStream & stream, unsigned int size);
     TextReader(TextReader const &) = delete;
     TextReader & operator=(TextReader const &) = delete;
     ~TextReader() override;
 
-    /// Scans a number, name, time or UUID completely, since its kind shows only then. The stream
-    /// may raise while it is read.
+    /// Scans a number, name, time or UUID completely, since its kind shows only then. One of 128
+    /// or more characters is no element. The stream may raise while it is read.
     EElementKind next_type() override;
 
     /// The reads of single elements, as in Reader. A number must fit its type: others raise
@@ -63,12 +66,23 @@ class VXSERIALIZE_API TextReader final : public Reader {
     /// Returns the announced count only if at least that many bytes are known to follow, from the
     /// stream's `size()` or from the buffer; otherwise 0. The list must match its count in any
     /// case.
+    ///
+    /// @raises error.vxserialize.data.count: the list announces more elements than the stream has
+    ///         bytes left for it, if it knows its size, or a count above 2^32 - 1.
     unsigned int begin_list() override;
 
-    /// @raises error.vxserialize.data: a comma or the closing bracket is missing.
+    /// Takes the comma or the closing bracket.
+    ///
+    /// @raises error.vxserialize.data: both are missing, or a comma is followed by no element.
+    ///         error.vxserialize.data.count: the list has another number of elements than it
+    ///         announces. error.vxserialize.data.truncated: the stream ends in the list.
     bool has_next() override;
 
+    /// As in Reader.
     void begin_record() override;
+
+    /// @raises error.vxserialize.data: the closing parenthesis is missing.
+    ///         error.vxserialize.data.truncated: the stream ends before it.
     void end_record() override;
 
   private:
@@ -76,7 +90,7 @@ class VXSERIALIZE_API TextReader final : public Reader {
     static constexpr unsigned int sm_maxWord = 128;
 
     // Bytes: text_reader.cpp.
-    bool refill();
+    bool refill(); // replaces the buffer, all of which must be read
 
     /// The next byte, which stays where it is; -1 at the end of the stream.
     int peek() {

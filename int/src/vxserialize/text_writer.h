@@ -26,7 +26,8 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     /// delete through this interface.
     class ITextTarget {
       public:
-        /// Take the next character, or the next `size` of them. Both may raise.
+        /// Take the next character, or the next `size` of them, 256 at most. Both may raise. `data`
+        /// is not valid after the call.
         virtual void write_char(char c) = 0;
         virtual void write_data(char const * data, unsigned int size) = 0;
 
@@ -44,6 +45,9 @@ class VXSERIALIZE_API TextWriter final : public Writer {
         unsigned int indent = 0;
     };
 
+    /// An open writer. It does not allocate, nor use the target before its buffer is full or
+    /// `close()` is called.
+    ///
     /// @param target   Must outlive the writer. The destructor does not use it.
     /// @param options  Are copied.
     TextWriter(ITextTarget & target, Options const & options);
@@ -56,10 +60,13 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     /// Passes the rest of the text to the target. A second call does nothing.
     ///
     /// @raises error.vxserialize.usage: a list or record is open, or the target has failed. An open
-    ///         list or record leaves the writer usable.
+    ///         list or record leaves the writer usable. What the target raises passes through.
     void close();
 
-    /// The writes, as in Writer. After `close()` they raise `error.vxserialize.usage`.
+    /// The writes, as in Writer. After `close()` they raise `error.vxserialize.usage`. Bytes of a
+    /// string are written as they are if they are printable ASCII but no quote, backslash, `%`, `<`
+    /// or `>`; others take three characters: "%" and two hexadecimal digits. A block takes two
+    /// characters per byte. A double has the fewest digits that read back to the same number.
     void write_null() override;
     void write_bool(bool value) override;
     void write_integer(long long value) override;
@@ -76,6 +83,7 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     /// Announces the count in the text only if it is 2 or more.
     void begin_list(unsigned int count) override;
 
+    /// As in Writer: a comma, a bracket, and the parentheses of a record.
     void next_list_item() override;
     void end_list() override;
     void begin_record() override;
@@ -85,6 +93,8 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     static constexpr unsigned int sm_bufferSize = 256; // bytes
 
     /// A writer fails when its target raises. It accepts no calls in the last two states.
+    /// The state is `eState_Failed` during each call of the target, so that it remains after a
+    /// raise.
     enum EState : unsigned char { eState_Open, eState_Closed, eState_Failed };
 
     void check_open() const;

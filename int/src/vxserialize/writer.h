@@ -26,6 +26,10 @@ namespace vxserialize {
 ///     writer.end_list();
 ///
 /// A form overrides the functions below; callers mostly use `<<`. Byte counts are 32 bits wide.
+/// What is written is not kept: arguments need to live during the call only. How to end a stream,
+/// and to get what was written, is up to the form: see MemoryWriter and TextWriter.
+///
+/// Cost. One virtual call per element.
 ///
 /// Threads. One writer belongs to one thread at a time.
 ///
@@ -35,9 +39,10 @@ namespace vxserialize {
 /// the call.
 class VXSERIALIZE_API Writer {
   public:
+    /// Ends nothing: an open list stays open in what was written.
     virtual ~Writer();
 
-    /// Write one element of that kind.
+    /// Write one element of that kind. An integer takes any 64-bit number.
     virtual void write_null() = 0;
     virtual void write_bool(bool value) = 0;
     virtual void write_integer(long long value) = 0;
@@ -55,7 +60,7 @@ class VXSERIALIZE_API Writer {
     /// Writes a name: the same kind of element as a string. `read_string_key` reads it.
     virtual void write_string_key(vxcore::StringKey const & key) = 0;
 
-    /// Write one element of that kind.
+    /// Write one element of that kind, with all ticks and all bytes.
     virtual void write_absolute_time(vxcore::AbsoluteTime value) = 0;
     virtual void write_relative_time(vxcore::RelativeTime value) = 0;
     virtual void write_uuid(vxcore::Uuid const & value) = 0;
@@ -67,19 +72,32 @@ class VXSERIALIZE_API Writer {
     /// copies them into one piece; the forms of this library write segment by segment.
     virtual void write_memory_list(MemoryListBase const & list);
 
-    /// Opens a list of exactly `count` elements.
+    /// Opens a list of exactly `count` elements. The list itself is a primitive of the element
+    /// around it.
+    ///
+    /// @raises error.vxserialize.depth: `max_open_containers` lists and records are open.
     virtual void begin_list(unsigned int count) = 0;
 
     /// Separates two elements of the open list. Not called before the first or after the last.
+    ///
+    /// @raises error.vxserialize.usage: no list is the innermost container, or nothing was written
+    ///         since it began or since the last separator.
     virtual void next_list_item() = 0;
 
     /// Closes the open list, which must have as many elements as announced.
+    ///
+    /// @raises error.vxserialize.usage: it has not, or the innermost container is no list.
     virtual void end_list() = 0;
 
-    /// Opens a record: a fixed sequence of elements that counts as one.
+    /// Opens a record: a fixed sequence of elements that counts as one. Its reader has to know how
+    /// many there are; `next_list_item` is not called.
+    ///
+    /// @raises error.vxserialize.depth: as `begin_list`.
     virtual void begin_record() = 0;
 
     /// Closes the open record.
+    ///
+    /// @raises error.vxserialize.usage: the innermost container is no record.
     virtual void end_record() = 0;
 
   protected:
@@ -89,10 +107,13 @@ class VXSERIALIZE_API Writer {
 };
 
 /// Signed integers up to 64 bits. `<<` converts no other type: a pointer must not become a boolean,
-/// nor a character a number.
+/// nor a character a number. Cast to one of the types first.
 template <typename T>
 concept WritableInteger =
     std::same_as<T, int> || std::same_as<T, long> || std::same_as<T, long long>;
+
+// The operators return the writer, so that calls can be chained. Each raises what its function
+// raises; the elements before it in the chain are then written.
 
 /// As `write_bool`.
 template <std::same_as<bool> T>
