@@ -2,8 +2,10 @@
 
 #include <string_view>
 
-/// The character classes of RFC 2396, for code that writes or parses references. This library does
-/// not use them itself.
+/// The character classes of RFC 2396, section 2, for code that writes or parses references. This
+/// library does not use them itself: it follows RFC 3986, whose classes differ.
+///
+/// Each is a view of ASCII characters in no particular order; `find` tells whether one is in it.
 namespace vxuri::character_sets {
 
 /// Characters that are not allowed in a reference and therefore stay escaped.

@@ -33,8 +33,10 @@ class VXURI_API UriParseData final : public vxcore::RefCounted<vxcore::AtomicRef
     /// A view of the whole text.
     class VXURI_API TraceDataUriReference final : public vxcore::StringTraceData {
       public:
+        /// @param data  Must outlive the view.
         explicit TraceDataUriReference(UriParseData const & data) noexcept : m_data(data) {}
 
+        /// Returns the text and its size.
         char const * trace_data(unsigned int & size) const override;
 
       private:
@@ -67,8 +69,10 @@ class VXURI_API UriParseData final : public vxcore::RefCounted<vxcore::AtomicRef
     /// @raises std::length_error: `text` is beyond 2^32 - 1 bytes.
     static vxcore::RefCountPtr<UriParseData const> split(std::string text);
 
+    /// True if the first word has the mark of the undefined reference.
     bool is_undefined() const noexcept { return parts[0] == ~0u; }
 
+    /// The data itself, and views of it for traces, which live as long as it.
     std::string const text;
     Parts const parts;
     TraceDataUriReference const traceReference;
