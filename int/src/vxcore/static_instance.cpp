@@ -22,6 +22,8 @@ struct Registration {
 class CleanupList {
   public:
     ~CleanupList() {
+        // Taken off before it is called, and without the lock: a clean-up may register others, or
+        // remove its own.
         while (!m_registrations.empty()) {
             // Removed before the call, since a clean-up may remove other registrations.
             Registration const last = m_registrations.back();
@@ -38,6 +40,7 @@ class CleanupList {
 
     void remove(Registration registration) noexcept {
         std::lock_guard const lock(m_mutex);
+        // From the back: instances are mostly destroyed in the reverse order of their registration.
         auto const found =
             std::find(m_registrations.rbegin(), m_registrations.rend(), registration);
         if (found != m_registrations.rend()) {

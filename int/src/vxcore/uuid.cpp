@@ -17,6 +17,7 @@ bool follows_dash(std::size_t index) noexcept {
 } // namespace
 
 bool Uuid::parse(std::string_view text, Uuid & uuid) noexcept {
+    // The size alone tells the two formats apart, so no index below leaves the text.
     bool const dashes = text.size() == 36;
     if (!dashes && text.size() != 32) {
         return false;

@@ -24,6 +24,8 @@ void split_authority(std::string_view text, unsigned int begin, unsigned int end
     parts[6] = at == none ? 0 : static_cast<unsigned int>(at + 1);
     parts[7] = begin + parts[6];
 
+    // The colons of an IPv6 address are in brackets, so a "]" after a colon makes it none of a
+    // port.
     std::string_view const host = authority.substr(parts[6]);
     std::size_t const colon = host.rfind(':');
     std::size_t const bracket = host.rfind(']');
@@ -38,6 +40,7 @@ void split_authority(std::string_view text, unsigned int begin, unsigned int end
 UriParseData::Parts split_text(std::string_view text) {
     UriParseData::Parts parts{};
     auto const size = static_cast<unsigned int>(text.size());
+    // A colon ends a scheme only before the first "/", "?" and "#", and never an empty one.
     unsigned int const schemeEnd = find_any(text, ":/?#", 0);
     if (schemeEnd > 0 && schemeEnd < size && text[schemeEnd] == ':') {
         parts[1] = schemeEnd + 1;
@@ -66,7 +69,7 @@ char const * UriParseData::TraceDataUri::trace_data(unsigned int & size) const {
     constexpr unsigned int max = std::numeric_limits<unsigned int>::max();
     unsigned int const path = m_data.parts[3];
     unsigned int const query = m_data.parts[4];
-    size = query > max - path ? max : path + query;
+    size = query > max - path ? max : path + query; // all ones: the size is unknown
     return m_data.text.data();
 }
 

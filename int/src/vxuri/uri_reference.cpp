@@ -128,6 +128,8 @@ int UriReference::compare(UriReference const & other) const noexcept {
     std::string_view const a = text();
     std::string_view const b = other.text();
     std::size_t const size = std::min(a.size(), b.size());
+    // Up to `i` the texts are equal except for the case of escapes, so `a` alone shows where
+    // escapes are. References that share their data need no look at the text.
     std::size_t escaped = 0; // how many of the next bytes belong to an escape
     for (std::size_t i = 0; m_data != other.m_data && i < size; ++i) {
         if (a[i] != b[i]) {
@@ -150,7 +152,7 @@ bool UriReference::equal(UriReference const & other) const noexcept {
 unsigned int UriReference::hash() const noexcept {
     // Folds the same bytes as `compare`, so that equal references have equal hashes.
     unsigned int h = 0;
-    unsigned int escaped = 0;
+    unsigned int escaped = 0; // as in compare(), so that equal references have equal hashes
     for (char const c : text()) {
         signed char const byte = escaped > 0 ? fold_escape(c) : static_cast<signed char>(c);
         h = vxcore::hash_fold(h, static_cast<unsigned int>(byte));

@@ -30,7 +30,7 @@ void throw_error(ErrorInfo::Ptr info) {
 
 void throw_with_nested_exception(ErrorCode const & code, SourceString message,
                                  SourceLocation location, std::exception const & e) {
-    ErrorInfo::Ptr nested = ErrorInfo::from_exception(e, location);
+    ErrorInfo::Ptr nested = ErrorInfo::from_exception(e, location); // before it is moved from
     throw_error(ErrorInfo::create(code, std::move(message), ErrorParams(), std::move(location),
                                   std::move(nested)));
 }

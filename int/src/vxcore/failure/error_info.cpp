@@ -133,7 +133,7 @@ unsigned int ErrorInfo::hash() const noexcept {
 int ErrorInfo::compare(ErrorInfo const & other) const noexcept {
     ErrorInfo const * a = this;
     ErrorInfo const * b = &other;
-    // Chains that share a tail are equal from there on, and so are two chains that end together.
+    // Ends where both chains end, or where they meet: from there on they are one chain.
     for (; a != b; a = a->m_nested.get(), b = b->m_nested.get()) {
         if (a == nullptr || b == nullptr) {
             return a == nullptr ? -1 : 1;

@@ -44,6 +44,7 @@ SourceString SourceString::static_text(char const * text) noexcept {
 
 SourceString::SourceString(SourceString const & other) noexcept = default;
 
+// Not defaulted: `other` would keep the address of bytes whose buffer it no longer holds.
 SourceString::SourceString(SourceString && other) noexcept {
     swap(other);
 }

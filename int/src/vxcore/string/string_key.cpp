@@ -10,7 +10,7 @@ namespace vxcore {
 
 StringKey::StringKey(std::string_view text) {
     if (!text.empty()) {
-        text_size(text.size());
+        text_size(text.size()); // for its check only
         m_token = impl::intern_token(text);
     }
 }
@@ -25,9 +25,10 @@ StringKey::~StringKey() {
     if (m_token == nullptr) {
         return;
     }
-    // The lock is taken only if this may be the last reference: a count reaches 0 under the lock of
-    // the table only. Each decrement releases, and the last one acquires, so all uses of the token
-    // come before its deletion.
+    // Without the lock unless this may be the last reference. That one is dropped under the lock:
+    // otherwise another thread could find the token in the table and use it while it is deleted.
+    // Each decrement releases and the last one acquires, so all uses of the token come before its
+    // deletion.
     unsigned int count = m_token->count.load(std::memory_order_relaxed);
     while (count > 1) {
         if (m_token->count.compare_exchange_weak(count, count - 1, std::memory_order_release,

@@ -3,7 +3,7 @@
 namespace vxcore::impl {
 
 void DefaultFloatingPoint::switch_over() noexcept {
-    std::fegetenv(&m_before);
+    std::fegetenv(&m_before); // holds the flush modes of SSE too
     std::fesetenv(FE_DFL_ENV);
 }
 

@@ -39,6 +39,8 @@ bool AbsoluteTime::parse(std::string_view text, AbsoluteTime & time) noexcept {
     impl::DayTime moment;
     long long offset = 0;
     long long ticks = 0;
+    // The offset is subtracted before day and time are joined: near the ends of the range the local
+    // time may be out of range although the moment is not.
     if (!impl::scan_date(scanner, moment.day) || !scanner.take('T') ||
         !impl::scan_clock(scanner, moment.ticks) || !scan_zone(scanner, offset) ||
         !scanner.at_end()) {

@@ -33,6 +33,7 @@ bool scan_span_clock(TextScanner & scanner, unsigned long long & ticks) noexcept
 
     static constexpr Unit units[] = {
         {'H', ticksPerHour}, {'M', ticksPerMinute}, {'S', ticksPerSecond}};
+    // `unit` only moves forward: letters come in order and each at most once.
     Unit const * unit = units;
     do {
         unsigned long long count = 0;
@@ -98,7 +99,7 @@ bool RelativeTime::parse(std::string_view text, RelativeTime & time) noexcept {
     }
     // The smallest value has a size of `max + 1`, which only an unsigned number holds.
     constexpr unsigned long long max = std::numeric_limits<long long>::max();
-    if (size > (negative ? max + 1 : max)) {
+    if (size > (negative ? max + 1 : max)) { // there is one more negative number than positive
         return false;
     }
     time = RelativeTime(static_cast<long long>(negative ? 0 - size : size));
@@ -114,7 +115,7 @@ std::string RelativeTime::as_string() const {
     }
     append_units(text, size / ticksPerDay, 'D');
     size %= ticksPerDay;
-    if (size == 0 && ticks() != 0) {
+    if (size == 0 && ticks() != 0) { // whole days have no "T", but the span 0 needs a part
         return text;
     }
     text += 'T';

@@ -22,6 +22,7 @@ SimpleDateTime::SimpleDateTime(Fields const & fields) {
 }
 
 SimpleDateTime::Fields SimpleDateTime::fields() const noexcept {
+    // The number of the day has 25 bits for any ticks, so that the cast to int is exact.
     impl::DayTime const time = impl::split_ticks(ticks());
     std::chrono::year_month_day const date{
         std::chrono::sys_days(std::chrono::days(static_cast<int>(time.day)))};

@@ -42,6 +42,7 @@ bool TextScanner::take_number(unsigned long long & value) noexcept {
     }
     value = digit;
     while (take_digit(digit)) {
+        // value * 10 + digit would exceed the maximum; computed without doing so.
         if (value > (std::numeric_limits<unsigned long long>::max() - digit) / 10) {
             return false;
         }
@@ -54,7 +55,7 @@ bool TextScanner::take_fraction(unsigned int & ticks) noexcept {
     if (!take_digit(ticks)) {
         return false;
     }
-    // Missing digits count as 0, so that the unit is always 100 ns.
+    // Digits that are missing are zeros: ".5" is 5,000,000 ticks.
     for (unsigned int count = 1, digit = 0; count < 7; ++count) {
         ticks = ticks * 10 + (take_digit(digit) ? digit : 0);
     }
@@ -70,7 +71,8 @@ bool scan_date(TextScanner & scanner, long long & result) noexcept {
     if (!scanner.take_digits(4, year)) {
         return false;
     }
-    // A year of five digits needs a sign and has no leading zero.
+    // A year has one text only: a fifth digit needs a sign and no leading zero, a plus needs a
+    // fifth digit, and there is no -0000.
     if (unsigned int digit = 0; (plus || minus) && year >= 1000 && scanner.take_digit(digit)) {
         year = year * 10 + digit;
     }
