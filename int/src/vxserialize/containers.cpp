@@ -19,6 +19,7 @@ unsigned int WriteContainers::end_list(char const * function) {
     if (frame.kind != EContainer::eList) {
         throw_usage(function, "the end of a list where none is open");
     }
+    // The count does not show this: the separator closed the last element, so the number is right.
     if (frame.closed != 0 && !frame.written) {
         throw_usage(function, "a list item without an element behind it");
     }

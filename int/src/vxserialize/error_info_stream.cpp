@@ -59,7 +59,7 @@ vxcore::ErrorParams read_params(Reader & reader) {
     reader.begin_list();
     while (reader.has_next()) {
         vxcore::SourceString key = read_text(reader);
-        // A key that comes twice keeps its last value.
+        // Of equal names the last one counts.
         reader >> params.insert_ref(std::move(key));
     }
     return params;
@@ -70,6 +70,7 @@ Link read_link(Reader & reader) {
     link.code = read_text(reader);
     link.message = read_text(reader);
     link.params = read_params(reader);
+    // In variables: the order in which arguments are evaluated is not specified.
     vxcore::SourceString function = read_text(reader);
     vxcore::SourceString file = read_text(reader);
     unsigned int const line = reader.read_uint();
@@ -80,6 +81,7 @@ Link read_link(Reader & reader) {
 /// Returns the undefined reference with that text: split as usual, then marked as undefined.
 vxuri::UriReference undefined_uri(std::string text) {
     using vxuri::impl::UriParseData;
+    // Parse data is immutable: the words are copied, marked, and put into data of their own.
     auto const data = UriParseData::split(std::move(text));
     UriParseData::Parts parts = data->parts;
     parts[0] = ~0u;
@@ -135,8 +137,8 @@ vxcore::ErrorInfo::Ptr read_error_info(Reader & reader) {
                             vxcore::SourceString("An error without a link", true),
                             VXCORE_LOCATION("vxserialize::read_error_info()"));
     }
+    // From the innermost outwards: an info gets its cause when it is made, and is immutable then.
     vxcore::ErrorInfo::Ptr info;
-    // From the innermost outwards: each error is created with its cause.
     for (auto link = links.rbegin(); link != links.rend(); ++link) {
         info = vxcore::ErrorInfo::create_with_own_code(
             std::move(link->code), std::move(link->message), std::move(link->params),

@@ -29,6 +29,7 @@ MemoryReader::MemoryReader(vxcore::RefCountPtr<MemoryList const> list) : m_list(
     }
 }
 
+// The cursor of a copy points into the same list, which each of the two readers keeps alive.
 MemoryReader::MemoryReader(MemoryReader const & other) = default;
 
 MemoryReader & MemoryReader::operator=(MemoryReader const & other) = default;
@@ -132,7 +133,7 @@ unsigned int MemoryReader::take_block_size() {
 }
 
 EElementKind MemoryReader::next_type() {
-    // An empty list has no next element, whatever comes after it in the stream.
+    // Ends of lists are not in the bytes: what follows an empty list is an element outside of it.
     if (m_containers.in_empty_list()) {
         return eElement_None;
     }

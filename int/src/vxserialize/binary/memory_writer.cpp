@@ -46,6 +46,8 @@ MemoryWriter::MemoryWriter() : m_list(MemoryList::create()) {}
 MemoryWriter::~MemoryWriter() = default;
 
 MemoryReader MemoryWriter::reader() const {
+    // The clone has the full blocks; the current one is not in the list yet. While the reader
+    // shares it the writer goes on after the bytes that the reader sees.
     vxcore::RefCountPtr<MemoryList> list = m_list ? m_list->shallow_clone() : MemoryList::create();
     // The reader shares the current block. Later writes append to the block after the bytes that
     // the reader sees.
@@ -264,7 +266,7 @@ void MemoryWriter::end_list() {
 }
 
 void MemoryWriter::begin_record() {
-    room(1);
+    room(1); // first, as for a list
     m_containers.begin_record();
     put_tag(record_begin);
 }

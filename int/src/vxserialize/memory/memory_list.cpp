@@ -43,7 +43,7 @@ unsigned char const * MemoryListCursor::data_at_cursor(unsigned int & size) noex
 
 unsigned int MemoryListCursor::read_at_cursor(void * buffer, unsigned int size) const noexcept {
     auto * out = static_cast<unsigned char *>(buffer);
-    MemoryListCursor from = *this;
+    MemoryListCursor from = *this; // moves in place of this cursor
     unsigned int left = std::min(size, bytes_left());
     unsigned int const copied = left;
     while (left != 0) {
@@ -61,7 +61,7 @@ unsigned int MemoryListCursor::read_at_cursor(void * buffer, unsigned int size) 
 unsigned int MemoryListCursor::cursor_advance(unsigned int size) noexcept {
     unsigned int left = std::min(size, bytes_left());
     unsigned int const moved = left;
-    // Passes whole segments without reading their bytes.
+    // Not >=: at the end of a segment the cursor stays there, as above.
     while (left > static_cast<unsigned int>(m_end - m_data)) {
         left -= static_cast<unsigned int>(m_end - m_data);
         enter_next_segment();
@@ -153,8 +153,8 @@ void MemoryListBase::append(MemoryListBase const & list, unsigned int position, 
     if (position > list.m_size) {
         throw std::out_of_range("vxserialize::MemoryListBase::append()");
     }
-    grown_size(m_size, std::min(size, list.m_size - position));
-    // Collected first, since `list` may be this list.
+    grown_size(m_size, std::min(size, list.m_size - position)); // for its check only
+    // Collected first: `list` may be this list.
     add_segments(list.reader(position).segments_at_cursor(size));
 }
 
@@ -206,8 +206,8 @@ void MemoryListBase::overwrite_own_bytes(void (*overwrite)(void *, std::size_t) 
 
 void MemoryListBase::reserve_segments(std::size_t count) {
     std::size_t const needed = m_segments.size() + count;
-    // Doubled, since `reserve` alone may allocate for each single segment.
     if (needed > m_segments.capacity()) {
+        // Twice the capacity: `reserve` alone may grow by exactly what is asked for.
         m_segments.reserve(std::max(needed, 2 * m_segments.capacity()));
     }
 }

@@ -6,6 +6,7 @@ namespace vxserialize::impl {
 
 namespace {
 
+/// A stream over part of a list. It has a cursor of its own, so it is independent of the reader.
 class MemoryListStream final : public vxcore::RefCounted<vxcore::AtomicRefCount>,
                                public vxcore::IReadStream {
   public:
@@ -29,9 +30,9 @@ class MemoryListStream final : public vxcore::RefCounted<vxcore::AtomicRefCount>
   private:
     ~MemoryListStream() override = default;
 
-    vxcore::RefCountPtr<MemoryList const> const m_list;
+    vxcore::RefCountPtr<MemoryList const> const m_list; // keeps the bytes for the cursor
     MemoryListCursor m_cursor;
-    unsigned int m_left;
+    unsigned int m_left; // bytes of the block, which may end before the list does
 };
 
 } // namespace
@@ -39,7 +40,7 @@ class MemoryListStream final : public vxcore::RefCounted<vxcore::AtomicRefCount>
 ReadStreamPtr create_memory_list_stream(vxcore::RefCountPtr<MemoryList const> list,
                                         MemoryListCursor const & cursor, unsigned int size) {
     auto stream = vxcore::make_ref_counted<MemoryListStream>(std::move(list), cursor, size);
-    MemoryListStream * const object = stream.get();
+    MemoryListStream * const object = stream.get(); // first: the owner is moved from next
     return ReadStreamPtr(object, std::move(stream));
 }
 

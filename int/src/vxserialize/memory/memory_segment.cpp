@@ -7,7 +7,7 @@
 namespace vxserialize {
 
 vxcore::RefCountPtr<impl::MemoryBlock> impl::MemoryBlock::create(unsigned int capacity) {
-    // The bytes follow the object, in the same allocation.
+    // One allocation for the object and its bytes, which `destroy` therefore frees as raw memory.
     void * const memory = ::operator new(sizeof(MemoryBlock) + capacity);
     return vxcore::RefCountPtr<MemoryBlock>(::new (memory) MemoryBlock(capacity));
 }
@@ -26,12 +26,13 @@ unsigned char * MemorySegment::get_inplace_write_ptr(unsigned int size) {
         vxcore::RefCountPtr<impl::MemoryBlock> own = impl::MemoryBlock::create(m_size);
         std::memcpy(own->data(), m_data, m_size);
         m_data = own->data();
-        m_block.swap(own);
+        m_block.swap(own); // the old block is released last: it holds what was copied
     }
     return m_data;
 }
 
 unsigned int MemorySegment::own_slack() const noexcept {
+    // Another user of the block may have written after this segment, or may do so.
     if (!m_block || is_shared()) {
         return 0;
     }

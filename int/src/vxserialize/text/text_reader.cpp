@@ -52,6 +52,7 @@ TextReader::TextReader(vxcore::IReadStream & stream, unsigned int size)
 
 TextReader::~TextReader() = default;
 
+// A word that was scanned to find its kind is not read yet.
 unsigned long long TextReader::offset() const noexcept {
     // The current word has left the buffer but is still to be read.
     return m_received - static_cast<unsigned long long>(m_limit - m_cursor) - m_wordSize;
@@ -164,6 +165,7 @@ void TextReader::read_string(std::string & value) {
     }
 }
 
+// The member keeps its memory from name to name.
 vxcore::StringKey TextReader::read_string_key() {
     TextReader::read_string(m_text);
     return m_names.find(m_text);
@@ -227,6 +229,7 @@ vxcore::RefCountPtr<MemoryList> TextReader::read_binary_as_memory_list() {
         }
         bytes[size++] = take_hex_pair();
     }
+    // Only digits belong to the block; a blank or a mark ends it.
     if (is_char(peek(), eChar_Word)) {
         fail("a character that is no hexadecimal digit");
     }

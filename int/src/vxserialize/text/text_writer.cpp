@@ -92,7 +92,7 @@ void TextWriter::put_hex_bytes(unsigned char const * data, unsigned int size) {
 void TextWriter::put_line() {
     if (m_options.indent != 0) {
         put('\n');
-        // In 64 bits: indentation times depth may exceed 32.
+        // In 64 bits: a large indent times the depth would wrap.
         for (unsigned long long i = 0; i < 1ull * m_options.indent * m_lists; ++i) {
             put(' ');
         }
@@ -192,7 +192,7 @@ void TextWriter::write_absolute_time(vxcore::AbsoluteTime value) {
 }
 
 void TextWriter::write_relative_time(vxcore::RelativeTime value) {
-    put_word(value.as_string());
+    put_word(value.as_string()); // allocates before anything is written, as above
 }
 
 void TextWriter::write_uuid(vxcore::Uuid const & value) {
@@ -220,7 +220,7 @@ void TextWriter::begin_list(unsigned int count) {
     // A list or record after another primitive of the same element needs the blank between them.
     put(m_containers.begin_list(count) ? "[" : " [");
     ++m_lists;
-    // Readers report only counts from 2 up, see docs/decisions/0004.
+    // Readers return 0 for smaller counts, so those would tell nothing.
     if (count >= 2) {
         char buffer[number_size];
         put(format(buffer, count));
