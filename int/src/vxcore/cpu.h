@@ -4,7 +4,7 @@
 
 namespace vxcore::hardware {
 
-/// What the processor tells about itself.
+/// Access to the processor.
 class VXCORE_API Cpu {
   public:
     /// Returns the processor's time stamp counter, or a clock in nanoseconds where there is none.

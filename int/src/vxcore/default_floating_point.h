@@ -35,8 +35,8 @@ class VXCORE_API DefaultFloatingPoint {
     DefaultFloatingPoint(DefaultFloatingPoint const &) = delete;
     DefaultFloatingPoint & operator=(DefaultFloatingPoint const &) = delete;
 
-    /// Restores the environment of before if it was another. Exceptions that were flagged meanwhile
-    /// are then lost.
+    /// Restores the previous environment if it was another. Floating-point exceptions that were
+    /// flagged since then are lost.
     ~DefaultFloatingPoint() {
         if (m_isSwitched) [[unlikely]] {
             switch_back();
@@ -62,7 +62,7 @@ class VXCORE_API DefaultFloatingPoint {
 
     bool m_isSwitched;
 
-    /// The environment of before; uninitialised unless `m_isSwitched`.
+    /// The previous environment; uninitialised unless `m_isSwitched`.
     std::fenv_t m_before;
 };
 

@@ -21,7 +21,7 @@ class VXCORE_API ErrorComposer {
     /// @param message  With `{@name}` where the parameter `name` belongs.
     explicit ErrorComposer(SourceString message) noexcept : m_message(std::move(message)) {}
 
-    /// The parameters so far, for names that are no literals. Empty after the failure was built.
+    /// The parameters so far, for names that are no literals.
     ErrorParams & params() noexcept VXCORE_LIFETIMEBOUND { return m_params; }
 
     /// Sets one parameter and returns this composer; a second value for a name replaces the first.

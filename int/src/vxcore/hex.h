@@ -17,7 +17,7 @@ constexpr char upper_hex_digit(unsigned int value) noexcept {
 }
 
 /// The value of a hexadecimal digit of either case, 0 to 15; -1 for any other character, and for a
-/// negative `c` such as the end of a file.
+/// negative `c` such as the end of a file. `c` may be a `char`, signed or not.
 constexpr int hex_value(int c) noexcept {
     if (c >= '0' && c <= '9') {
         return c - '0';

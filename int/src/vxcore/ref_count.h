@@ -60,8 +60,8 @@ class VXCORE_API NonAtomicRefCount {
 ///
 /// A new object has no holder: the first `RefCountPtr` made from its address is its first
 /// reference. Copying an object copies nothing of the count. Objects are made with `new` and
-/// destroyed with `delete`, unless the class overrides `destroy()`; a protected or private
-/// destructor keeps others from doing so.
+/// destroyed with `delete`, unless the class overrides `destroy()`. A protected or private
+/// destructor keeps other code from deleting them.
 ///
 /// `Count` is `AtomicRefCount` or `NonAtomicRefCount`. References count as const: a const object
 /// may be shared, and the last `RefCountPtr` to it destroys it.
@@ -90,7 +90,8 @@ class VXCORE_API RefCounted {
         }
     }
 
-    /// True when one `RefCountPtr` holds this object, so that its holder may change it.
+    /// True when one `RefCountPtr` holds this object, so that its holder may change it. Another
+    /// thread can add a reference only through that holder, so the answer stays true until it does.
     bool has_unique_ref() const noexcept { return m_count.is_unique(); }
 
   protected:

@@ -16,8 +16,8 @@ namespace vxcore {
 /// as many digits of the second as it needs, at most seven. Years outside 0 to 9999 carry a sign.
 /// The range is -27258-04-19T21:11:54.5224192 to +31197-09-14T02:48:05.4775807.
 ///
-/// Equality, order and hash are those of the ticks. Without a zone the order tells nothing about
-/// two clocks in different zones; a moment in time is an AbsoluteTime.
+/// Equality, order and hash are those of the ticks. Times that clocks in different zones show
+/// cannot be ordered this way: use AbsoluteTime for moments.
 ///
 ///     SimpleDateTime const meeting({.year = 2026, .month = 11, .day = 24, .hour = 14});
 ///     meeting.as_string();       // 2026-11-24T14:00:00

@@ -4,7 +4,7 @@
 
 namespace vxcore {
 
-/// The place in the source where a failure was raised. Immutable.
+/// The place in the source where a failure was raised.
 ///
 /// Part of every ErrorInfo, for people who read traces. Failures are compared without it. A default
 /// location names no place: `ErrorInfo::write_trace` then writes no line for it.

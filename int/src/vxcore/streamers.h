@@ -18,7 +18,6 @@ namespace streamers {
 /// A truth value as a word, whatever `std::boolalpha` says.
 class VXCORE_API Boolean {
   public:
-    /// @param value  Copied; the object stays as it is made.
     explicit Boolean(bool value) noexcept : m_value(value) {}
 
     /// "true" or "false", valid for ever.

@@ -18,8 +18,9 @@ struct StringToken;
 ///
 /// Tokens are reference-counted and freed with their last key. The empty string has no token.
 ///
-/// Cost. Making a key hashes its text and takes one lock among many; make keys once and keep them.
-/// A copy is one atomic count. Comparing, hashing and moving touch no characters and no lock.
+/// Cost. One pointer wide. Making a key hashes its text and takes one lock among 64; make keys once
+/// and keep them. A copy is one atomic count. Comparing, hashing and moving touch no characters and
+/// no lock.
 ///
 /// Threads. Keys may be made, copied and dropped in any thread; one key object is a plain value.
 ///
@@ -58,11 +59,13 @@ class VXCORE_API StringKey {
     /// of the empty string for ever.
     std::string const & value() const noexcept VXCORE_LIFETIMEBOUND;
 
-    /// Keyed with a random secret of the process: it differs from run to run, and nobody can choose
-    /// texts that collide. Computed once per token. 0 for the empty string.
+    /// SipHash-1-3 (Aumasson and Bernstein, 2012), keyed with a random secret of the process: it
+    /// differs from run to run, and nobody can choose texts that collide. Computed once per token.
+    /// 0 for the empty string.
     unsigned int hash() const noexcept;
 
-    /// The address of the token: equal for equal strings, null for the empty one.
+    /// The address of the token: equal for equal strings, null for the empty one. It identifies the
+    /// string only while a key of it lives; another string may get the address afterwards.
     void const * key_value() const noexcept { return m_token; }
 
     void swap(StringKey & other) noexcept { std::swap(m_token, other.m_token); }

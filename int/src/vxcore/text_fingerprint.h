@@ -44,8 +44,9 @@ struct TextFingerprint {
         }
     }
 
-    /// A hash whose upper bits choose a slot. Texts with equal hashes are easy to find, so use it
-    /// only in tables where a collision costs a little time and nothing else.
+    /// A hash whose upper bits choose a slot: the upper half of a product by an odd constant of
+    /// irregular bits depends on all bits below. Texts with equal hashes are easy to find, so use
+    /// it only in tables where a collision costs a little time and nothing else.
     unsigned int hash() const noexcept {
         std::uint64_t const mixed = (head * 0x9E3779B97F4A7C15u) ^ (tail + size);
         return static_cast<unsigned int>((mixed * 0xD6E8FEB86659FD93u) >> 32);
