@@ -115,9 +115,8 @@ class VXSERIALIZE_API MemoryListBase {
 
     /// Returns a list of up to `size` bytes, starting at `position`. It shares them.
     ///
-    /// @raises std::out_of_range: `position` is above `size()`. std::bad_alloc: no memory, as in
-    /// all
-    ///         functions below that are not noexcept.
+    /// @raises std::out_of_range: `position` is above `size()`.
+    ///         std::bad_alloc: no memory. So do all functions below that are not noexcept.
     /// @cost   O(segments); no byte is copied.
     vxcore::RefCountPtr<MemoryList> sublist(unsigned int position, unsigned int size = all) const;
 

@@ -25,8 +25,7 @@ namespace vxserialize::impl {
 ///
 /// Threads. A cache belongs to its reader, and with it to one thread at a time.
 ///
-///     vxcore::StringKey key = m_names.find(text); // as StringKey(text), but cheaper for the
-///                                                 // third and later appearance of a name
+///     vxcore::StringKey key = m_names.find(text); // equal to StringKey(text)
 class VXSERIALIZE_API NameCache {
   public:
     /// Allocates nothing.

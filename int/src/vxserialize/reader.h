@@ -44,7 +44,7 @@ using ReadStreamPtr =
 /// an order that does not fit the open containers raise `error.vxserialize.usage`.
 class VXSERIALIZE_API Reader {
   public:
-    /// What was not read is not checked either.
+    /// Elements that were not read are not checked.
     virtual ~Reader();
 
     /// Returns the kind of the next element without consuming it. Does not raise on bad data, for

@@ -45,8 +45,8 @@ class VXSERIALIZE_API TextWriter final : public Writer {
         unsigned int indent = 0;
     };
 
-    /// An open writer. It does not allocate, nor use the target before its buffer is full or
-    /// `close()` is called.
+    /// An open writer. Making one neither allocates nor uses the target, which is first called when
+    /// the buffer is full or by `close()`.
     ///
     /// @param target   Must outlive the writer. The destructor does not use it.
     /// @param options  Are copied.
