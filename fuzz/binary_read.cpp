@@ -1,4 +1,4 @@
-/// The binary reader on any bytes, cut into segments of two sizes in turn.
+/// Tests the binary reader with arbitrary bytes, cut into segments of two sizes in turn.
 
 #include "stream_checks.h"
 

@@ -1,5 +1,5 @@
-/// Coded streams on any bytes, in both forms, by decoders that have all, some or none of the
-/// packages.
+/// Reads coded streams of arbitrary bytes, in both forms, with decoders that know all, some or none
+/// of the packages.
 
 #include "known_packages.h"
 #include "read_all.h"
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 namespace {
 
-/// What `ReaderInput::shapes` says of an input of this target.
+/// How this target reads an input, taken from the bits of `ReaderInput::shapes`.
 struct Mode {
     explicit Mode(unsigned int shapes) noexcept
         : hasTable((shapes & 3) == 1), packages(shapes >> 2 & 3), isStrict((shapes & 16) != 0),
@@ -35,7 +35,7 @@ AttributeNamePackageSet::Ptr packages_of(unsigned int mask) {
     return mask == 0 ? nullptr : composer.compose();
 }
 
-/// Writes with a table or without and reads back.
+/// Writes the value with coded names, after a table of mappings if `hasTable`, and reads it back.
 AttributeValue recoded(AttributeValue const & value, bool hasTable) {
     auto const set = packages_of(3);
     AttributeNameEncoder encoder(set);

@@ -6,8 +6,8 @@
 
 namespace vxfuzz {
 
-/// Takes decisions and data off an input, front to back. Beyond its end everything is 0, so that
-/// every input means something and a prefix means nearly the same.
+/// Takes decisions and data from the front of an input. After its end every byte is 0, so that any
+/// input is valid and a prefix means nearly the same.
 class Input {
   public:
     Input(unsigned char const * data, std::size_t size) noexcept : m_at(data), m_end(data + size) {}
@@ -16,10 +16,11 @@ class Input {
 
     unsigned char byte() noexcept { return at_end() ? 0 : *m_at++; }
 
-    /// 0 to n - 1, n up to 256.
+    /// Takes a number from 0 to n - 1 off one byte; n is at most 256.
     unsigned int below(unsigned int n) noexcept { return byte() % n; }
 
-    /// A number of 0 to 8 bytes, as the first byte says; its top byte carries the sign.
+    /// Takes a signed number: one byte for its size of 0 to 8 bytes, then its bytes, the most
+    /// significant one first.
     long long number() noexcept {
         unsigned int const width = below(9);
         unsigned long long bits = 0;
@@ -30,7 +31,8 @@ class Input {
         return static_cast<long long>(bits << shift) >> shift;
     }
 
-    /// Up to `limit` bytes as they come.
+    /// Takes a text: one byte for its size of 0 to `limit` bytes, then its bytes, as far as there
+    /// are any. `limit` is at most 255.
     std::string text(unsigned int limit = 64) {
         std::size_t const size =
             std::min<std::size_t>(below(limit + 1), static_cast<std::size_t>(m_end - m_at));

@@ -1,5 +1,5 @@
-/// The JSON tokenizer and reader on any bytes, with all options, out of memory and through buffers
-/// of 1 to 64 bytes. What the reader takes is written again and read once more.
+/// Tests the JSON tokenizer and reader with arbitrary bytes and all options, from memory and
+/// through buffers of 1 to 64 bytes. Writes what the reader accepts and reads it once more.
 
 #include "check.h"
 #include "memory_watch.h"
@@ -16,7 +16,7 @@ using Value = Reader::Value;
 
 namespace {
 
-/// Two bytes of decisions, then the text.
+/// An input: two bytes that choose the options, then the text.
 struct JsonInput {
     bool parse(unsigned char const * data, std::size_t size) {
         if (size < 2) {
@@ -35,11 +35,11 @@ struct JsonInput {
     }
 
     Tokenizer::Options options;
-    unsigned int road = 0; // how the reader is driven, 0 to 15
+    unsigned int road = 0; // 4 bits; see Walk and rewrite
     std::string text;
 };
 
-/// A token, or a string as a whole.
+/// A token. All runs of a string are one token.
 struct Lexeme {
     EToken token = eToken_Unknown;
     std::string text;
@@ -50,7 +50,8 @@ struct Lexeme {
     bool operator==(Lexeme const &) const = default;
 };
 
-/// The next token; the runs of a string are one, which starts where the first does.
+/// Returns the token `ahead` and reads to the one after it. Joins the runs of a string at the place
+/// of the first.
 Lexeme next_lexeme(Tokenizer & tokenizer, EToken & ahead) {
     auto const take = [&tokenizer, &ahead](Lexeme & lexeme) {
         StringSlice slice;
@@ -75,7 +76,7 @@ std::string error_text(Tokenizer & tokenizer) {
     return error->text();
 }
 
-/// Both roads give the same tokens at the same places, and fail alike.
+/// Checks that the tokens, their places and the failure are the same from memory and from a stream.
 void check_tokens(JsonInput const & input) {
     vxfuzz::MemoryWatch const watch;
     vxfuzz::ViewStream stream(input.text, false);
@@ -102,13 +103,14 @@ void check_tokens(JsonInput const & input) {
                   "the tokenizer takes no memory for what it gives on");
 }
 
-/// Drives a reader over all values and writes what it returns.
+/// Reads all values of a document and writes them. Bits of `road`: 1 allows reserved names, 2 reads
+/// strings as streams, 4 writes numbers from doubles.
 class Walk {
   public:
     Walk(Tokenizer & tokenizer, TextWriter & writer, unsigned int road)
         : m_reader(tokenizer, {(road & 1) != 0}), m_writer(writer), m_road(road) {}
 
-    /// The first document; false when there is none.
+    /// Writes the first document. Returns false when there is none.
     bool run() {
         auto const value = m_reader.next_value();
         if (value) {
@@ -177,7 +179,7 @@ class Walk {
         vxcore::ErrorInfo::Ptr error;
         double const number = value.as_double(&error);
         if ((m_road & 4) != 0) {
-            m_writer.write_double(number); // 0 beyond the range
+            m_writer.write_double(number); // 0 when out of range
         } else {
             std::string const text = error ? "0" : value.as_string();
             m_writer.write_number(text.data(), static_cast<unsigned int>(text.size()));
@@ -189,7 +191,8 @@ class Walk {
     unsigned int const m_road;
 };
 
-/// Reads a text and writes it again; false when the reader refuses it or finds nothing.
+/// Reads a text and writes it again. Returns false when the reader refuses the text or finds
+/// nothing. Bit 8 of `road` indents what is written; Walk uses the others.
 bool rewrite(std::string const & text, Tokenizer::Options const & options, unsigned int road,
              std::string & result) {
     TextWriter::Options layout;
@@ -217,14 +220,14 @@ void check_reading(JsonInput const & input) {
         if (!rewrite(input.text, input.options, input.road, first)) {
             return;
         }
-        // Of what is kept a double grows most, from "1e20" to 23 bytes; blanks do not count.
+        // A double grows most: "1e20" is written in 23 bytes. Indented output has no such limit.
         vxfuzz::check((input.road & 8) != 0 || watch.peak() <= 32 * input.text.size() + 131072,
                       "the reader takes memory for what is open only");
     }
     std::string second;
     Tokenizer::Options strict;
     strict.max_number_size = 400;
-    unsigned int const names = 1; // those that were taken once
+    unsigned int const names = 1; // reserved ones, which the first text may contain
     vxfuzz::check(rewrite(first, strict, (input.road & 12) | names, second) && second == first,
                   "what is written reads back and writes the same");
 }

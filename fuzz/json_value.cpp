@@ -1,5 +1,5 @@
-/// JSON to a value and back: any text, and any value. What a reader takes is written, plainly or
-/// in every layout, and comes back as the same bytes of a stream.
+/// Converts arbitrary JSON texts to values and arbitrary values to JSON. Writes each value, plain
+/// or in any layout, and reads it back. Its binary form must stay the same.
 
 #include "check.h"
 #include "memory_watch.h"
@@ -14,8 +14,8 @@ using namespace vxattribute;
 
 namespace {
 
-/// The binary form: equal where values are the same to the last bit. Empty for a value that nests
-/// too deep for it.
+/// Returns the binary form, which is the same only for values that agree to the last bit. Returns
+/// an empty string for a value that nests too deep for it.
 std::string bytes_of(AttributeValue const & value) {
     try {
         return vxfuzz::write_binary(value);
@@ -24,7 +24,7 @@ std::string bytes_of(AttributeValue const & value) {
     }
 }
 
-/// Writes the value and reads it again, over a stream of small pieces or from memory.
+/// Writes the value and reads it again, from a stream in small pieces or from memory.
 void check_writing(AttributeValue const & value, unsigned char layout) {
     JsonTextOptions options;
     options.indent = layout % 3;
@@ -33,7 +33,7 @@ void check_writing(AttributeValue const & value, unsigned char layout) {
     try {
         text = value_to_json(value, options);
     } catch (vxcore::ErrorException const &) {
-        return; // beyond a limit of nesting: a plain map in what came in the lossless form
+        return; // too deep: a map that came in the lossless form may nest deeper than plain JSON
     }
     vxjson::Document::Options read;
     read.reader.allow_reserved_names = true;
@@ -45,7 +45,7 @@ void check_writing(AttributeValue const & value, unsigned char layout) {
     vxfuzz::check(bytes_of(back) == bytes_of(value), "what is written comes back the same");
 }
 
-/// A text of decisions for reader and writer; false when it is refused.
+/// Reads a text with the options that `flags` selects. Returns false when the text is refused.
 bool read(std::string const & text, unsigned char flags, AttributeValue & value) {
     vxjson::Document::Options options;
     options.tokenizer.allow_comments = (flags & 1) != 0;
@@ -71,7 +71,7 @@ bool read(std::string const & text, unsigned char flags, AttributeValue & value)
 
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size);
 
-/// Two bytes of decisions, then the text, or what a value is built from.
+/// Takes two bytes of options, then a JSON text or the input of a ValueBuilder.
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
     if (size < 2) {
         return 0;

@@ -5,15 +5,15 @@
 
 #include <algorithm>
 
-/// What the seeds of sealed values are sealed with.
+/// The key and the random bytes that the seeds of sealed values are made with.
 namespace vxfuzz {
 
-/// The key, cut to the size, 32 at most.
+/// Returns the first `size` bytes of the key, at most 32.
 inline vxcrypto::Key key_of_size(unsigned int size) {
     return vxcrypto::Key("the key of all the seeds, 32 byte", size);
 }
 
-/// The same bytes at each call: seeds and replays must not differ from run to run.
+/// Produces the same bytes at each call: seeds and replays must not differ from run to run.
 class FixedRandom final : public vxcrypto::IRandomProvider {
   public:
     void generate_random(void * buffer, unsigned int size) override {

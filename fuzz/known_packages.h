@@ -4,8 +4,8 @@
 
 namespace vxfuzz {
 
-/// The packages that the targets know and that their seeds are written with. No fuzzer finds the id
-/// of a package by chance.
+/// Returns the packages that the targets know and the seeds are written with. No fuzzer finds the
+/// id of a package by chance.
 inline std::vector<vxattribute::AttributeNamePackage::Ptr> const & known_packages() {
     using Composer = vxattribute::AttributeNamePackage::Composer;
     static std::vector<vxattribute::AttributeNamePackage::Ptr> const packages = {

@@ -9,7 +9,7 @@ using namespace vxattribute;
 
 namespace {
 
-// The numbers of the commands and the bits of the flags; see vxattr_files.cpp.
+// The numbers of the commands and the bits of the flags are those of vxattr_files.cpp.
 enum ECommand {
     eToBinary,
     eToText,

@@ -24,7 +24,7 @@ std::string bytes_of(std::initializer_list<unsigned int> bytes) {
     return text;
 }
 
-/// An error of one link more than is read.
+/// Returns an error chain that is one link longer than readers accept.
 std::string too_long_error() {
     unsigned int const links = vxserialize::max_error_chain + 1;
     std::string bytes = bytes_of({0x8E, 0xF7, 0xED, links & 0xFF, links >> 8});
@@ -34,10 +34,10 @@ std::string too_long_error() {
     return bytes + '\xF8';
 }
 
-/// Binary streams, each with one fault, which its name says.
+/// Saves binary streams with one fault each. The name of a seed states its fault.
 void save_binary() {
     Seed const seeds[] = {
-        {"version", bytes_of({0xFF, 1, 0x4D})}, // no fault: the version that is known
+        {"version", bytes_of({0xFF, 1, 0x4D})}, // no fault: the known version
         {"version_unknown", bytes_of({0xFF, 2, 0x4D})},
         {"type", bytes_of({0x85, 0x4D})},
         {"type_of_boolean", bytes_of({0x81, 0x4D})},
@@ -117,7 +117,7 @@ void save_coded() {
          std::string("\x20\x01\x00\x00\x2D", 5) + "[" + alpha + " 0u 2u] 12u [[1u 7]]");
 }
 
-/// A sealed value with a ciphertext of our own.
+/// Returns the stream of a sealed value that has this cipher id and ciphertext.
 std::string sealed(char const * cipher, std::string const & ciphertext) {
     return binary_of([&](vxserialize::Writer & writer) {
         writer.begin_record();
@@ -128,11 +128,12 @@ std::string sealed(char const * cipher, std::string const & ciphertext) {
     });
 }
 
-/// Streams under the cipher that leaves them as they are, and what is too short for another.
+/// Saves values under the cipher NULL, which leaves them as they are, ciphertexts of EAX that are
+/// too short, and a few values that open.
 void save_sealed() {
     std::string values, lists;
     for (vxtest::Sample const & sample : vxtest::samples()) {
-        if (sample.value.type() != ValueTypeId::typeSecured) { // these differ in each run
+        if (sample.value.type() != ValueTypeId::typeSecured) { // differ in each run
             (sample.value.size() > 1 ? lists : values) +=
                 sealed("NULL", write_binary(sample.value));
         }

@@ -1,5 +1,5 @@
-/// Writes the seeds of all targets into a folder: make_seeds FOLDER. Run it when a target reads its
-/// input in another way, and commit what it makes.
+/// Writes the seeds of all targets into a folder: make_seeds FOLDER. Run it after a change to how a
+/// target reads its input, and commit the result.
 
 #include "make_seeds.h"
 
@@ -33,12 +33,12 @@ void save_stream(std::string const & name, std::vector<AttributeValue> const & v
     save("text_read", name, text);
 }
 
-/// A stream that is read over and over.
+/// Saves a stream that the target repeats up to 16 KiB; see ReaderInput.
 void save_dense(std::string const & name, std::string const & bytes) {
     save("binary_read", name, std::string("\x00\xFF\xAA\xAA\xAA", 5) + bytes);
 }
 
-/// Scalar, list and empty value of each type in one stream.
+/// Saves one stream for each type, with its scalar, list and empty value.
 void save_samples() {
     std::map<std::string, std::vector<AttributeValue>> streams;
     for (vxtest::Sample const & sample : vxtest::samples()) {
@@ -52,7 +52,7 @@ void save_samples() {
         nested = make_map({{"n", nested}});
     }
     save_stream("nested", {AttributeValue(), nested});
-    // What takes the most memory for its size.
+    // Maps that take the most memory for their size in the stream.
     save_dense("empty_maps", std::string("\x8C\xEC\xFF") + std::string(255, '\xA0'));
     std::string maps = "\x8C\xEC\xFF";
     for (int i = 0; i < 255; ++i) {
@@ -61,7 +61,8 @@ void save_samples() {
     save_dense("small_maps", maps);
 }
 
-/// The last of the bytes in front is the mode; see coded_read.cpp.
+/// Saves an input of the target coded_read: a head of five bytes, then `bytes`. The fifth byte is
+/// the mode; Mode in coded_read.cpp lists its bits.
 void save_coded(std::string const & name, char mode, std::string const & bytes) {
     save("coded_read", name, std::string("\x35\x01\x00\x00", 4) + mode + bytes);
 }
@@ -96,7 +97,8 @@ void save_coded_streams() {
              "12u [[{00000000-0000-0000-0000-000000000001} 9u 4294967286u 4294967294u 5]]");
 }
 
-/// The last of the bytes in front is the mode; see names_read.cpp.
+/// Saves an input of the target names_read: a head of five bytes, then `bytes`. The fifth byte is
+/// the mode; names_read.cpp lists the modes.
 void save_names(std::string const & name, char mode, std::string const & bytes) {
     save("names_read", name, std::string("\x35\x01\x00\x00", 4) + mode + bytes);
 }
@@ -130,7 +132,8 @@ void save_name_packages() {
     save_names("own_id_unsorted", 5, "port\nhost");
 }
 
-/// The first byte is the kind; see text_values.cpp.
+/// Saves inputs of the target text_values: a byte that selects the check, then the text. The end of
+/// text_values.cpp lists the checks.
 void save_texts() {
     struct {
         char kind;
@@ -173,7 +176,8 @@ void save_texts() {
          "\x0C\x02\x07\xEA\x01\x0B\x01\x18\x01\x0E\x01\x2E\x01\x14\x03\x4C\x4B\x40");
 }
 
-/// Values and a key under each cipher, to be read in pieces of two sizes; see sealed_open.cpp.
+/// Saves a map and a key sealed under each cipher, to be read in pieces of two sizes, and inputs
+/// that seal a text and change bytes of it; see sealed_open.cpp.
 void save_sealed() {
     vxfuzz::FixedRandom random;
     for (char const * id : {"EAX_AES128", "EAX_AES256", "NULL"}) {
@@ -191,7 +195,7 @@ void save_sealed() {
     save("sealed_open", "changed", std::string("\0\x05value\x04note\x14\x01\x02\x80", 16));
 }
 
-/// Inputs that are decisions rather than data: bytes from a generator, lower ones more often.
+/// Saves inputs that are decisions rather than data: random bytes, half of them below 16.
 void save_decisions(char const * target, unsigned int count, unsigned int size,
                     std::string const & start = "") {
     std::mt19937 random(1);

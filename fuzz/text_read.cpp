@@ -1,5 +1,5 @@
-/// The text reader on any bytes, through buffers of 1 to 128 bytes, over streams that know their
-/// size or do not.
+/// Tests the text reader with arbitrary bytes, through buffers of 1 to 128 bytes, over streams that
+/// report their size or do not.
 
 #include "stream_checks.h"
 
