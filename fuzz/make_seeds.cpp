@@ -195,7 +195,7 @@ void save_sealed() {
     save("sealed_open", "changed", std::string("\0\x05value\x04note\x14\x01\x02\x80", 16));
 }
 
-/// Saves inputs that are decisions rather than data: random bytes, half of them below 16.
+/// Saves inputs that are decisions rather than data: random bytes, half of them from 0 to 15.
 void save_decisions(char const * target, unsigned int count, unsigned int size,
                     std::string const & start = "") {
     std::mt19937 random(1);

@@ -23,7 +23,7 @@ void OperationsState::map_step(Map & map) {
     }
 }
 
-/// Steps that take another map, which may be the same.
+/// Does a step on whole maps. Most take another map, which may be the same one.
 void OperationsState::whole_map_step(Map & map) {
     Map & other = any_map();
     PlainMap const otherPlain = other.plain;
@@ -37,7 +37,7 @@ void OperationsState::whole_map_step(Map & map) {
         map.plain.swap(other.plain);
         break;
     case 2:
-        // What was moved from may only be assigned to.
+        // A moved-from map may only be assigned to.
         if (&other != &map) {
             map.real = std::move(other.real);
             other.real = MutableAttributeMap();
@@ -82,7 +82,7 @@ void OperationsState::write_through_reference(Map & map) {
     map.real = std::move(lent);
 }
 
-/// One name gets a value: one of the values here, one of the map's own, or the map itself.
+/// Stores a value under a name: one of the values here, one of the map's own, or the map itself.
 void OperationsState::insert_step(Map & map) {
     AttributeName const key = name();
     auto const own = std::as_const(map.real).find(name());
@@ -99,7 +99,7 @@ void OperationsState::insert_step(Map & map) {
         map.real.add(Attribute(key, real));
         break;
     case 2:
-        // The value is copied before the subscript clones the map or makes the place.
+        // Copy the value first: the subscript may clone the map or insert an element.
         map.real[key] = AttributeValue(real);
         break;
     case 3:
@@ -107,7 +107,8 @@ void OperationsState::insert_step(Map & map) {
         map.plain.emplace(key, std::move(plain));
         return;
     case 4: {
-        // A hint from before a copy points into the map that was released.
+        // With a copy made after the hint, insert clones the map and the hint points into the old
+        // holder.
         MutableAttributeMap::iterator const hint = map.real.find(name());
         MutableAttributeMap const copy =
             m_input.below(2) == 0 ? MutableAttributeMap(map.real) : MutableAttributeMap();
@@ -144,7 +145,7 @@ void OperationsState::erase_step(Map & map) {
     }
     case 1:
         if (first < size) {
-            // The name lives in the very element that is erased.
+            // The argument is the name of the very element that is erased.
             AttributeMapBase const & look = map.real;
             map.real.erase(std::next(look.begin(), first)->first);
             map.plain.erase(std::next(map.plain.begin(), first));
@@ -164,7 +165,8 @@ void OperationsState::erase_step(Map & map) {
     }
 }
 
-/// Looking changes nothing, whether it clones or not; the value that is found may be changed.
+/// Checks that look-ups find what is there and change nothing, whether they clone the map or not.
+/// Then replaces the value that was found.
 void OperationsState::lookup_step(Map & map) {
     AttributeName const key = name();
     AttributeMapBase const & look = map.real;

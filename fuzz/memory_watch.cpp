@@ -12,7 +12,8 @@
 
 namespace {
 
-// Plain data: the hooks run before and after the life of anything else.
+// Plain data, initialized at compile time: the hooks run before other objects are constructed and
+// after they are destroyed.
 thread_local constinit bool isWatching = false;
 thread_local constinit long long present = 0;
 thread_local constinit long long most = 0;

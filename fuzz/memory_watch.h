@@ -4,10 +4,10 @@
 
 namespace vxfuzz {
 
-/// Counts the heap bytes of this thread while it lives. One at a time.
+/// Counts the heap bytes of this thread while it lives. Only one may exist at a time.
 ///
-/// Sanitizers report each allocation; elsewhere linking this replaces the global `operator new`,
-/// which also serves the libraries under test.
+/// Sanitizers report each allocation. Without them, linking this file replaces the global `operator
+/// new`, which also serves the libraries under test.
 class MemoryWatch {
   public:
     MemoryWatch() noexcept;
@@ -15,7 +15,8 @@ class MemoryWatch {
     MemoryWatch & operator=(MemoryWatch const &) = delete;
     ~MemoryWatch();
 
-    /// The most bytes that were allocated at one moment, less what was there at the start.
+    /// Returns the most bytes that were allocated at one time, less those allocated at
+    /// construction.
     std::size_t peak() const noexcept;
 };
 

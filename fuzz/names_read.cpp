@@ -1,5 +1,5 @@
-/// Packages of names out of any bytes: as streams, as text files with a name on each line, and as
-/// streams of any names under the id that belongs to them, which no fuzzer finds by chance.
+/// Reads packages of names from arbitrary bytes: from a stream; from a text with one name a line;
+/// and from a stream whose id is computed here, because no fuzzer guesses a digest.
 
 #include "known_packages.h"
 #include "read_all.h"
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 namespace {
 
-/// For packages and sets.
+/// Checks that a package or a set is the same after it was written and read.
 template <typename Pointer>
 void check_written(Pointer const & pointer) {
     auto const write = [](Pointer const & p) {
@@ -44,7 +44,8 @@ std::string lines_of(AttributeNamePackage const & package) {
     return lines;
 }
 
-/// What is no line of a list is refused, and all else comes back.
+/// Checks that the package comes back from a list of its names, or is refused when it makes no
+/// list.
 void check_list(AttributeNamePackage const & package) {
     std::string text;
     try {
@@ -97,7 +98,7 @@ void check_set(PackageSet const & set) {
     check(set->create_union(set)->size() == set->size(), "a set adds nothing to itself");
 }
 
-/// `Pointer` to packages or sets, of which some are checked.
+/// Reads all packages or sets of the stream. Calls `check_one` for the first eight.
 template <typename Pointer>
 void check_stream(vxserialize::Reader & reader, Pointer const & kept, std::size_t size,
                   void (*check_one)(Pointer const &)) {
@@ -125,7 +126,7 @@ void check_stream(vxserialize::Reader & reader, bool isSets, std::size_t size) {
     }
 }
 
-/// The lines of a text; what follows the last line feed is one too.
+/// Splits a text into lines. What follows the last line feed is a line too.
 std::vector<std::string> lines_of(std::string_view text) {
     std::vector<std::string> lines;
     while (true) {
@@ -138,7 +139,7 @@ std::vector<std::string> lines_of(std::string_view text) {
     }
 }
 
-/// Whether no line equals another; sorts them.
+/// Sorts the lines. Returns true when all are different.
 bool are_distinct(std::vector<std::string> & lines) {
     std::sort(lines.begin(), lines.end());
     return std::adjacent_find(lines.begin(), lines.end()) == lines.end();
@@ -177,7 +178,7 @@ void check_text(std::string const & text) {
     check_package(package);
 }
 
-/// As documented for `AttributeNamePackage`, in steps of its own.
+/// Computes the id as documented for `AttributeNamePackage`. Only MD5 comes from the libraries.
 vxcore::Uuid id_of(std::vector<std::string> const & names) {
     vxcrypto::Md5Context digest;
     auto const update_number = [&digest](unsigned long long number) {
@@ -199,7 +200,7 @@ vxcore::Uuid id_of(std::vector<std::string> const & names) {
     return vxcore::Uuid(bytes);
 }
 
-/// Names in any order, and maybe twice, under the id that is theirs.
+/// Reads a package of these names, in this order and with any repetition, under their own id.
 void check_own_id(std::vector<std::string> names) {
     std::string const bytes = vxfuzz::binary_of([&names](vxserialize::Writer & writer) {
         writer.begin_record();
@@ -233,6 +234,8 @@ void check_own_id(std::vector<std::string> names) {
 
 } // namespace
 
+/// Modes: packages (0) and sets (1) in binary form, packages (2) and sets (3) in text form, a text
+/// with one name a line (4), and names under their own id (5).
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
     vxfuzz::ReaderInput input;
     if (!input.parse(data, size)) {

@@ -47,8 +47,8 @@ void check_rebuilt(Real const & real, Plain const & plain) {
 
 } // namespace
 
-/// Everything is compared with the model and with its neighbour; one value and one map in turn with
-/// a fresh one, which is dear.
+/// Compares each value and map with its model and its neighbour. Rebuilding is expensive, so each
+/// call rebuilds only one value and one map, in turn.
 void OperationsState::check_all() const {
     for (unsigned int i = 0; i < sm_count; ++i) {
         Value const & value = m_values[i];

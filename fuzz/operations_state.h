@@ -7,10 +7,10 @@
 
 namespace vxfuzz {
 
-/// A few values and maps, each with its model beside it, and the steps that change both.
+/// Three values and three maps, each with its model, and the steps that change both.
 ///
-/// Sizes are kept small: of large ones there is nothing new to learn, and a map put into itself
-/// again and again would double each time.
+/// Sizes are kept small: large ones would test nothing new, and a map put into itself again and
+/// again would double each time.
 class OperationsState {
   public:
     explicit OperationsState(Input & input) noexcept : m_input(input), m_builder(input) {}

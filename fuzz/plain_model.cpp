@@ -25,7 +25,8 @@ int order(T const & a, T const & b) {
     }
 }
 
-/// An exception: `==` separates values of two type names without payload, order does not.
+/// Returns true when the elements are equal. Only for Serialized elements does this differ from
+/// their order: without payloads, `==` still compares the type names.
 template <typename T>
 bool same(T const & a, T const & b) {
     if constexpr (std::is_same_v<T, PlainMapElement>) {
@@ -37,7 +38,7 @@ bool same(T const & a, T const & b) {
     }
 }
 
-/// Calls `action` with both elements, which are of one type.
+/// Calls `action` with both elements. They must be of one type.
 template <typename Action>
 auto with_both(PlainElement const & a, PlainElement const & b, Action action) {
     return std::visit(

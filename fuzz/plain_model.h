@@ -7,16 +7,16 @@
 #include <variant>
 #include <vector>
 
-/// What values and maps mean, in standard containers: no sharing, no writing in place.
+/// Models of values and maps made of standard containers, which share nothing that changes.
 namespace vxfuzz {
 
 struct PlainValue;
 using PlainMap = std::map<vxattribute::AttributeName, PlainValue>;
 
-/// A map as an element, which does not change any more.
+/// A map as an element. It never changes, so copies share it.
 struct PlainMapElement {
     std::shared_ptr<PlainMap const> map;
-    std::size_t weight; // elements at all depths
+    std::size_t weight; // weight(*map)
 };
 
 using PlainElement =
@@ -31,22 +31,23 @@ struct PlainValue {
     std::vector<PlainElement> elements;
 };
 
+/// Counts the map, its attributes and its elements, at all depths.
 std::size_t weight(PlainMap const & map);
 
-/// A copy of the map as an element.
+/// Copies a map into an element.
 PlainMapElement plain_element(PlainMap const & map);
 
-/// The documented order and equality of values.
+/// Compare by the documented order and equality of values and maps.
 int compare(PlainValue const & a, PlainValue const & b);
 int compare(PlainMap const & a, PlainMap const & b);
 bool equal(PlainValue const & a, PlainValue const & b);
 bool equal(PlainMap const & a, PlainMap const & b);
 
-/// Whether the value is what the model says, element by element.
+/// Return true when the value or map matches its model, element by element.
 bool agrees(vxattribute::AttributeValue const & value, PlainValue const & plain);
 bool agrees(vxattribute::AttributeMapBase const & map, PlainMap const & plain);
 
-/// A value and a map of just that content, which share nothing with others.
+/// Make a new value or map of that content, which shares nothing with others.
 vxattribute::AttributeValue rebuild(PlainValue const & plain);
 vxattribute::AttributeMap rebuild(PlainMap const & plain);
 

@@ -38,8 +38,8 @@ namespace {
 
 /// Redirects the standard streams to memory while it lives.
 ///
-/// Of standard error only the stream of the C library is redirected: what sanitizers and the fuzzer
-/// write to the descriptor still comes out.
+/// Redirects the C stream `stderr` but not its descriptor, so that sanitizers and the fuzzer can
+/// still print.
 class Streams {
   public:
     Streams() : m_errors(::open_memstream(&m_errorText, &m_errorSize)) {

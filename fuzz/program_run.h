@@ -6,7 +6,7 @@
 
 namespace vxfuzz {
 
-/// A file in memory, which has a path in this process.
+/// A file in memory. It has a path that this process can open.
 class MemoryFile {
   public:
     explicit MemoryFile(char const * name);
@@ -34,9 +34,9 @@ struct ProgramResult {
     std::string errors;
 };
 
-/// Runs the program vxattr in this process, its streams in memory.
+/// Runs the program vxattr in this process. Its output and its errors go to memory.
 ///
-/// @param arguments  Without the name of the program.
+/// @param arguments  The command line without the name of the program.
 ProgramResult run_program(std::vector<std::string> const & arguments);
 
 } // namespace vxfuzz

@@ -10,11 +10,11 @@
 
 namespace vxfuzz {
 
-/// Calls `read` until the data ends or fails, and checks that a failure changes nothing and that
-/// memory stays within 128 bytes for each of the `size` bytes of the data and a small constant.
+/// Calls `read` until the data ends or fails. Checks that a failure changes nothing and that memory
+/// stays within 128 bytes for each of the `size` bytes of data and a small constant.
 ///
-/// @param read     Takes one object off the reader.
-/// @param is_kept  Whether the target of `read` is as it was before the call.
+/// @param read     Reads one object.
+/// @param is_kept  Returns true when the target of `read` is as it was before the call.
 template <typename Read, typename IsKept>
 void read_all(vxserialize::Reader & reader, std::size_t size, Read read, IsKept is_kept) {
     MemoryWatch const watch;

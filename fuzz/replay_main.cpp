@@ -1,5 +1,5 @@
-/// Stands in for the fuzzer where there is none: runs the files that are named, or that the named
-/// folders hold, and says how many. An input that breaks a rule ends the process.
+/// Replaces the fuzzer where there is none: runs the named files and all files in the named
+/// folders, and prints their number. An input that breaks a rule ends the process.
 
 #include <algorithm>
 #include <cstdio>
@@ -39,7 +39,7 @@ bool run_file(fs::path const & path) {
         std::fprintf(stderr, "%s: cannot be read\n", path.c_str());
         return false;
     }
-    // A heap block of just that size, so that reading beyond it shows.
+    // A heap block of exactly this size, so that sanitizers notice a read past its end.
     std::vector<unsigned char> const data(bytes.begin(), bytes.end());
     LLVMFuzzerTestOneInput(data.data(), data.size());
     return true;

@@ -1,4 +1,4 @@
-/// A value built from the input goes through both forms and comes back the same.
+/// Builds a value from the input and checks that it is the same after both forms.
 
 #include "check.h"
 #include "stream_checks.h"
@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t size) {
     vxfuzz::Input input(data, size);
-    // Few inputs nest deep; those that do come near the limit, which is 256 maps.
+    // Few inputs nest deep. Those that do come near the limit of 256 maps.
     unsigned int const nesting = input.byte();
     AttributeValue value = vxfuzz::ValueBuilder(input).value();
     for (unsigned int left = nesting < 200 ? 0 : nesting + 15; left != 0; --left) {

@@ -1,5 +1,5 @@
-/// Sealed values of any bytes, opened with keys of every size; and good ones with some bytes
-/// changed, which must not open.
+/// Opens sealed values of arbitrary bytes with keys of 0, 16 and 32 bytes. Also changes bytes of
+/// good sealed values, which then must not open.
 
 #include "check.h"
 #include "input.h"
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 namespace {
 
-/// Each way of opening ends with a result or with a documented failure.
+/// Opens the value in every way with each key. Each attempt must end with a result or a failure.
 void open_all_ways(SecuredValue const & value, SecuredValue::ICipherProvider const & provider) {
     SecuredValue const before = value;
     for (unsigned int size : {0u, 16u, 32u}) {
@@ -54,7 +54,7 @@ void open_any(vxcore::RefCountPtr<vxserialize::MemoryList const> const & bytes) 
     vxfuzz::check(watch.peak() <= 256 * bytes->size() + 65536, "memory stays within the data");
 }
 
-/// Seals a text and changes bytes of the sealed form.
+/// Seals a text, changes bytes of the ciphertext, and checks that only the unchanged one opens.
 void open_changed(vxfuzz::Input & input) {
     vxcrypto::Key const key = vxfuzz::key_of_size(16);
     vxfuzz::FixedRandom random;

@@ -116,7 +116,7 @@ AttributeValue read_text(std::string const & text) {
     return read_one(reader);
 }
 
-/// Whether the value holds a NaN: it equals nothing, not even its copy.
+/// Returns true when the value holds a NaN. Such a value equals nothing, not even its copy.
 bool holds_nan(AttributeValue const & value) {
     bool found = false;
     visit_elements(value, [&found]<typename T>(std::span<T const> elements) {
@@ -140,7 +140,7 @@ void check_same(AttributeValue const & a, AttributeValue const & b) {
     check(a.hash() == b.hash(), "a value and its copy have one hash");
 }
 
-/// Writes in one form; false when the value nests too deep.
+/// Writes in one form. Returns false when the value nests too deep.
 template <typename Write>
 bool try_write(Write write, AttributeValue const & value, std::string & result) {
     try {
@@ -155,7 +155,7 @@ bool try_write(Write write, AttributeValue const & value, std::string & result) 
 
 void check_value(AttributeValue const & value, std::size_t size) {
     check_same(value, vxtest::deep_copy(value));
-    // A line for each byte, and an indent for each level that the readers allow.
+    // Enough for one line per byte of data, indented as deep as the readers allow.
     check(to_text(value).size() <= 65536 + 2048 * size, "a value renders within bounds");
 }
 
@@ -166,7 +166,7 @@ void check_order(AttributeValue const & a, AttributeValue const & b) {
     check(!(a == b) || order == 0, "equal values are in one place of order");
 }
 
-/// What reading fills, each with something in it that a failure must not touch.
+/// The targets of reading. A failed read must keep what they hold.
 struct Targets {
     AttributeValue value = make_list<std::string>({"kept", "as it was"});
     Attribute attribute{"kept", 1000};
@@ -195,7 +195,7 @@ std::vector<AttributeValue> read_all(vxserialize::Reader & reader, unsigned int 
             values.push_back(read_shape(reader, shapes & 3, targets));
         } catch (vxcore::ErrorException const & e) {
             check(std::string_view(e.what()).size() < 1000, "messages are of a modest size");
-            // The name of an attribute is read first and may be new.
+            // The name is not compared: it is read first, so a failure may leave a new one.
             check(targets.value.compare(before.value) == 0 &&
                       targets.attribute.value().compare(before.attribute.value()) == 0 &&
                       targets.map.compare(before.map) == 0,
@@ -215,10 +215,11 @@ void check_reading(vxserialize::Reader & reader, ReaderInput const & input) {
     {
         MemoryWatch const watch;
         values = read_all(reader, input.shapes);
-        // 128 bytes for each byte is the promise; the constant is for the reader's own tables.
+        // The promise is 128 bytes for each byte of data. The constant is for the reader's own
+        // tables.
         check(watch.peak() <= 128 * size + 65536, "memory stays within 128 times the data");
     }
-    // The checks of a value cost ten times what reading it does, so a few have to do.
+    // Checking a value costs ten times as much as reading it, so only a few are checked.
     for (std::size_t i = 0; i < values.size() && i < 8; ++i) {
         check_value(values[i], size);
         check_order(values[i], values[i / 2]);

@@ -9,10 +9,10 @@
 #include <type_traits>
 #include <utility>
 
-/// What texts mean as values, in plain steps that share nothing with the libraries.
+/// Models that convert texts to values in plain steps. They share nothing with the libraries.
 namespace vxfuzz {
 
-/// A target that a failure must leave as it is.
+/// Returns what a target holds before a conversion. A failure must leave it as it is.
 template <typename T>
 T sample() {
     if constexpr (std::is_same_v<T, std::string>) {
@@ -28,25 +28,25 @@ T sample() {
 
 std::string lower_case(std::string text);
 
-/// 32 hexadecimal digits, alone or with the four dashes.
+/// Returns true for 32 hexadecimal digits, with no dashes or with all four.
 bool is_uuid(std::string_view text);
 
-/// Fields that are in range beyond doubt.
+/// Returns true when each field is in range beyond doubt: no year far out, no day after the 28th.
 bool is_sure_date(vxcore::SimpleDateTime::Fields const & fields);
 
-/// The number of a text that is one and in the range of a double.
+/// Converts a text to a number. Returns null when it is none or beyond the range of a double.
 std::optional<double> plain_double(std::string const & text);
 
 struct PlainInteger {
     bool isNegative;
     unsigned long long magnitude;
-    bool isBeyond; // the range of the magnitude
+    bool isBeyond; // the magnitude is out of range
 };
 
-/// The number of a text of digits after at most one sign.
+/// Converts digits after at most one sign. Returns null for any other text.
 std::optional<PlainInteger> plain_digits(std::string_view text);
 
-/// Whether the number is in the range of `T`; a `char` is a signed number.
+/// Returns true when the number is in the range of `T`. A `char` is a signed number.
 template <typename T>
 bool fits(long long number) {
     if constexpr (std::is_same_v<T, char>) {
@@ -72,16 +72,18 @@ std::optional<T> plain_integer(std::string_view text) {
     return static_cast<T>(digits->isNegative ? 0 - digits->magnitude : digits->magnitude);
 }
 
-/// The trace level that the value holds.
+/// Returns the trace level that the value holds: an integer, or a text with a name or a number.
+/// Returns null when it holds none. Does not check the range of levels.
 std::optional<int> plain_level(vxattribute::AttributeValue const & value);
 
-/// The text with the letters of escapes in the other case.
+/// Changes the case of the hexadecimal letters in escapes.
 std::string flip_escapes(std::string text);
 
-/// -1, 0 or 1: the order of two texts as references.
+/// Compares two texts as references do: by signed bytes, after escapes are folded to lower case.
+/// Returns -1, 0 or 1.
 int order_of_references(std::string a, std::string b);
 
-/// False for a text with a character that no reference has, or a "%" that begins no escape.
+/// Returns false when a character may be in no reference, or a "%" begins no escape.
 bool has_only_uri_characters(std::string_view text);
 
 /// Checks that the components make up the text, each in its place.

@@ -1,5 +1,5 @@
-/// Texts into values: times, identifiers, numbers, references, trace levels and paths, beside plain
-/// models of what they are to accept; and the conversions of any value into any type.
+/// Converts texts to times, UUIDs, numbers, references, trace levels and paths, and compares the
+/// results with plain models. Also converts any value to any type.
 
 #include "check.h"
 #include "stream_checks.h"
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
 
 namespace {
 
-/// Returns false, after the documented failure, when the text is no `T`.
+/// Converts a text. Returns false after the documented failure when it is no `T`.
 template <typename T>
 bool convert(AttributeValue const & text, T & result) {
     try {
@@ -39,7 +39,7 @@ bool convert(AttributeValue const & text, T & result) {
     }
 }
 
-/// The text, parsed directly and by a conversion; null when it is none.
+/// Parses the text directly and by a conversion, which must agree. Returns null when it is no `T`.
 template <typename T>
 std::optional<T> parse(std::string const & text) {
     T const kept = vxfuzz::sample<T>();
@@ -204,7 +204,7 @@ void check_paths(vxfuzz::Input & input) {
     }
 }
 
-/// An integer as an element; a `char` is a signed number.
+/// Returns the element that equals the target: integers become `long long`, and a `char` is signed.
 template <typename T>
 auto element_of(T const & target) {
     if constexpr (std::is_same_v<T, char>) {

@@ -13,7 +13,7 @@ class ValueBuilder {
 
     vxattribute::AttributeValue value();
 
-    /// One element, in the place of what it held.
+    /// Build one element and assign it to the argument.
     void build(bool & element);
     void build(long long & element);
     void build(std::string & element);
@@ -29,7 +29,7 @@ class ValueBuilder {
     void build(vxattribute::impl::ErrorInfoPtr & element);
     void build(vxattribute::AttributeMap & element);
 
-    /// The number of an element type.
+    /// Takes the number of an element type from the input.
     int type();
 
   private:

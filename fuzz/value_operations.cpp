@@ -1,4 +1,5 @@
-/// Sequences of operations on values and maps, against a plain model, checked after each step.
+/// Runs sequences of operations on values and maps. Compares them with a plain model after each
+/// step.
 
 #include "operations_state.h"
 

@@ -23,8 +23,8 @@ int type_id() {
 
 } // namespace
 
-/// A map is a copy of one of the maps here, the others come from the input. No NaN, which has no
-/// place in an order.
+/// Makes an element: a copy of one of the maps here, or one built from the input. A NaN is
+/// replaced, since it has no place in an order.
 template <typename T>
 OperationsState::Element<T> OperationsState::new_element() {
     Element<T> element;
@@ -57,7 +57,7 @@ void OperationsState::value_step(Value & value) {
         subrange_step(value);
         return;
     }
-    // Mostly of the type at hand, so that lists grow.
+    // Mostly uses the value's own type, so that lists grow.
     bool const isOwnType = kind > 3 && value.plain.type != ValueTypeId::eId_Null;
     impl::for_element_type(isOwnType ? value.plain.type : m_builder.type(), [&]<typename T>() {
         if (m_input.below(3) == 0) {
@@ -132,7 +132,7 @@ void OperationsState::subrange_step(Value & value) {
     other.plain = {value.plain.type, std::vector<PlainElement>(first, first + count)};
 }
 
-/// `set` by a new element, or by one of the value's own.
+/// Calls `set` with a new element or with one of the value's own.
 template <typename T>
 void OperationsState::element_step(Value & value) {
     if (value.plain.type == type_id<T>() && !value.plain.elements.empty() &&
@@ -161,7 +161,7 @@ void OperationsState::assign_new(impl::MultiValueWriter<T> & writer,
     writer.assign(source.begin<T>(), source.end<T>());
 }
 
-/// Everything that a writer does, with new elements and with those of the value itself.
+/// Reserves, assigns or appends through a writer, with new elements or with the value's own.
 template <typename T>
 void OperationsState::writer_step(Value & value) {
     std::vector<PlainElement> & plain = value.plain.elements;

@@ -1,5 +1,5 @@
-/// The program vxattr, in this process, over files of any bytes: each command that reads, with the
-/// options that decide how.
+/// Runs the program vxattr in this process over files of arbitrary bytes: each command that reads,
+/// with the options that affect reading and output.
 
 #include "check.h"
 #include "known_key.h"
@@ -42,7 +42,8 @@ Files & files() {
     return all;
 }
 
-/// Three bytes of decisions, the second file and the first one.
+/// An input: the command, the flags, the size of the second file (a byte each), the second file and
+/// the first one.
 struct FilesInput {
     bool parse(unsigned char const * data, std::size_t size) {
         if (size < 3) {
@@ -58,7 +59,7 @@ struct FilesInput {
 
     bool has(unsigned int bit) const { return (flags >> bit & 1) != 0; }
 
-    /// The second file as a word of the command line.
+    /// Returns the second file as a word of the command line.
     std::string text() const { return std::string(second.substr(0, second.find('\0'))); }
 
     std::string const & key() const { return (has(7) ? files().key32 : files().key16).path(); }
@@ -114,7 +115,8 @@ Arguments trace_options(FilesInput const & input) {
     return options;
 }
 
-/// Names one place of the value; without a text, the whole value.
+/// Returns the option that selects the value at one path, or no option when the second file is
+/// empty.
 Arguments name_option(FilesInput const & input) {
     std::string const text = input.text();
     return text.empty() ? Arguments() : Arguments{"--name=" + text};
@@ -125,7 +127,7 @@ bool has_control_bytes(std::string_view text) {
                        [](unsigned char c) { return (c < ' ' && c != '\n') || c == 0x7F; });
 }
 
-/// Runs a command line that is valid whatever the files hold.
+/// Runs a command line that is valid whatever the files hold. Checks its result, memory and output.
 ProgramResult run(FilesInput const & input, Arguments const & arguments) {
     std::size_t const size = input.first.size() + input.second.size();
     vxfuzz::MemoryWatch const watch;
@@ -144,7 +146,7 @@ void check_visible(ProgramResult const & result) {
     check(!has_control_bytes(result.output), "what is for people has no control bytes");
 }
 
-/// Reads again what was written. Sorted output must come out the same.
+/// Reads the output of a conversion again. Sorted output must come out the same.
 void check_converted(FilesInput const & input, Arguments const & read, Arguments const & write,
                      std::string const & converted) {
     files().output.assign(converted);
@@ -173,7 +175,7 @@ void convert(FilesInput const & input, char const * form) {
     }
 }
 
-/// Seals, and opens and verifies what was sealed.
+/// Seals the first file, then verifies, opens and rekeys the result.
 void seal(FilesInput const & input) {
     Arguments arguments{"seal", files().first.path(), "-", "--key-file", input.key()};
     append(arguments, read_options(input));
@@ -209,7 +211,7 @@ void open(FilesInput const & input) {
     run(input, arguments);
 }
 
-/// The command without its options, and how they are read.
+/// Runs the command with the options that select how the first file is read.
 ProgramResult with_read_options(FilesInput const & input, Arguments arguments) {
     append(arguments, read_options(input));
     return run(input, arguments);
