@@ -1,5 +1,4 @@
-// Counts the calls of the global `operator new`, those of the libraries included: they all end
-// here.
+// Counts the calls of the global `operator new`. Calls from the libraries count too: they end here.
 
 #include "measure.h"
 

@@ -1,7 +1,7 @@
-// Sealing, checking and opening one message: EAX of ours beside EAX and GCM of others, each with
-// its key set up anew for the message, from one buffer into another.
+// Seals a message in place, checks it, and opens it into another buffer: our EAX beside EAX and GCM
+// of other libraries. Each sets its key up anew for each message.
 
-// For the block calls, which are our own form without the AES-NI functions.
+// For AES_encrypt and AES_set_encrypt_key. Without AES-NI functions our own EAX uses them too.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
 #include "measure.h"
@@ -31,7 +31,7 @@ constexpr char header[] = "an annotation";
 constexpr unsigned int headerSize = sizeof header - 1;
 constexpr unsigned int tagSize = 16;
 
-/// What one peer works on: it seals in place, and opens from one buffer into another.
+/// The buffers of one peer, which seals in place in `sealed` and opens from there into `opened`.
 struct Buffers {
     explicit Buffers(unsigned int messageSize)
         : size(messageSize), memory(2 * std::size_t(size) + gap), sealed(memory.data()),
@@ -51,8 +51,8 @@ struct Buffers {
         return i == size;
     }
 
-    /// Copying takes twenty times as long where the target lies a few bytes past a multiple of
-    /// 4096 from the source, as it does with one vector after the other.
+    /// The bytes between the two. Copying takes twenty times as long when the target lies a few
+    /// bytes past a multiple of 4096 from the source, as it does when one vector follows the other.
     static constexpr unsigned int gap = 256;
 
     unsigned int size;
@@ -96,8 +96,7 @@ struct Ours {
     static inline vxcrypto::Key const m_key{key, sizeof key};
 };
 
-/// The block work of sealing and nothing else: two calls of AES_encrypt for each block of a
-/// message.
+/// Does only the block work of sealing: two calls of AES_encrypt for each block of a message.
 struct BlockByBlock {
     static void seal(Buffers & b) {
         AES_KEY schedule;
@@ -125,7 +124,7 @@ struct CryptoppEax {
         eax.TruncatedFinal(b.tag, tagSize);
     }
 
-    /// It cannot check without deciphering.
+    /// Checks too: this library cannot do so without deciphering.
     static bool open(Buffers & b) {
         CryptoPP::EAX<CryptoPP::AES>::Decryption eax;
         start(eax);
@@ -143,7 +142,7 @@ struct CryptoppEax {
 };
 #endif
 
-/// Through OpenSSL's generic interface, with the context kept.
+/// Uses OpenSSL's generic interface, with one context for all messages.
 class OpensslGcm {
   public:
     static void seal(Buffers & b) {
@@ -154,7 +153,7 @@ class OpensslGcm {
         EVP_CIPHER_CTX_ctrl(m_context, EVP_CTRL_AEAD_GET_TAG, tagSize, b.tag);
     }
 
-    /// It cannot check without deciphering.
+    /// Checks too: this library cannot do so without deciphering.
     static bool open(Buffers & b) {
         start(0);
         int size = 0;

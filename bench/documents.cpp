@@ -87,8 +87,8 @@ AttributeValue mixed_value(unsigned int number) {
     }
 }
 
-/// The package of all names; with `innerOnly` of those of the inner maps, where the others are
-/// data.
+/// Returns the package of all names. With `innerOnly`, only of the names in inner maps: the others
+/// are data.
 AttributeNamePackageSet::Ptr package_of(AttributeMap const & map, bool innerOnly) {
     AttributeNamePackage::Composer composer;
     if (!innerOnly) {

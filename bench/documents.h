@@ -9,29 +9,29 @@
 
 namespace vxbench {
 
-/// A map to measure with, in both forms.
+/// A map to measure with, and the same data in plain types.
 struct Document {
     std::string name;
     vxattribute::AttributeMap map;
     PlainMap plain;
-    vxattribute::AttributeNamePackageSet::Ptr packages; // of the names that two programs may share
-    unsigned int attributes;                            // of all maps in it
+    vxattribute::AttributeNamePackageSet::Ptr packages; // the names that two programs may share
+    unsigned int attributes;                            // in all its maps
 };
 
-/// Settings of a server: maps in maps, about ten entries each, texts and numbers.
+/// Returns the settings of a server: texts and numbers in nested maps of about ten entries each.
 vxattribute::AttributeMap settings_document();
 
-/// One list of 500 like records.
+/// Returns one list of 500 similar records.
 vxattribute::AttributeMap record_document();
 
-/// 200 scalars of all types that have a plain counterpart.
+/// Returns 200 scalars of all types that have a plain counterpart.
 vxattribute::AttributeMap mixed_document();
 
-/// The three above, and the package database of this machine where there is one ("inventory"). Made
-/// once.
+/// Returns the three documents above and the package database of this machine, if it has one
+/// ("inventory"). Builds them once.
 std::vector<Document> const & documents();
 
-/// `count` short names without a common sort order of text and address.
+/// Returns `count` short names, which sort differently by text and by address.
 std::vector<std::string> attribute_names(unsigned int count);
 
 } // namespace vxbench

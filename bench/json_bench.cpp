@@ -1,4 +1,4 @@
-// JSON texts read to trees, written from them, and walked through without a tree.
+// Reads JSON texts to trees, writes trees as texts, and walks through texts without a tree.
 
 #include "json_documents.h"
 #include "json_peers.h"
@@ -8,7 +8,7 @@ namespace vxbench {
 
 namespace {
 
-/// What the table counts in: kibibytes of the document.
+/// Returns the size of the document in kibibytes, the unit of the table.
 double kibibytes(JsonDocument const & document) {
     return static_cast<double>(document.text.size()) / 1024;
 }

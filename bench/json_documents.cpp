@@ -9,7 +9,7 @@ namespace vxbench {
 
 namespace {
 
-/// Puts the numbers into `format`, a text of printf.
+/// Formats the numbers by `format`, as printf does.
 template <typename... Args>
 std::string format(char const * format, Args... args) {
     char buffer[1024];
@@ -48,7 +48,7 @@ std::string records() {
     return text + "]";
 }
 
-/// Texts of 1 to 8 KB, one in ten with an escape in it.
+/// Returns an array of texts of 1 to 8 KB. One in ten ends with an escape.
 std::string strings() {
     std::mt19937 random(5);
     std::string text = "[";

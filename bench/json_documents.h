@@ -9,12 +9,12 @@ namespace vxbench {
 struct JsonDocument {
     std::string name;
     std::string text;
-    bool plain; // ours writes it as it came: there are no doubles in it
+    bool plain; // without doubles, so that our writer reproduces it
 };
 
-/// "configuration", 20 KB of indented settings; "records", 2 MB of like objects; "strings", 1 MB of
-/// long texts; "integers" and "doubles", arrays of numbers; "iso_codes", names of languages from
-/// Debian's package of that name, where it is installed. Made once.
+/// Returns "configuration", 20 KB of indented settings; "records", 2 MB of similar objects;
+/// "strings", 1 MB of long texts; "integers" and "doubles", arrays of numbers; and "iso_codes",
+/// names of languages from the Debian package iso-codes, if it is installed. Builds them once.
 std::vector<JsonDocument> const & json_documents();
 
 } // namespace vxbench

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The same work by each JSON library: a tree from a text, a text from a tree, and a count of the
-/// scalars of a text without a tree.
+/// The same tasks for each JSON library: reads a text to a tree, writes a tree as text, and counts
+/// the scalars of a text without a tree.
 
 #include "vxattribute/json_text.h"
 
@@ -32,7 +32,7 @@ struct VxJson {
     }
 };
 
-/// The tokens alone.
+/// Counts scalars with the tokenizer alone.
 struct VxTokens {
     static unsigned int count_scalars(std::string const & text) {
         using namespace vxjson;
@@ -44,7 +44,7 @@ struct VxTokens {
             if (token == eToken_Punctuator) {
                 StringSlice slice;
                 isName = tokenizer.text(slice)[0] == ':';
-                count -= isName ? 1 : 0; // the name before it
+                count -= isName ? 1 : 0; // the string before it was a name
             }
             count += token == eToken_StringBegin || (token >= eToken_True && token <= eToken_Null);
         }
@@ -52,7 +52,7 @@ struct VxTokens {
     }
 };
 
-/// The walk over values, without their texts.
+/// Counts scalars with the reader, without their texts.
 struct VxReader {
     static unsigned int count_scalars(std::string const & text) {
         vxjson::Document document(text.data(), text.size());
@@ -70,7 +70,7 @@ struct NlohmannJson {
 
     static std::string write(nlohmann::json const & value) { return value.dump(); }
 
-    /// For the events of its parser.
+    /// Receives the events of the parser.
     struct Counter {
         unsigned int count = 0;
 
@@ -140,7 +140,7 @@ struct BoostJson {
         return boost::json::serialize(value);
     }
 
-    /// For the events of its parser.
+    /// Receives the events of the parser.
     struct Counter {
         using error_code = boost::json::error_code;
         using string_view = boost::json::string_view;

@@ -1,4 +1,5 @@
-// All benchmarks in one program, so that each figure is printed with its peers of the same run.
+// Runs all benchmarks in one program, so that each figure is printed with its peers of the same
+// run.
 
 #include "measure.h"
 

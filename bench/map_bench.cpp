@@ -1,5 +1,5 @@
-// Maps built, copied, written to, searched and compared: of large integers, which is our dearest
-// case, and of a mixture of scalars.
+// Builds, copies, writes to, searches and compares maps: of large integers, which are our most
+// expensive case, and of mixed scalars.
 
 #include "documents.h"
 #include "measure.h"
@@ -145,7 +145,7 @@ struct Maps {
         });
     }
 
-    /// Looks all names up, in another order than they were added in.
+    /// Looks all names up, in another order than that in which they were added.
     static void find(benchmark::State & state, unsigned int size, bool isMixed) {
         Names ready = names(size);
         Map const map = make(ready, isMixed);

@@ -6,13 +6,14 @@
 
 namespace vxbench {
 
-/// Calls of `operator new` in this thread so far; what peers take from malloc does not show.
+/// Returns the number of calls of `operator new` in this thread so far. What peers take from malloc
+/// is not counted.
 unsigned long long allocation_count() noexcept;
 
-/// Measures `operation` and notes beside the time:
+/// Measures `operation` and reports beside the time:
 ///
 /// - `units`: how many things one call does, such as attributes written. The table divides by it.
-/// - `allocations`: calls of `operator new` in one call, counted once everything is warm.
+/// - `allocations`: calls of `operator new` in a second call, when everything is warm.
 template <typename Operation>
 void measure(benchmark::State & state, double units, Operation operation) {
     operation();
@@ -27,14 +28,14 @@ void measure(benchmark::State & state, double units, Operation operation) {
     }
 }
 
-/// A benchmark "work/peer". All peers of a work do the same.
+/// Registers the benchmark "work/peer". All peers of a work do the same.
 template <typename Body>
 benchmark::internal::Benchmark * add(std::string const & work, std::string const & peer,
                                      Body body) {
     return benchmark::RegisterBenchmark((work + "/" + peer).c_str(), body);
 }
 
-// One function for each file of benchmarks.
+// Register the benchmarks of one file each.
 void add_value_benchmarks();
 void add_map_benchmarks();
 void add_stream_benchmarks();

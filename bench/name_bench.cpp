@@ -1,4 +1,4 @@
-// Interning a name that is known already, by one thread and by two.
+// Interns a known name, in one thread and in two.
 
 #include "documents.h"
 #include "measure.h"
@@ -18,7 +18,8 @@ struct Interned {
     vxattribute::AttributeName intern(std::string const & text) { return text; }
 };
 
-/// The table one writes without a library. It never frees a name, so a name is just a pointer.
+/// The table of names that one writes without a library. It never frees a name, so a name is just a
+/// pointer.
 class GuardedSet {
   public:
     std::string const * intern(std::string const & text) {

@@ -13,7 +13,7 @@ struct PlainValue;
 using Bytes = std::vector<unsigned char>;
 using PlainList = std::vector<PlainValue>;
 
-/// The naive choice: what one writes without a library.
+/// The naive map, as one writes it without a library.
 using PlainMap = std::map<std::string, PlainValue>;
 
 struct PlainValue {
@@ -24,8 +24,8 @@ struct PlainValue {
     friend bool operator==(PlainValue const & a, PlainValue const & b) = default;
 };
 
-/// The same data in plain types: times as ticks, a UUID as its bytes, a reference as its text. A
-/// value of one element becomes the element, of none or several a list.
+/// Converts a map to plain types: a time to its ticks, a UUID to its bytes, a reference to its
+/// text. A value of one element becomes that element; a value of none or several becomes a list.
 PlainMap to_plain(vxattribute::AttributeMapBase const & map);
 
 } // namespace vxbench

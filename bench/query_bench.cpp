@@ -1,5 +1,5 @@
-// One setting of 10, 100 or 1000 asked for, checked and read into a variable: with ready names, and
-// with names made from text at each question.
+// Finds settings among 10, 100 or 1000, checks each and reads it into a variable: with ready names,
+// and with names made from text at each query.
 
 #include "documents.h"
 #include "measure.h"
@@ -84,7 +84,7 @@ void add_ours(unsigned int size) {
 
 #ifdef VX_BENCH_NLOHMANN
 
-/// @param ask  Gives the number of that name.
+/// @param ask  Returns the number stored under that name.
 template <typename Ask>
 void add_nlohmann(std::string const & work, char const * peer, unsigned int size, bool isReady,
                   Ask ask) {

@@ -1,4 +1,5 @@
-// The settings document as text for people: ours beside the same text by hand.
+// Renders the settings document as text for people: our trace beside handwritten code for the same
+// text.
 
 #include "documents.h"
 #include "measure.h"
@@ -82,7 +83,7 @@ class StreamRenderer {
 };
 
 #ifdef VX_BENCH_FMT
-/// Writes through fmt into its own buffer, with formats that the compiler has taken apart.
+/// Writes through fmt into its own buffer, with formats that are parsed at compile time.
 class FmtRenderer {
   public:
     static std::string render(PlainMap const & map) {
@@ -148,7 +149,7 @@ std::string render(vxattribute::AttributeMap const & map) {
     return stream.str();
 }
 
-/// The lines in the order of the alphabet: the order of maps is by address.
+/// Returns the lines in alphabetical order. Maps are ordered by address.
 std::string sorted_lines(std::string const & text) {
     std::vector<std::string> lines;
     std::istringstream stream(text);

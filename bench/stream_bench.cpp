@@ -1,5 +1,5 @@
-// Documents written to streams and read back: the binary form beside the binary forms of others,
-// the text form beside JSON, and coded names beside plain ones.
+// Writes documents to streams and reads them back: the binary form beside the binary forms of other
+// libraries, the text form beside JSON, and coded names beside plain ones.
 
 #include "documents.h"
 #include "measure.h"
@@ -41,12 +41,12 @@ void add_peer(std::string const & form, char const * name, std::size_t index) {
 }
 
 #ifdef VX_BENCH_NLOHMANN
-/// Bytes of a CBOR head: the type with a number (RFC 8949).
+/// Returns the bytes of a CBOR head: a type with a number (RFC 8949).
 std::size_t cbor_head(std::size_t number) noexcept {
     return number < 24 ? 1 : number < 256 ? 2 : number < 65536 ? 3 : 5;
 }
 
-/// Bytes that the names of the map would save as integers, each the position in its package.
+/// Returns the bytes that integer keys would save, each the position of a name in its package.
 std::size_t saved_by_integer_keys(vxattribute::AttributeMapBase const & map,
                                   vxattribute::AttributeNamePackageSet const & packages) {
     std::size_t saved = 0;
@@ -65,8 +65,8 @@ std::size_t saved_by_integer_keys(vxattribute::AttributeMapBase const & map,
     return saved;
 }
 
-/// What the coded form is compared with in size. Its library has text keys only, so this
-/// is counted, not written.
+/// Reports the size of CBOR with integer keys, to compare with the coded form. The library has text
+/// keys only, so the size is computed, not written.
 void add_cbor_with_integer_keys(std::size_t index) {
     Document const & document = documents()[index];
     add("coded_size_" + document.name, "cbor_integer_keys", [&document](benchmark::State & state) {

@@ -19,8 +19,8 @@
 #include <nlohmann/json.hpp>
 #endif
 
-/// Stream forms with one interface: see add_peer in stream_bench.cpp. All write to fresh memory and
-/// read to fresh objects.
+/// Stream forms with one interface; see add_peer in stream_bench.cpp. All write to new memory and
+/// read to new objects.
 namespace vxbench {
 
 struct VxBinary {

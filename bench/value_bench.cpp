@@ -1,4 +1,4 @@
-// Scalars and lists of numbers: made, copied, destroyed.
+// Makes, copies and destroys scalars and lists of numbers.
 
 #include "measure.h"
 #include "plain_map.h"
@@ -19,13 +19,13 @@ namespace vxbench {
 
 namespace {
 
-/// Makes and destroys a value of the element.
+/// Makes a value of the element and destroys it.
 template <typename Value, typename Element>
 void add_make(char const * work, char const * peer, Element element) {
     add(work, peer, [element](benchmark::State & state) {
         Element input = element;
         measure(state, 1, [&input] {
-            benchmark::DoNotOptimize(input); // else the compiler knows the element
+            benchmark::DoNotOptimize(input); // otherwise the compiler knows the element
             Value value(input);
             benchmark::DoNotOptimize(value);
         });

@@ -1,5 +1,5 @@
-// The first ten lines with attributes: make a map, read typed settings, send the map through a
-// stream and back, print it.
+// First steps with attributes: makes a map, reads typed settings, sends the map through a stream
+// and back, and prints it.
 
 #include "vxattribute/vxattribute.h"
 #include "vxserialize/vxserialize.h"

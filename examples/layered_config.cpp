@@ -1,5 +1,6 @@
-// A configuration from two layers: a user's settings over the defaults. Finds nested settings by
-// path, reports misspelt ones, and asks a copy without secrets, so that messages cannot show them.
+// Builds a configuration from two layers: a user's settings over the defaults. Finds nested
+// settings by path and reports misspelt ones. Queries a copy without secrets, so that messages
+// cannot show them.
 
 #include "vxattribute/vxattribute.h"
 #include "vxcore/error_info.h"

@@ -29,8 +29,8 @@ AttributeMap read_coded(vxserialize::MemoryReader reader, AttributeNamePackageSe
     return AttributeMap(reader, decoder);
 }
 
-/// The inventory as a reader without the name package sees it: each name consists of the id of the
-/// name package and the position in it.
+/// Returns the inventory as a reader without the name package sees it: each name consists of the id
+/// of the name package and the position in it.
 AttributeMap without_names(AttributeMap const & packages, AttributeNamePackage const & names) {
     MutableAttributeMap result;
     for (auto const & [package, attributes] : packages) {

@@ -73,7 +73,7 @@ bool ControlFile::next_paragraph(Paragraph & paragraph) {
             if (paragraph.empty()) {
                 fail(m_line, "a continuation line without a field above it");
             }
-            // The lines of a field are adjacent in the text: a longer view covers this one too.
+            // The lines of a field are adjacent in the text, so extending the view adds this line.
             std::string_view & text = paragraph.back().text;
             text = {text.data(), line.data() + line.size()};
         } else {

@@ -21,13 +21,14 @@ struct Field {
 
 using Paragraph = std::vector<Field>;
 
-/// The field with this name, compared without regard to case; null when there is none.
+/// Returns the field with this name, compared without regard to case. Returns null when there is
+/// none.
 Field const * find_field(Paragraph const & paragraph, std::string_view name);
 
-/// A file in the control format of Debian: paragraphs of "Name: text" with blank lines between
-/// them; a line that begins with a blank or a tab continues the field above it.
+/// A file in the control format of Debian: paragraphs of "Name: text", separated by blank lines. A
+/// line that begins with a blank or a tab continues the field above it.
 ///
-/// Holds the file as one text and returns views into it: no line is copied.
+/// Holds the file as one text and returns views into it. No line is copied.
 ///
 /// Errors. Bad data raises error.inventory.data with the message "FILE:LINE: what". No message
 /// repeats bytes of the file, which may be of any kind.
@@ -40,7 +41,7 @@ class ControlFile {
 
     std::string const & path() const noexcept { return m_path; }
 
-    /// The size of the file in bytes.
+    /// Returns the size of the file in bytes.
     std::size_t size() const noexcept { return m_text.size(); }
 
     /// Replaces `paragraph` by the next one.

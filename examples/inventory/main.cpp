@@ -45,7 +45,7 @@ bool parse_options(int argc, char ** argv, Options & options) {
     return true;
 }
 
-/// The number of attributes of the map and of all maps in it.
+/// Counts the attributes of the map and of all maps in it.
 unsigned int count_attributes(AttributeMapBase const & map) {
     unsigned int count = map.size();
     for (auto const & [name, value] : map) {
@@ -58,8 +58,9 @@ unsigned int count_attributes(AttributeMapBase const & map) {
     return count;
 }
 
-/// The package named in the options, with or without its architecture. When none is named, the
-/// first package in alphabetical order that has a homepage. Null when there is none.
+/// Returns the package named in the options, with or without its architecture. When none is named,
+/// returns the first package in alphabetical order that has a homepage. Returns null when there is
+/// none.
 AttributeMap const * choose_package(AttributeMap const & packages, std::string const & wanted) {
     for (auto const & element : sorted_by_name(packages)) {
         auto const & package = element->second.get<AttributeMap>();

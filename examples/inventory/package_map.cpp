@@ -97,7 +97,8 @@ bool parse_digest(std::string_view word, Digest & digest) noexcept {
     return true;
 }
 
-/// A line is a path, a digest and perhaps flags. It may have "newconffile" instead of the digest.
+/// Collects the digests. A line is a path, a digest and perhaps flags. It may have "newconffile"
+/// instead of the digest.
 AttributeValue to_digests(std::string_view text) {
     AttributeValue digests;
     auto writer = digests.multivalue_writer<BinaryValue>();
@@ -112,7 +113,7 @@ AttributeValue to_digests(std::string_view text) {
     return digests;
 }
 
-/// The lines after the first, without the blank that marks them; " ." is an empty line.
+/// Returns the lines after the first, without the blank that marks them. " ." is an empty line.
 AttributeValue to_long_text(std::string_view text) {
     take_piece(text, '\n');
     if (text.empty()) {

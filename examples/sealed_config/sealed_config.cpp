@@ -80,7 +80,7 @@ void read_config(char const * file, char const * keyFile) {
 }
 
 /// Prints one line: the setting at fault, if there is one, and the innermost failure. The whole
-/// chain, which shows the configuration too, is for logs.
+/// chain also shows the configuration: it is for logs only.
 void report(vxcore::ErrorInfo::Ptr const & error) {
     vxcore::ErrorInfo const * cause = error.get();
     while (cause->nested()) {

@@ -15,7 +15,7 @@ namespace {
 
 enum ESetting { eHost, ePort, ePaths, eTimeout, eVerbose, eTraceLevel };
 
-/// The queries, made once: making their names again for each query would cost more than the
+/// The queries, made once. Making their names again for each query would cost more than the
 /// answers.
 std::vector<Query> const & queries() {
     static std::vector<Query> const all = {

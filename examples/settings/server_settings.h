@@ -22,12 +22,12 @@ struct ServerSettings {
 /// value.
 ServerSettings read_settings(vxattribute::AttributeMapBase const & config);
 
-/// The settings that nothing asks for: most are misspelt.
+/// Returns the settings that no query asks for. Most are misspelt.
 std::vector<vxattribute::AttributeName>
 unknown_settings(vxattribute::AttributeMapBase const & config);
 
-/// One line for people about a failed query: the setting and what is wrong with it. It leaves out
-/// the configuration, which the failure's own text shows in full.
+/// Returns one line for people about a failed query: the setting and what is wrong with it. Leaves
+/// out the configuration, which the failure's own text shows in full.
 std::string explain(vxcore::ErrorInfo::Ptr const & error);
 
 } // namespace settings
