@@ -1,4 +1,4 @@
-// Misuse that the compiler must refuse; CMakeLists.txt beside this file names the cases.
+// Misuse that the compiler must refuse. CMakeLists.txt in this folder names the cases.
 
 #include "vxattribute/vxattribute.h"
 #include "vxserialize/memory_writer.h"

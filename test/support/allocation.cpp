@@ -78,7 +78,7 @@ long live_blocks() noexcept {
 
 } // namespace vxtest
 
-// ThreadSanitizer of clang brings its own; nothing is counted there.
+// ThreadSanitizer of clang has its own operators. Nothing is counted there.
 #if !defined(__has_feature)
 #define __has_feature(x) 0
 #endif

@@ -3,10 +3,10 @@
 #include <fstream>
 #include <string>
 
-/// Cases that are kept as lines of a data file.
+/// Reads cases from the lines of a data file.
 namespace vxtest {
 
-/// Replaces each "%XX" by the byte that it stands for.
+/// Replaces each "%XX" by the byte with that hexadecimal number.
 inline std::string decode(std::string text) {
     for (std::size_t at = 0; (at = text.find('%', at)) != text.npos; ++at) {
         text.replace(at, 3, 1, static_cast<char>(std::stoi(text.substr(at + 1, 2), nullptr, 16)));
@@ -14,9 +14,11 @@ inline std::string decode(std::string text) {
     return text;
 }
 
-/// Runs the cases of a file below test/ in turn: `check(text, expected, options)`. Returns their
-/// number. A case is two lines. A line that starts with "=" is the options of those after it; empty
-/// lines and lines that start with "# " do not count.
+/// Calls `check(text, expected, options)` for each case of a file below test/. Returns the number
+/// of cases.
+///
+/// A case is two lines. A line that starts with "=" holds the options of the cases after it. Empty
+/// lines and lines that start with "# " are skipped.
 template <typename Check>
 int for_each_case(std::string const & name, Check check) {
     std::ifstream file(VX_SOURCE_DIR "/test/" + name);

@@ -8,8 +8,8 @@
 
 namespace vxtest {
 
-/// Expects the action to raise a failure of that very code with that text, and returns
-/// it. With a function, the failure must name it as its place.
+/// Expects the action to raise a failure with this very code and this text, and returns it. If a
+/// function is given, the failure must name it as its place.
 template <typename Action>
 vxcore::ErrorInfo::Ptr expect_error(Action action, vxcore::ErrorCode const & code,
                                     std::string const & text, char const * function = nullptr) {

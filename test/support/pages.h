@@ -8,10 +8,11 @@
 #include <string>
 #include <string_view>
 
-/// Bytes as hexadecimal digits, and examples read from the pages on the forms.
+/// Converts bytes to and from hexadecimal digits and reads examples from the pages in docs/formats.
 namespace vxtest {
 
-/// Digits with anything between them; a semicolon starts a comment to the end of the line.
+/// Returns the bytes of hexadecimal digits. Other characters are skipped, and so is a comment, from
+/// a semicolon to the end of the line.
 inline std::string from_hex(std::string_view hex) {
     std::string bytes;
     std::string digits;
@@ -38,7 +39,7 @@ inline std::string to_hex(std::string_view bytes) {
     return hex;
 }
 
-/// The block of a page on the forms that starts with ```<mark>.
+/// Returns the block of a page in docs/formats that starts with ```<mark>.
 inline std::string page_block(std::string const & page, std::string const & mark) {
     std::ifstream file(VX_SOURCE_DIR "/docs/formats/" + page);
     std::stringstream content;

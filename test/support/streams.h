@@ -8,7 +8,7 @@
 #include <random>
 #include <string>
 
-/// Streams in memory, and both forms as strings of bytes.
+/// Streams in memory, and both forms as strings.
 namespace vxtest {
 
 using namespace vxserialize;
@@ -24,7 +24,7 @@ class StringTarget final : public TextWriter::ITextTarget {
     std::string text;
 };
 
-/// A stream over a text. It reports its size, perhaps a wrong one, or none.
+/// A stream over a text. It reports its size, or a wrong size, or that the size is unknown.
 class StringStream final : public vxcore::IReadStream {
   public:
     StringStream(std::string text, bool tellsSize, long long tooMuch = 0)
@@ -61,7 +61,7 @@ inline std::string bytes_of(ListPtr const & list) {
     return bytes;
 }
 
-/// The bytes in segments of at most `segmentSize`.
+/// Returns the bytes in segments of at most `segmentSize` bytes.
 inline ListPtr list_of(std::string_view bytes, unsigned int segmentSize = 0xFFFFFFFF) {
     auto list = MemoryList::create();
     while (!bytes.empty()) {
@@ -94,8 +94,9 @@ inline void read_text_form(std::string const & text, std::function<void(Reader &
     read(reader);
 }
 
-/// Changes a few bytes at random, inserts bytes of `marks`, which have a meaning in the form, or
-/// overwrites some with `number`; sometimes cuts off the rest.
+/// Makes one to three random changes: replaces, inserts or removes a byte; overwrites bytes with a
+/// part of `number`; or cuts off the rest. New bytes are often `marks`, which have a meaning in the
+/// form.
 inline void mutate(std::string & data, std::mt19937 & random, std::string const & marks,
                    std::string const & number) {
     for (auto changes = 1 + random() % 3; changes != 0 && !data.empty(); --changes) {

@@ -1,5 +1,6 @@
-// The rules under test: whatever lacks memory, the program ends with an exit code; and files and
-// their names reach the disk in an order in which no loss of power takes more than the run itself.
+// The rules under test: the program ends with an exit code whichever allocation fails, and it
+// writes files and their names to the disk in an order in which a power failure loses no more than
+// this run.
 
 #include "support/allocation.h"
 

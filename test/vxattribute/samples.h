@@ -19,10 +19,10 @@ struct Sample {
 /// Scalars, lists and empty values of every type. No NaN: it equals nothing.
 std::vector<Sample> samples();
 
-/// A reference that has a text although it is undefined, as only parse data made by hand can be.
+/// Returns an undefined reference that has a text, as only handmade parse data can produce.
 vxuri::UriReference undefined_uri(std::string text);
 
-/// A copy that shares nothing with its source.
+/// Returns a copy that shares nothing with its source.
 vxattribute::AttributeValue deep_copy(vxattribute::AttributeValue const & value);
 
 } // namespace vxtest

@@ -1,5 +1,5 @@
-// The rule under test: equal strings share one token for as long as a key on it lives, tokens of
-// untrusted names are given back, and none of this breaks when threads meet.
+// The rule under test: equal strings share one token while a key on it lives, tokens of untrusted
+// names are released, and all this holds with several threads.
 
 #include "support/allocation.h"
 #include "support/threads.h"
@@ -73,7 +73,7 @@ TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
     EXPECT_FALSE(StringKey::find_interned("name 1", found));
 }
 
-/// Else a waiter keeps a holder of lower priority off its processor for ever.
+/// Otherwise a waiter could keep a holder of lower priority off its processor for ever.
 TEST(StringKey, ALongWaitIsSlept) {
     static std::counting_semaphore<2> isHeld(0);
     std::jthread const holder([] {

@@ -1,6 +1,6 @@
-// Compares tags and keys with others that differ in the first or the last byte, for counting the
-// instructions: compare_tags library|early first|last. The early one is the control: it stops at
-// the first difference, as an ordinary comparison does.
+// Compares tags and keys with others that differ in the first or the last byte, so that the
+// instructions can be counted: compare_tags library|early first|last. "early" is the control: it
+// stops at the first difference, as an ordinary comparison does.
 
 #include "vxcrypto/constant_time.h"
 #include "vxcrypto/eax_aes_context.h"
@@ -22,10 +22,11 @@ bool early_equal(unsigned char const * a, unsigned char const * b) {
 
 } // namespace
 
-/// The one function whose instructions count. An ordinary comparison takes 16 bytes in one step, so
-/// longer ones are among those that are compared.
+/// The one function whose instructions are counted. An ordinary comparison takes 16 bytes in one
+/// step, so longer ones are compared too.
 ///
-/// @param isLast  1 when the last byte differs, else 0: a number, since a branch would count.
+/// @param isLast  1 when the last byte differs, otherwise 0. It is a number because a branch would
+///                be counted.
 /// @param a       Begins and ends with the tag of `eax`.
 extern "C" [[gnu::noinline]] bool compare_tags(bool isLibrary, unsigned int isLast,
                                                vxcrypto::EaxAesContext const & eax,

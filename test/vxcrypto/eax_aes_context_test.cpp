@@ -1,6 +1,6 @@
-// The rules under test: EAX has the published results however the message is cut, deciphers
-// nothing before the tag has matched, and leaves nothing behind. That it refuses every single
-// changed bit is tested with sealed values, which bring parts from anybody.
+// The rules under test: EAX produces the published results however the message is cut, deciphers
+// nothing before the tag has matched, and leaves no secret behind. The tests of sealed values,
+// whose parts may come from anybody, check that it refuses every single changed bit.
 
 #include "openssl_calls.h"
 #include "support/allocation.h"
@@ -46,7 +46,7 @@ Message seal(Message message, Pieces const & pieces) {
     return message;
 }
 
-/// Deciphers the body when the tag is the message's.
+/// Deciphers the body if the tag matches the message.
 bool open(Message & message, Pieces const & pieces) {
     EaxAesContext eax = begin(message);
     in_pieces(message.body, pieces,
@@ -92,7 +92,7 @@ TEST(EaxAesContext, RunsOfBlocksAgreeWithSingleOnes) {
     }
 }
 
-/// True when runs of blocks must use the AES-NI functions.
+/// Returns true when runs of blocks must use the AES-NI functions.
 bool uses_aesni() {
 #if defined(VX_AES_BULK) && defined(__x86_64__)
     return __builtin_cpu_supports("aes") && std::getenv("VX_FIRST_SCHEDULE_FAILS") == nullptr;

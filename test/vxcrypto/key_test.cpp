@@ -1,4 +1,4 @@
-// The rule under test: key bytes lie at one place, and are wiped before that place is given back.
+// The rule under test: key bytes stay in one place and are wiped before its memory is freed.
 
 #include "openssl_calls.h"
 #include "vectors.h"

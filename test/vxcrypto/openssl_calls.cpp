@@ -13,7 +13,7 @@ vxtest::OpensslCalls & vxtest::openssl_calls() noexcept {
 
 namespace {
 
-/// OpenSSL's own function of that name.
+/// Returns OpenSSL's own function of that name.
 template <typename Function>
 Function * original(Function *, char const * name) {
     return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));

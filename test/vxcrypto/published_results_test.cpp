@@ -1,4 +1,5 @@
-// AES blocks, the two modes over them and MD5, against published results, cut anywhere.
+// Compares AES blocks, the two modes over them and MD5 with published results. Messages are cut
+// anywhere.
 
 #include "support/expect_error.h"
 #include "support/threads.h"

@@ -50,7 +50,7 @@ TEST(RandomProvider, MixesTheTimeInBeforeItLooksAtTheArguments) {
     openssl_calls() = {};
 }
 
-// OpenSSL does not start without memory, and ends before the last destructors run.
+// OpenSSL cannot start without memory, and shuts down before the last destructors run.
 TEST(RandomProvider, RaisesWhereOpenSslIsNotRunning) {
     GTEST_FLAG_SET(death_test_style, "threadsafe"); // each in a process that has not used it
     auto const fail_after = [](auto stop) {

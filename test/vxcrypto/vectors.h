@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-/// Published results, kept as data in test/vectors/crypto, and the ways to cut a message.
+/// Published results from test/vectors/crypto, and ways to cut a message.
 namespace vxtest {
 
 inline unsigned char const * bytes(std::string_view text) {
@@ -23,7 +23,8 @@ inline unsigned int size_of(std::string_view text) {
     return static_cast<unsigned int>(text.size());
 }
 
-/// The fields of each line of a file, as bytes. "-" is an empty field, "#" starts a comment.
+/// Returns the fields of each line of a file, as bytes. "-" is an empty field; "#" starts a
+/// comment.
 inline std::vector<std::vector<std::string>> read_vectors(char const * name) {
     std::ifstream file(VX_SOURCE_DIR "/test/vectors/crypto/" + std::string(name));
     std::vector<std::vector<std::string>> vectors;
@@ -46,7 +47,7 @@ inline std::vector<std::vector<std::string>> read_vectors(char const * name) {
 
 using Pieces = std::vector<unsigned int>;
 
-/// All ways to cut `size` bytes in two, and into single bytes.
+/// Returns all ways to cut `size` bytes in two, and the cut into single bytes.
 inline std::vector<Pieces> cuts_of(std::size_t size) {
     std::vector<Pieces> cuts = {Pieces(size, 1)};
     for (unsigned int first = 0; first <= size; ++first) {
@@ -55,7 +56,7 @@ inline std::vector<Pieces> cuts_of(std::size_t size) {
     return cuts;
 }
 
-/// Gives each piece of the text to `step`.
+/// Calls `step` for each piece of the text.
 template <typename Step>
 void in_pieces(std::string & text, Pieces const & pieces, Step step) {
     unsigned char * data = mutable_bytes(text);

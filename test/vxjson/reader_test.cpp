@@ -16,7 +16,7 @@ using Value = Reader::Value;
 
 vxcore::ErrorCode const readerCode("error.vxjson.reader", true);
 
-/// All values of a document in one line; documents.txt describes the form.
+/// Returns all values of a document in one line, in the form that documents.txt describes.
 std::string walk(Reader & reader) {
     std::string line;
     try {
@@ -111,7 +111,7 @@ TEST(Reader, KeepsItsPlaceWhenTheTokenizerRaises) {
     EXPECT_EQ(reader.next_value()->as_double(), 1);
 }
 
-/// The names of all children, as nested loops down to some depth see them.
+/// Returns the names of all children, as nested loops down to some depth see them.
 std::string children(Reader & reader, Reader::ValuePtr const & parent, int depth) {
     std::string line = "(";
     while (auto const child = reader.next_child(parent)) {

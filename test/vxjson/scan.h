@@ -11,10 +11,10 @@
 #include <string>
 #include <string_view>
 
-/// Means to see what a tokenizer makes of a text.
+/// Shows the tokens of a text.
 namespace vxtest {
 
-/// A text as a stream of unknown size; reading at or after byte `failAt` raises.
+/// A text as a stream of unknown size. Reading at or after byte `failAt` raises.
 class TextStream final : public vxcore::IReadStream {
   public:
     explicit TextStream(std::string_view text, std::size_t failAt = std::string::npos)
@@ -42,7 +42,8 @@ class TextStream final : public vxcore::IReadStream {
     bool m_ended = false;
 };
 
-/// All tokens in one line; tokens.txt describes the form. Runs of a string are joined.
+/// Returns all tokens in one line, in the form that tokens.txt describes. Runs of a string are
+/// joined.
 inline std::string trace(vxjson::ITokenizer & tokenizer) {
     static char const * const marks[] = {"?",  "", ".", "",  "<", ">", "\"",
                                          "\"", "", " ", " ", " ", " ", ""};
@@ -60,9 +61,9 @@ inline std::string trace(vxjson::ITokenizer & tokenizer) {
     return line;
 }
 
-/// The trace of a text, which is the same out of memory and through buffers of any size.
+/// Returns the trace of a text. Expects the same trace from memory and through buffers of any size.
 inline std::string scan(std::string const & text, vxjson::Tokenizer::Options options = {}) {
-    // A block of just that size, so that reading beyond it shows.
+    // A block of exactly this size, so that sanitizers notice a read past its end.
     std::unique_ptr<char[]> const copy(new char[text.size()]);
     text.copy(copy.get(), text.size());
     vxjson::Tokenizer tokenizer(copy.get(), text.size(), options);

@@ -5,12 +5,13 @@
 #include <dlfcn.h>
 #include <string_view>
 
-/// A copy of the library, loaded at run time.
+/// Loads a copy of the library at run time.
 inline void * load(char const * path, int mode = RTLD_LOCAL) {
     return dlopen(path, RTLD_NOW | mode);
 }
 
-/// Makes and drops values and maps by that copy's own code; false when that cannot be done.
+/// Makes and drops values and maps with the code of that copy. Returns false when this is
+/// impossible.
 inline bool use(void * copy) {
     auto const parse = reinterpret_cast<vxattribute::AttributeValue (*)(std::string_view)>(dlsym(
         copy, "_ZN11vxattribute15value_from_jsonESt17basic_string_viewIcSt11char_traitsIcEE"));

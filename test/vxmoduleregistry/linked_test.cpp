@@ -1,5 +1,5 @@
-// The rules under test: a second copy of the library that a program loads leaves alone the copy
-// that the program is linked to, and a process may end while its threads use values.
+// The rules under test: loading a second copy of the library does not affect the copy that the
+// program is linked to, and a process may end while its threads use values.
 
 #include "copy_use.h"
 
@@ -20,7 +20,7 @@ bool use_own() {
            make_list<std::string>({}).get<std::string>().empty();
 }
 
-/// The exit code is 0 when all is well up to the end of the process.
+/// Exits with 0 when everything works up to the end of the process.
 [[noreturn]] void run(bool unloads) {
     setenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES", "", 1);
     void * const second = load(VX_COPY);

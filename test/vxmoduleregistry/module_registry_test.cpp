@@ -1,7 +1,7 @@
-// The rules under test: the table keeps the first entry of a name, and a second copy of the library
-// in one process says so and stops the process, unless the environment asks to go on; the copy that
-// goes takes the entry with it. A library that was used is gone after its unload, whatever else of
-// the family stays.
+// The rules under test: the table keeps the first entry of a name. A second copy of the library in
+// one process reports itself and stops the process, unless the environment allows it; when it is
+// unloaded, its entry goes too. A library that was used can be unloaded, whatever else of its
+// family stays loaded.
 
 #include "copy_use.h"
 #include "support/allocation.h"
@@ -129,7 +129,7 @@ TEST_F(ModuleCopiesDeathTest, TheSecondStopsTheProcess) {
     EXPECT_EXIT(load(VX_COPY), testing::KilledBySignal(SIGABRT), testing::Eq(report()));
 }
 
-/// The exit code is 0 when the entry goes with the second copy.
+/// Exits with 0 when the entry goes with the second copy.
 [[noreturn]] void load_and_unload_second() {
     setenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES", "", 1);
     void * const second = load(VX_COPY);

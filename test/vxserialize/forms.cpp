@@ -4,7 +4,7 @@ namespace vxtest {
 
 namespace {
 
-/// Sends elements from one form to another.
+/// Copies elements from a reader to a writer.
 struct Copier {
     Reader & from;
     Writer & to;
@@ -19,7 +19,7 @@ struct Copier {
     void copy_all() {
         copy_run();
         if (code_of([&] { from.read_null(); }) != "error.vxserialize.data.truncated") {
-            from.read_null(); // it was not the end: raises
+            from.read_null(); // not the end: raises
         }
     }
 
@@ -39,7 +39,7 @@ struct Copier {
 
     void copy_element() {
         static void (*const primitives[])(Reader &, Writer &) = {
-            [](Reader & r, Writer &) { r.read_null(); }, // there is nothing: raises
+            [](Reader & r, Writer &) { r.read_null(); }, // nothing to read: raises
             [](Reader & r, Writer & w) { r.read_null(), w.write_null(); },
             [](Reader & r, Writer & w) { w << r.read_bool(); },
             [](Reader & r, Writer & w) { w << r.read_integer(); },

@@ -7,13 +7,14 @@ namespace {
 
 using namespace vxtest;
 
-/// Every kind of element; one primitive to a list element, so that both forms can be followed.
+/// Every kind of element. Elements of lists are one primitive each, so that both forms can be
+/// followed.
 std::string const sample =
     "[12: null, true, 8080, 300u, 1.5, <0123456789012345678901234567890123456789%250123456789>, "
     "@2026-11-24T14:46:20.5Z, -PT1S, {00000000-0000-0000-0000-000000000000}, #000102, "
     "[2: [-7], 2], (<x> () <y>)]";
 
-/// The code of the failure to read, "" when there is none.
+/// Returns the code of the failure to read, or "" when there is none.
 std::string binary_code(std::string const & bytes, unsigned int segmentSize = 0xFFFFFFFF) {
     return code_of([&] { binary_to_text(bytes, segmentSize); });
 }
@@ -131,8 +132,8 @@ TEST(HostileStream, EveryTruncationIsAnError) {
     }
 }
 
-/// Changes a few bytes at random. Whether the result is good is not the question, only that reading
-/// it ends, and that it ends alike however the data is cut.
+/// Changes a few bytes at random. The result may be good or bad; reading it must end, and end alike
+/// however the data is cut.
 TEST(HostileStream, MutationsNeverDoMoreThanFail) {
     std::string const samples[] = {text_to_binary(sample), sample};
     std::string const marks = "[](){}<>#@,:%unp0-.e \xF7\xF8\xA5\xEF\xDF\xFF";

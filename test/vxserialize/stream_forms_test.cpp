@@ -63,7 +63,8 @@ void expect_back(void (*write)(Writer &), void (*read)(Reader &)) {
     }
 }
 
-/// Alike at both ends and in size, as far as names can be, and more than a reader remembers.
+/// Returns names that are alike at both ends and in size, as far as possible, and more of them than
+/// a reader remembers.
 std::vector<std::string> similar_names() {
     std::vector<std::string> names;
     for (unsigned int const size : {1u, 2u, 3u, 4u, 7u, 8u, 9u, 15u, 16u, 17u, 40u}) {
@@ -231,7 +232,7 @@ TEST(BothForms, LimitChainsOfErrors) {
               "error.vxserialize.depth");
 }
 
-/// Calls that make no stream, each on a fresh writer.
+/// Makes calls that produce no valid stream, each on a new writer.
 TEST(BothForms, RefuseToWriteWhatMakesNoStream) {
     void (*const wrong[])(Writer &) = {
         [](Writer & w) { w.end_list(); },
@@ -250,7 +251,7 @@ TEST(BothForms, RefuseToWriteWhatMakesNoStream) {
     }
 }
 
-/// What a failed read leaves in a local variable.
+/// Returns what a failed read leaves in a local variable.
 template <typename T>
 T left_by_failed_read(Reader & reader, T const & before) {
     T value = before;

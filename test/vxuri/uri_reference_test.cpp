@@ -34,7 +34,7 @@ TEST(UriReference, UndefinedAndEmptyDifferInTheTraceOnly) {
     EXPECT_EQ(empty.parse_data()->parts, UriParseData::Parts{});
 }
 
-/// The components between bars, "-" for one that is absent rather than empty.
+/// Returns the components between bars. "-" is one that is absent rather than empty.
 std::string components(UriReference const & r) {
     auto const part = [](bool present, std::string_view text) {
         return std::string("|").append(present ? text : "-");

@@ -25,7 +25,6 @@ class CleanupList {
         // Taken off before it is called, and without the lock: a clean-up may register others, or
         // remove its own.
         while (!m_registrations.empty()) {
-            // Removed before the call, since a clean-up may remove other registrations.
             Registration const last = m_registrations.back();
             m_registrations.pop_back();
             last.function(last.argument);

@@ -1,6 +1,6 @@
-// A program that knows only the install tree: it exits with 0 when a map survives a stream,
-// failures are caught by any of their types, and the library's objects are the same on both sides
-// of its border, wherever the linker put them.
+// A program that is built against the install tree only. It exits with 0 when a map survives a
+// stream, failures are caught by any of their types, and the program and the library see the same
+// objects of the library, wherever the linker put them.
 
 #include "vxattribute/vxattribute.h"
 #include "vxcore/error_exception.h"

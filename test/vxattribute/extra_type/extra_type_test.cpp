@@ -1,4 +1,4 @@
-// The rule under test: a row of the table and a pair of files are all that an element type needs.
+// The rule under test: a new element type needs only a row of the table and a pair of files.
 
 #include "vxattribute/value_forms.h"
 

@@ -15,7 +15,7 @@ using namespace vxattribute;
 
 vxcore::ErrorCode const readerCode("error.vxjson.reader", true);
 
-/// The failure as a line of the table.
+/// Returns the failure as a line of the table.
 std::string line_of(vxcore::ErrorInfo const & info) {
     std::string const line = info.text() + " in " + info.location().function().data();
     return "! " + line + (info.nested() ? std::string(": ") + info.nested()->code().name() : "");

@@ -1,5 +1,5 @@
-// The rule under test: maps share until one is changed, lookups never clone, merges prefer the side
-// that they say, and a change that fails changes nothing.
+// The rule under test: maps share their elements until one is changed, look-ups never clone, each
+// merge prefers the documented side, and a change that fails changes nothing.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"
@@ -17,7 +17,7 @@ using vxtest::expect_error;
 
 AttributeName const a("a"), b("b"), c("c");
 
-/// True when the two non-empty maps share a holder.
+/// Returns true when the two maps, which are not empty, share a holder.
 bool share(AttributeMapBase const & x, AttributeMapBase const & y) {
     return &*x.begin() == &*y.begin();
 }

@@ -1,4 +1,5 @@
-// The rule under test: maps of any depth are handled without stack, by the rules of shallow ones.
+// The rule under test: operations on nested maps need no stack for the depth and follow the rules
+// of shallow maps.
 
 #include "support/allocation.h"
 #include "support/threads.h"
@@ -14,7 +15,8 @@ namespace {
 
 using namespace vxattribute;
 
-/// How many maps the values hold, from level to level inside out; the last one is nested further.
+/// The number of maps in the value of each level, from the inside out, repeated. The last map of a
+/// value is the nested one.
 constexpr std::string_view shapes[] = {"1", "2", "122"};
 
 AttributeMap nested(int levels, std::string_view shape, AttributeMap map) {

@@ -1,5 +1,5 @@
-// The rule under test: what is made of nested maps says who wins, hides what it must, and leaves
-// the originals as they were.
+// The rule under test: tools for nested maps merge with the documented side winning, hide what they
+// must, and leave the originals unchanged.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"

@@ -1,5 +1,5 @@
-// The rule under test: a name becomes the specified operations, both sides count tokens alike in
-// mixed streams of any depth, and what no encoder writes is refused.
+// The rule under test: a name becomes the documented operations, encoder and decoder count tokens
+// alike in mixed streams of any depth, and what no encoder writes is refused.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"
@@ -46,7 +46,7 @@ std::string table_of(AttributeNameEncoder & encoder) {
     return writer.script;
 }
 
-/// The names of a stream; with a table when it starts with one.
+/// Returns the names of a stream. Reads a table first when the stream starts with one.
 Names read_names(AttributeNameDecoder & decoder, std::string const & script) {
     ScriptedReader reader(script);
     if (script.starts_with("record")) {
@@ -229,7 +229,8 @@ TEST(NameCoder, BadReferencesAreRefusedAndTheTableKept) {
     EXPECT_EQ(read_names(decoder, "uint 1"), Names{"three"}) << "the record has to end";
 }
 
-/// Three levels of maps over both packages and names of neither. The arguments are the names of Q.
+/// Returns three levels of maps with names of both packages and of neither. The arguments are the
+/// names of Q.
 AttributeMap mixed(std::string const & one, std::string const & two, std::string const & three) {
     AttributeMap const inner = make_map({{"alpha", 1}, {two, "x"}, {"loose", true}});
     AttributeMap const middle =

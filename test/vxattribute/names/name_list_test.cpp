@@ -1,5 +1,5 @@
-// The rule under test: packages come from values and from lists as people keep them, and a text
-// that is no list is refused with its line.
+// The rule under test: packages are made from values and from lists that people edit, and a text
+// that is no list is refused with the number of its faulty line.
 
 #include "support/expect_error.h"
 

@@ -1,5 +1,5 @@
-// The rule under test: a package is what its names are, sorted by bytes and under an id that every
-// process computes alike, and nothing that is read becomes a package that is not.
+// The rule under test: a package is determined by its names, sorted by bytes, under an id that
+// every process computes alike. Reading accepts no package that breaks this.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"
@@ -102,7 +102,7 @@ TEST(NamePackage, ComposersTakeNamesOnce) {
                                  [&] { EXPECT_EQ(composer.compose()->size(), 3u); });
 }
 
-/// A package as a stream has it; `names` are the operations of the list.
+/// Returns the operations of a package in a stream. `names` are the operations of the list.
 std::string form(std::string const & id, std::string const & names) {
     return "record; uuid " + id + "; " + names + "end; close";
 }

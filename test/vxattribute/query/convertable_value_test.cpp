@@ -1,5 +1,5 @@
-// The rule under test: a configured value reaches a variable in its own type or from a text, whole
-// or not at all.
+// The rule under test: a configured value is assigned to a variable from its own type or from a
+// text, completely or not at all.
 
 #include "support/expect_error.h"
 
@@ -13,7 +13,7 @@ namespace {
 using namespace vxattribute;
 using vxtest::expect_error;
 
-/// Every value of the list must give `expected`.
+/// Expects every value of the list to convert to `expected`.
 template <typename T>
 void expect_all(std::initializer_list<AttributeValue> values, T const & expected) {
     for (AttributeValue const & value : values) {

@@ -1,5 +1,5 @@
-// The rule under test: a query finds the first of its names, counts the elements, and says in every
-// failure which setting is to blame; a matcher's failure is wrapped once.
+// The rule under test: a query finds the first of its names, counts the elements, and names the
+// faulty setting in every failure. A matcher's failure is wrapped once.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"
@@ -183,7 +183,7 @@ vxcore::ErrorInfo::Ptr read_level(AttributeValue const & value, int expected) {
     return error;
 }
 
-/// A row of a text and of the level that it leaves.
+/// Does the same for a row of a text and the expected level.
 vxcore::ErrorInfo::Ptr read_level(std::string const & row) {
     std::size_t const mark = row.find('=');
     return read_level(row.substr(0, mark), std::stoi(row.substr(mark + 1)));

@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// What tests of sealed values seal with.
+/// Keys and helpers for tests of sealed values.
 namespace vxtest::sealing {
 
 using namespace vxattribute;
@@ -31,7 +31,7 @@ SecuredValue seal(Secret const & secret, Key const & key, std::string const & id
     return SecuredValue(secret, "note", keyId, key, cipher(id));
 }
 
-/// A value of these parts, as it may come from anybody.
+/// Returns a sealed value of these parts, unchecked, as anybody may write it.
 inline SecuredValue value_of(std::string const & annotation, std::string const & cipherId,
                              std::string const & sealed,
                              SecuredValue::KeyId const & sealedWith = keyId) {

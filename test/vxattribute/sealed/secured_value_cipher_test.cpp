@@ -1,5 +1,5 @@
-// The rule under test: the ciphers give the published results and refuse every changed bit, and a
-// cipher of somebody else's does no harm to what is stored.
+// The rule under test: the ciphers produce the published results and refuse every changed bit, and
+// a cipher from outside the library does no harm to stored values.
 
 #include "sealing.h"
 #include "support/allocation.h"
@@ -21,7 +21,7 @@ using vxtest::bytes_of;
 using vxtest::expect_error;
 using vxtest::list_of;
 
-/// Writes bytes that are known before, 16 at most.
+/// Produces known bytes, 16 at most.
 struct FixedRandom final : vxcrypto::IRandomProvider {
     explicit FixedRandom(std::string const & text) : bytes(text) {}
 
@@ -104,7 +104,8 @@ TEST(SecuredValueCipher, EveryChangedBitIsRefused) {
     }
 }
 
-/// A cipher that somebody else wrote, found under every id. Both ways lead through `turn`.
+/// A cipher from outside the library, found under every id. Encrypting and decrypting both call
+/// `turn`.
 struct ForeignCipher final : SecuredValue::ICipher, SecuredValue::ICipherProvider {
     using List = SecuredValue::Ciphertext;
 

@@ -1,5 +1,5 @@
-// The rule under test: a sealed value opens with its key and its annotation only, says why it does
-// not open, and no key is left in memory that was given back.
+// The rule under test: a sealed value opens only with its key and its annotation, reports why it
+// does not open, and leaves no key in freed memory.
 
 #include "sealing.h"
 #include "support/allocation.h"
@@ -74,7 +74,7 @@ TEST(SecuredValue, OnlyOneBinaryIsAKey) {
     }
 }
 
-/// The failure as refusals.txt has it; "" when there is none.
+/// Returns the failure in the form of refusals.txt, or "" when there is none.
 std::string line_of(SecuredValue::ErrorPtr const & error) {
     std::string line;
     if (error) {

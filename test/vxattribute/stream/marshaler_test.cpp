@@ -1,6 +1,6 @@
 // The rule under test: a value becomes the expected sequence of operations, every sequence becomes
-// a value again, and a stream that fails changes nothing. What each type becomes is in values.txt,
-// which trace_test.cpp checks.
+// a value again, and a stream that fails changes nothing. values.txt lists the operations of each
+// type; trace_test.cpp checks them.
 
 #include "support/cases.h"
 #include "support/expect_error.h"

@@ -7,8 +7,8 @@
 
 namespace vxtest {
 
-/// Records operations in the script language of ScriptedReader, such as "uint 12; list 3". The n-th
-/// operation raises if the constructor asks for it.
+/// Records operations in the script language of ScriptedReader, such as "uint 12; list 3". The
+/// constructor can make the n-th operation raise.
 class RecordingWriter final : public vxserialize::Writer {
   public:
     explicit RecordingWriter(std::size_t failAt = 0) : m_untilFailure(failAt) {}

@@ -9,11 +9,12 @@
 
 namespace vxtest {
 
-/// Plays a script of operations, such as "uint 12; list 3", to the user of a reader. It reports the
-/// counts of lists unchanged.
+/// Reads from a script of operations, such as "uint 12; list 3". Reports the counts of lists
+/// unchanged.
 ///
-/// A list ends only when `has_next()` returns false, and a list that is left earlier stays open. A
-/// form with a stack of open lists behaves like that, which is why the count of one matters.
+/// A list ends only when `has_next()` returns false. A list that its user leaves earlier stays
+/// open, as in a form with a stack of open lists. That matters for a count of 1; see
+/// docs/decisions/0004.
 class ScriptedReader final : public vxserialize::Reader {
   public:
     explicit ScriptedReader(std::string const & script) {
@@ -23,7 +24,7 @@ class ScriptedReader final : public vxserialize::Reader {
         }
     }
 
-    /// Operations not yet consumed.
+    /// Returns the number of operations not yet consumed.
     std::size_t rest() const { return m_script.size() - m_at; }
 
     vxserialize::EElementKind next_type() override {

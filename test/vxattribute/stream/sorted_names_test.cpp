@@ -1,6 +1,6 @@
-// The rule under test: with sorted names a value has the same bytes in every process, in every
-// form. The order of a map comes from where a process made its names: here two processes make names
-// that no other test uses, in two orders.
+// The rule under test: with sorted names a value has the same bytes in every process and every
+// form. Otherwise the order of a map depends on the addresses of its names: here two processes make
+// names that no other test uses, in two orders.
 
 #include "vxattribute/value_forms.h"
 
@@ -39,7 +39,7 @@ std::string all_forms(AttributeMap const & map, bool isSorted) {
     return text.str();
 }
 
-/// What a process writes that makes the names in that order. A pipe takes all of it.
+/// Returns what a process writes that makes the names in that order. It must fit into a pipe.
 std::string in_new_process(bool isSorted, std::vector<std::string> const & order) {
     int ends[2];
     EXPECT_EQ(pipe(ends), 0);

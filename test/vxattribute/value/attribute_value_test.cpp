@@ -1,4 +1,5 @@
-// The rule under test: what callers see of a value: states, types, typed reads, order, errors.
+// The rule under test: what callers see of a value, namely states, types, typed reads, order and
+// errors.
 
 #include "support/expect_error.h"
 

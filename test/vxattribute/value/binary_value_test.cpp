@@ -1,4 +1,4 @@
-// The rule under test: what a blob owns, and how it takes bytes from streams.
+// The rule under test: which memory a blob owns, and how it takes bytes from streams.
 
 #include "support/allocation.h"
 #include "support/expect_error.h"

@@ -1,5 +1,5 @@
-// The rule under test: texts of numbers are the same however the thread rounds, and whether or not
-// it keeps subnormal numbers.
+// The rule under test: texts of numbers do not depend on the rounding mode of the thread, nor on
+// whether it keeps subnormal numbers.
 
 #include "vxattribute/trace_formatter.h"
 #include "vxattribute/vxattribute.h"
@@ -19,7 +19,7 @@ namespace {
 
 using namespace vxattribute;
 
-/// All texts of a number, and what is read from them.
+/// Returns all texts of a number, and what is read from them.
 std::string texts_of(double number) {
     std::string json;
     vxjson::TextWriter writer(json);
@@ -40,7 +40,7 @@ std::string texts_of(double number) {
            bits(value_from_json(lossless));
 }
 
-/// Any bits, subnormal numbers, numbers of few digits, and integers that need rounding.
+/// Returns any bits, a subnormal number, a number of few digits, or an integer that needs rounding.
 double random_number(std::mt19937_64 & random) {
     std::uint64_t const bits = random();
     switch (bits % 4) {

@@ -1,4 +1,4 @@
-// The rule under test: what values cost on the heap. The library is one without the block cache,
+// The rule under test: what values cost on the heap. The library is built without the block cache,
 // whose spent blocks would make these numbers smaller.
 
 #include "support/allocation.h"

@@ -11,7 +11,7 @@ namespace {
 using namespace vxattribute;
 using impl::ValueHolder;
 
-/// The object that holds a value.
+/// Returns the object that holds a value.
 impl::ValueBase const * object_of(AttributeValue & value) {
     ValueHolder holder;
     value.swap_impl(holder);

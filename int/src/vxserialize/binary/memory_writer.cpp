@@ -46,11 +46,9 @@ MemoryWriter::MemoryWriter() : m_list(MemoryList::create()) {}
 MemoryWriter::~MemoryWriter() = default;
 
 MemoryReader MemoryWriter::reader() const {
-    // The clone has the full blocks; the current one is not in the list yet. While the reader
-    // shares it the writer goes on after the bytes that the reader sees.
     vxcore::RefCountPtr<MemoryList> list = m_list ? m_list->shallow_clone() : MemoryList::create();
-    // The reader shares the current block. Later writes append to the block after the bytes that
-    // the reader sees.
+    // The list has the full blocks only. The reader shares the current block too: later writes
+    // append to the block after the bytes that the reader sees.
     if (m_cursor != m_begin) {
         list->reserve_segments(1);
         list->add_reserved_segment(

@@ -52,7 +52,6 @@ TextReader::TextReader(vxcore::IReadStream & stream, unsigned int size)
 
 TextReader::~TextReader() = default;
 
-// A word that was scanned to find its kind is not read yet.
 unsigned long long TextReader::offset() const noexcept {
     // The current word has left the buffer but is still to be read.
     return m_received - static_cast<unsigned long long>(m_limit - m_cursor) - m_wordSize;
