@@ -94,13 +94,13 @@ void check_tokens(JsonInput const & input) {
         last = lexeme.offset;
     }
     vxfuzz::check(first == second && memory.next() == first && streamed.next() == first,
-                  "the end and a failure are given for ever");
+                  "the end and a failure repeat for ever");
     if (first == eToken_Error) {
         vxfuzz::check(error_text(memory) == error_text(streamed),
                       "failures do not depend on the buffer");
     }
     vxfuzz::check(watch.peak() <= 8 * input.text.size() + 16384,
-                  "the tokenizer takes no memory for what it gives on");
+                  "the tokenizer does not keep what it returned");
 }
 
 /// Reads all values of a document and writes them. Bits of `road`: 1 allows reserved names, 2 reads
@@ -135,7 +135,7 @@ class Walk {
             size = stream->read(piece.data(), 5);
             m_writer.write_string_data(piece.data(), size);
         }
-        vxfuzz::check(stream->size() == 0, "a stream that gave less than asked has ended");
+        vxfuzz::check(stream->size() == 0, "a stream that returned less than asked has ended");
         m_writer.end_string();
     }
 
@@ -222,7 +222,7 @@ void check_reading(JsonInput const & input) {
         }
         // A double grows most: "1e20" is written in 23 bytes. Indented output has no such limit.
         vxfuzz::check((input.road & 8) != 0 || watch.peak() <= 32 * input.text.size() + 131072,
-                      "the reader takes memory for what is open only");
+                      "the reader keeps only what is open");
     }
     std::string second;
     Tokenizer::Options strict;

@@ -103,7 +103,7 @@ void OperationsState::insert_step(Map & map) {
         map.real[key] = AttributeValue(real);
         break;
     case 3:
-        check(map.real.insert({key, real}).second == !present, "insert tells what it did");
+        check(map.real.insert({key, real}).second == !present, "insert reports whether it added");
         map.plain.emplace(key, std::move(plain));
         return;
     case 4: {
@@ -140,7 +140,7 @@ void OperationsState::erase_step(Map & map) {
     switch (m_input.below(4)) {
     case 0: {
         AttributeName const key = name();
-        check(map.real.erase(key) == map.plain.erase(key), "erase tells how many it took");
+        check(map.real.erase(key) == map.plain.erase(key), "erase reports how many it removed");
         break;
     }
     case 1:
@@ -179,10 +179,10 @@ void OperationsState::lookup_step(Map & map) {
     auto const lower = map.real.lower_bound(key);
     check(std::distance(map.real.begin(), lower) ==
               std::distance(map.plain.begin(), map.plain.lower_bound(key)),
-          "lower_bound is that of the model");
+          "lower_bound agrees with the model");
     check(std::distance(map.real.begin(), map.real.upper_bound(key)) ==
               std::distance(map.plain.begin(), map.plain.upper_bound(key)),
-          "upper_bound is that of the model");
+          "upper_bound agrees with the model");
     if (present) {
         Value const & value = any_value();
         map.real.find(key)->second = value.real;

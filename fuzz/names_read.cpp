@@ -52,7 +52,7 @@ void check_list(AttributeNamePackage const & package) {
         text = name_list_to_text(package, "list");
     } catch (vxcore::ErrorException const & e) {
         check(e.info()->code() == error::vxattribute_name_package_serialization,
-              "a package that makes no list is refused as one");
+              "a package that makes no list has its own error");
         return;
     }
     check(text == lines_of(package), "a list holds the names in the order of the package");
@@ -94,7 +94,7 @@ void check_set(PackageSet const & set) {
             overlaps = overlaps || found != at;
         }
     }
-    check(set->check_duplicate_names(nullptr) == overlaps, "names of two packages are noticed");
+    check(set->check_duplicate_names(nullptr) == overlaps, "names in two packages are reported");
     check(set->create_union(set)->size() == set->size(), "a set adds nothing to itself");
 }
 
@@ -159,13 +159,13 @@ void check_text(std::string const & text) {
     try {
         package = name_list_from_text(text, "list");
     } catch (vxcore::ErrorException const & e) {
-        check(!isGood || !areDistinct, "a good list is taken");
+        check(!isGood || !areDistinct, "a good list is accepted");
         check(e.info()->text().starts_with("list:") && e.info()->text().size() < 300,
-              "messages tell the file and are of a modest size");
+              "messages name the file and are of a modest size");
         check(
             e.info()->code() == error::vxattribute_name_package_serialization ||
                 (!areDistinct && e.info()->code() == error::vxattribute_name_package_duplicateName),
-            "a list is refused for what it is");
+            "a list is refused with the right error");
         return;
     }
     check(watch.peak() <= 128 * text.size() + 65536, "memory stays within 128 times the text");
@@ -224,11 +224,11 @@ void check_own_id(std::vector<std::string> names) {
     } catch (vxcore::ErrorException const & e) {
         check(e.info()->code() == (isSorted ? error::vxattribute_name_package_duplicateName
                                             : error::vxattribute_name_package_serialization),
-              "names out of order are refused as such, and names that come twice");
-        check(!isSorted || !areDistinct, "sorted names under their id are taken");
+              "unsorted and repeated names have their own errors");
+        check(!isSorted || !areDistinct, "sorted distinct names under their id are accepted");
         return;
     }
-    check(isSorted && areDistinct, "names that are not sorted or come twice are refused");
+    check(isSorted && areDistinct, "unsorted and repeated names are refused");
     check_package(package);
 }
 

@@ -31,8 +31,8 @@ int sign(int order) noexcept {
 template <typename Real, typename Plain>
 void check_pair(Real const & a, Plain const & plainA, Real const & b, Plain const & plainB) {
     int const order = a.compare(b);
-    check(sign(order) == sign(compare(plainA, plainB)), "order is that of the model");
-    check((a == b) == equal(plainA, plainB), "equality is that of the model");
+    check(sign(order) == sign(compare(plainA, plainB)), "order agrees with the model");
+    check((a == b) == equal(plainA, plainB), "equality agrees with the model");
     check((order < 0) == (a < b) && (order > 0) == (a > b) && (order <= 0) == (a <= b) &&
               (order >= 0) == (a >= b),
           "the operators agree with compare");
@@ -42,7 +42,7 @@ template <typename Real, typename Plain>
 void check_rebuilt(Real const & real, Plain const & plain) {
     auto const fresh = rebuild(plain);
     check(real == fresh && real.compare(fresh) == 0, "a value equals one of the same content");
-    check(real.hash() == fresh.hash(), "values of the same content have one hash");
+    check(real.hash() == fresh.hash(), "values of the same content have the same hash");
 }
 
 } // namespace
@@ -53,11 +53,11 @@ void OperationsState::check_all() const {
     for (unsigned int i = 0; i < sm_count; ++i) {
         Value const & value = m_values[i];
         Value const & nextValue = m_values[(i + 1) % sm_count];
-        check(agrees(value.real, value.plain), "a value is that of the model");
+        check(agrees(value.real, value.plain), "a value agrees with its model");
         check_pair(value.real, value.plain, nextValue.real, nextValue.plain);
         Map const & map = m_maps[i];
         Map const & nextMap = m_maps[(i + 1) % sm_count];
-        check(agrees(map.real, map.plain), "a map is that of the model");
+        check(agrees(map.real, map.plain), "a map agrees with its model");
         check_pair<AttributeMapBase>(map.real, map.plain, nextMap.real, nextMap.plain);
     }
     unsigned int const turn = m_steps % sm_count;

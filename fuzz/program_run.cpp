@@ -14,7 +14,7 @@ namespace vxfuzz {
 
 MemoryFile::MemoryFile(char const * name)
     : m_file(::memfd_create(name, MFD_CLOEXEC)), m_path("/proc/self/fd/" + std::to_string(m_file)) {
-    check(m_file >= 0, "a file in memory is made");
+    check(m_file >= 0, "a file in memory is created");
 }
 
 MemoryFile::~MemoryFile() {
@@ -43,7 +43,7 @@ namespace {
 class Streams {
   public:
     Streams() : m_errors(::open_memstream(&m_errorText, &m_errorSize)) {
-        check(m_errors != nullptr, "a stream in memory is made");
+        check(m_errors != nullptr, "a stream in memory is created");
         output().assign("");
         ::dup2(output().descriptor(), STDOUT_FILENO);
         stderr = m_errors;

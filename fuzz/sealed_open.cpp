@@ -29,10 +29,10 @@ void open_all_ways(SecuredValue const & value, SecuredValue::ICipherProvider con
         }
         SecuredValue::ErrorPtr error;
         (void)value.extract(key, provider, &error);
-        vxfuzz::check(isGood || error, "what fails the check does not open");
+        vxfuzz::check(isGood || error, "a value that fails the check does not open");
         try {
             (void)value.extract_binary_as_key(key, provider, nullptr);
-            vxfuzz::check(isGood, "what fails the check is no key");
+            vxfuzz::check(isGood, "a value that fails the check yields no key");
         } catch (vxcore::ErrorException const &) {
         }
     }

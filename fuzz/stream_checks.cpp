@@ -101,7 +101,7 @@ namespace {
 AttributeValue read_one(vxserialize::Reader & reader) {
     AttributeValue value;
     read_attribute_value(reader, value);
-    check(reader.next_type() == vxserialize::eElement_None, "nothing is behind the value");
+    check(reader.next_type() == vxserialize::eElement_None, "nothing follows the value");
     return value;
 }
 
@@ -136,8 +136,8 @@ bool holds_nan(AttributeValue const & value) {
 
 void check_same(AttributeValue const & a, AttributeValue const & b) {
     check((a == b) == !holds_nan(a), "a value equals its copy unless a NaN is in it");
-    check(a.compare(b) == 0 && b.compare(a) == 0, "a value and its copy are in one place of order");
-    check(a.hash() == b.hash(), "a value and its copy have one hash");
+    check(a.compare(b) == 0 && b.compare(a) == 0, "a value and its copy compare as 0");
+    check(a.hash() == b.hash(), "a value and its copy have the same hash");
 }
 
 /// Writes in one form. Returns false when the value nests too deep.
@@ -163,7 +163,7 @@ void check_order(AttributeValue const & a, AttributeValue const & b) {
     int const order = a.compare(b);
     int const reverse = b.compare(a);
     check((order < 0) == (reverse > 0) && (order > 0) == (reverse < 0), "order is antisymmetric");
-    check(!(a == b) || order == 0, "equal values are in one place of order");
+    check(!(a == b) || order == 0, "equal values compare as 0");
 }
 
 /// The targets of reading. A failed read must keep what they hold.
@@ -231,7 +231,8 @@ bool check_round_trip(AttributeValue const & value) {
     std::string binary;
     std::string text;
     bool const written = try_write(write_binary, value, binary);
-    check(try_write(write_text, value, text) == written, "both forms have one limit of nesting");
+    check(try_write(write_text, value, text) == written,
+          "both forms have the same limit of nesting");
     if (!written) {
         return false;
     }
@@ -241,7 +242,7 @@ bool check_round_trip(AttributeValue const & value) {
     check_same(value, fromText);
     check(write_binary(fromBinary) == binary, "binary form, read and written again, is the same");
     check(write_text(fromText) == text, "text form, read and written again, is the same");
-    check(write_binary(fromText) == binary, "both forms carry the same");
+    check(write_binary(fromText) == binary, "both forms carry the same value");
     return true;
 }
 

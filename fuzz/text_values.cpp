@@ -46,7 +46,7 @@ std::optional<T> parse(std::string const & text) {
     T direct = kept;
     T converted = kept;
     bool const isGood = T::parse(text, direct);
-    check(convert(text, converted) == isGood, "a conversion takes what the parser takes");
+    check(convert(text, converted) == isGood, "a conversion accepts what the parser accepts");
     check(converted == direct && (isGood || direct == kept),
           "a failure leaves the target as it was");
     return isGood ? std::optional(direct) : std::nullopt;
@@ -78,13 +78,13 @@ void check_fields(vxfuzz::Input & input) {
         check(time.fields() == fields, "a date and time has the fields that it was made of");
         check_time(time);
     } catch (std::out_of_range const &) {
-        check(!vxfuzz::is_sure_date(fields), "a good date is taken");
+        check(!vxfuzz::is_sure_date(fields), "a good date is accepted");
     }
 }
 
 void check_uuid(std::string const & text) {
     auto const uuid = parse<vxcore::Uuid>(text);
-    check(uuid.has_value() == vxfuzz::is_uuid(text), "what is a UUID is taken, and nothing else");
+    check(uuid.has_value() == vxfuzz::is_uuid(text), "UUIDs and nothing else are accepted");
     if (uuid) {
         std::string const lower = vxfuzz::lower_case(text);
         check(lower == uuid->as_string(0) || lower == uuid->as_string(1),
@@ -104,18 +104,17 @@ void check_bool(std::string const & text) {
         isFalse = isFalse || lower == name;
     }
     check(convert(text, result) == (isTrue || isFalse) && result == isTrue,
-          "the eight words are taken, and nothing else");
+          "the eight words and nothing else are accepted");
 }
 
 void check_double(std::string const & text) {
     double number = 0;
     auto const plain = vxfuzz::plain_double(text);
-    check(convert(text, number) == plain.has_value(),
-          "what is a number is taken, and nothing else");
+    check(convert(text, number) == plain.has_value(), "numbers and nothing else are accepted");
     if (plain) {
         check(std::bit_cast<long long>(number) == std::bit_cast<long long>(*plain) ||
                   (std::isnan(number) && std::isnan(*plain)),
-              "a text is the nearest number");
+              "a text becomes the nearest number");
         vxfuzz::check_round_trip(number);
     }
 }
@@ -126,8 +125,8 @@ void check_integers(std::string const & text) {
         auto const plain = vxfuzz::plain_integer<T>(text);
         T const kept = number;
         check(convert(text, number) == plain.has_value(),
-              "an integer in range is taken, and nothing else");
-        check(number == plain.value_or(kept), "a text is the integer that it shows");
+              "integers in range and nothing else are accepted");
+        check(number == plain.value_or(kept), "a text becomes the integer that it shows");
         if (plain && !std::is_same_v<T, char>) {
             std::string shown;
             if constexpr (std::is_signed_v<T>) {
@@ -160,7 +159,7 @@ void check_reference(std::string const & text, std::string const & other) {
     auto const sign = [](int number) { return (number > 0) - (number < 0); };
     check(sign(reference.compare(second)) == order && sign(second.compare(reference)) == -order,
           "references are in the order of their folded bytes");
-    check((reference == second) == (order == 0), "references are equal when in one place of order");
+    check((reference == second) == (order == 0), "references are equal when they compare as 0");
     vxfuzz::check_round_trip(reference);
 }
 
@@ -176,7 +175,7 @@ void check_trace_level(AttributeValue const & value) {
         check(error->matches(error::vxattribute_query) &&
                   Query::bad_attribute_name(error) == "trace_level",
               "a failure names the setting");
-        check(number == 77 || number < -1 || number > 100, "a level is no failure");
+        check(number == 77 || number < -1 || number > 100, "a level in range does not fail");
         return;
     }
     check(number >= -1 && number <= 100, "a level is in its range");
@@ -229,7 +228,7 @@ void check_conversion(AttributeValue const & value) {
         check((isOwn || isText) && value.size() <= 1, "only a scalar of a fitting type converts");
         if (isOwn) {
             check(AttributeValue(element_of(target)).compare(value.get<Element>()) == 0,
-                  "an element of the type itself is taken as it is");
+                  "an element of the same type is not changed");
         }
     } catch (vxcore::ErrorException const & e) {
         check(target == kept, "a failure leaves the target as it was");

@@ -125,7 +125,7 @@ void OperationsState::subrange_step(Value & value) {
         other.real = toEnd ? value.real.subrange(position) : value.real.subrange(position, count);
         check(isGood, "a range beyond the elements is refused");
     } catch (std::out_of_range const &) {
-        check(!isGood, "a range within the elements is given");
+        check(!isGood, "a range within the elements is accepted");
         return;
     }
     auto const first = value.plain.elements.begin() + position;
@@ -205,7 +205,7 @@ void OperationsState::writer_step(Value & value) {
         }
     } catch (vxcore::ErrorException const & e) {
         check(!fits && e.info()->code() == error::vxattribute_value_type_mismatch,
-              "a writer of the value's type is given");
+              "a writer of the value's type is accepted");
     }
 }
 

@@ -133,7 +133,7 @@ ProgramResult run(FilesInput const & input, Arguments const & arguments) {
     vxfuzz::MemoryWatch const watch;
     ProgramResult result = vxfuzz::run_program(arguments);
     check(watch.peak() <= 1024 * size + 4 * oneMebibyte, "memory stays within the files");
-    check(result.exit == 0 || result.exit == 1, "a command line that makes sense is taken");
+    check(result.exit == 0 || result.exit == 1, "a valid command line is accepted");
     check(result.exit == 0 || !result.errors.empty() || !result.output.empty(),
           "a failure has a reason");
     check(!has_control_bytes(result.errors), "messages have no control bytes");
@@ -143,7 +143,7 @@ ProgramResult run(FilesInput const & input, Arguments const & arguments) {
 }
 
 void check_visible(ProgramResult const & result) {
-    check(!has_control_bytes(result.output), "what is for people has no control bytes");
+    check(!has_control_bytes(result.output), "output for people has no control bytes");
 }
 
 /// Reads the output of a conversion again. Sorted output must come out the same.
