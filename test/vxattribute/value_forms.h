@@ -4,7 +4,7 @@
 
 #include "vxattribute/vxattribute.h"
 
-/// Values as bytes of either form.
+/// Converts values to and from the bytes of either form.
 namespace vxtest {
 
 inline std::string write_binary(vxattribute::AttributeValue const & value) {

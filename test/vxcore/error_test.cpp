@@ -160,7 +160,7 @@ void say(void * text) noexcept {
     std::fputs(static_cast<char const *>(text), stderr);
 }
 
-/// Made before the list of clean-ups and so destroyed after it.
+/// Constructed before the list of clean-ups and so destroyed after it.
 struct LastToGo {
     ~LastToGo() {
         if (active) {

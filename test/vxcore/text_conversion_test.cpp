@@ -27,7 +27,7 @@ double to_double(std::string_view text, ErrorInfo::Ptr * error) {
     return vxcore::impl::string_to_double(text.data(), size_of(text), error);
 }
 
-/// Taken while the program loads, when the string must exist already.
+/// Read while the program loads: the string must exist by then.
 std::size_t const emptySizeAtLoad = vxcore::g_emptyString.size();
 
 TEST(TextConversion, CaseOfAsciiLettersAloneIsIgnored) {

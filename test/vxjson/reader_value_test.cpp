@@ -36,7 +36,7 @@ std::string read(Value & value, std::string const & operation, Value::ErrorSlot 
     return text;
 }
 
-/// A line of results, as in the table. Failures are raised, or stored in slots.
+/// Returns a line of results, as in the table. Failures are raised, or stored in slots.
 std::string play(std::string const & script, std::string const & operations, bool slots) {
     vxtest::ScriptedTokenizer tokenizer(script);
     Reader reader(tokenizer);

@@ -12,11 +12,13 @@
 
 namespace vxtest {
 
-/// Returns the tokens of a line, one word each: `Start`, `End`, `Unknown`, `"` and `"]` around a
-/// string, `<` and `>` around a name, `=text` (also empty) inside both, literals, numbers and
-/// punctuators as they are. `Error` fails with an error, `Mute` without one, `Throw` and
-/// `ThrowMute` raise likewise; `Nothing` is a punctuator without a text, `Memory` raises
-/// std::bad_alloc. The last word is repeated. Token n is at line 1, position n.
+/// Returns the tokens of a line, one word each:
+/// - `Start`, `End`, `Unknown`;
+/// - `"` and `"]` around a string, `<` and `>` around a name, `=text` (also empty) inside both;
+/// - literals, numbers and punctuators as they are; `Nothing` is a punctuator without a text;
+/// - `Error` and `Mute` fail with and without an error, `Throw` and `ThrowMute` raise likewise, and
+///   `Memory` raises std::bad_alloc.
+/// The last word is repeated. Token n is at line 1, position n.
 class ScriptedTokenizer final : public vxjson::ITokenizer {
   public:
     explicit ScriptedTokenizer(std::string const & script) {

@@ -17,7 +17,7 @@ unsigned int size_of(Text text) {
     return static_cast<unsigned int>(text.size());
 }
 
-/// A call with its text, and the end of the code of its misuse.
+/// A call that takes a text, and the end of the error code for its misuse.
 struct Call {
     char const * code;
     void (*make)(Writing, Text);

@@ -41,7 +41,7 @@ TEST(Tokenizer, FindsWhatEndsARunAtEveryPlace) {
                       "0x1F" +
                       at);
     }
-    // Runs between escapes that are joined, that are too long for it, and that do not fit any more.
+    // Runs between escapes: short ones are joined, some are too long for that, some no longer fit.
     std::string text = "\"", decoded = "\"";
     for (std::size_t size = 0; size < 100; ++size) {
         text += "\\n" + std::string(size, 'x');
@@ -95,7 +95,8 @@ TEST(Tokenizer, TellsPlacesAndRepeatsItsEnd) {
 }
 
 TEST(Tokenizer, PassesOnWhatTheStreamRaises) {
-    // In the middle of a number, a string, a comment and white space, all of which could end there.
+    // The stream fails in a number, a string, a comment and white space, all of which could end
+    // there.
     for (std::string const text : {"[12", "[\"ab", "//ab", "    "}) {
         vxtest::TextStream stream(text, text.size());
         Tokenizer::Options options;

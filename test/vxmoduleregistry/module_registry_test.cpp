@@ -21,7 +21,7 @@ using namespace vxmoduleregistry;
 
 class ModuleCopies : public testing::Test {
   protected:
-    /// Loads the first copy; the cases load the second in a child process.
+    /// Loads the first copy. The death tests load the second in a child process.
     void SetUp() override {
         unsetenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES");
         first = load(VX_LIBRARY);
@@ -36,7 +36,7 @@ class ModuleCopies : public testing::Test {
                !query_module_info("vxattribute", &info);
     }
 
-    /// Both copies were built at once and say the same.
+    /// Returns the report on the second copy. Both were built at once, so their data is the same.
     std::string report() const {
         return "ModuleRegistry: Module vxattribute is already loaded into this process!\n"
                "This is typically caused by a version or debug/release mismatch between libraries "
@@ -74,7 +74,8 @@ TEST_F(ModuleCopies, TheInformationIsXmlInTheAgreedOrder) {
                     "</ModuleInfo>\n"));
 }
 
-/// Each thread keeps spent blocks, which the unload frees. A sibling that stays keeps nothing.
+/// Each thread keeps spent blocks, which unloading frees. A sibling that stays loaded keeps
+/// nothing.
 TEST_F(ModuleCopies, AUsedModuleGoesAndMayComeAgain) {
     std::latch used(2), unloaded(1);
     void * const sibling = load(VX_SIBLING);
@@ -99,7 +100,7 @@ TEST_F(ModuleCopies, AUsedModuleGoesAndMayComeAgain) {
     EXPECT_TRUE(use(first));
 }
 
-/// In both orders; the symbols of one are open to later libraries, or not.
+/// Unloads in both orders, with the symbols of the first hidden from later libraries and visible.
 TEST_F(ModuleCopies, EachLeavesTheOtherAtWork) {
     setenv("ZEMO_MODULEREGISTRY_DONT_FAIL_ON_DUPLICATES", "", 1);
     dlclose(first);

@@ -97,12 +97,13 @@ TEST(HostileStream, ShortMemoryLeavesWritersAsTheyWere) {
 TEST(HostileStream, NoCountIsBelievedBeyondTheDataThatIsLeftForIt) {
     EXPECT_EQ(binary_code(from_hex("EFFFFFFFFF F0F0")), count);
     EXPECT_EQ(binary_code(from_hex("A3 F0F0")), count);
-    // The outer list owes two more elements, so of the four bytes left two are for the inner one.
+    // The outer list still expects two elements, so two of the four bytes left may be of the inner
+    // one.
     EXPECT_EQ(binary_code(from_hex("A3 A2 F0F0 F0F0")), "");
     EXPECT_EQ(binary_code(from_hex("A3 A3 F0F0F0 F0")), count);
     EXPECT_EQ(binary_code(from_hex("A2 F7 A2 F0 F8 F0")), count); // and the record its end
     EXPECT_EQ(binary_code(from_hex("A3 A0 A1F0 A3 F0F0F0")), ""); // what is closed owes nothing
-    // A short list that the count alone does not give away.
+    // A list that is too short, which its count alone does not reveal.
     EXPECT_EQ(binary_code(from_hex("F7 A2 40 F8 40")), "error.vxserialize.data.type");
     EXPECT_EQ(text_code("[2: 1, 2, 3"), count); // at once, not when the list is closed
     for (bool const tellsSize : {true, false}) {

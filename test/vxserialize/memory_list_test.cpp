@@ -15,7 +15,7 @@ using impl::hash_memory_list;
 
 using OwnListPtr = vxcore::RefCountPtr<MemoryList>;
 
-/// Adds to every byte, through the write iterator.
+/// Adds `delta` to every byte, through the write iterator.
 void write_all(MemoryList & list, char delta) {
     for (auto segment = list.segment_write_iterator(); !segment.at_end(); ++segment) {
         unsigned char * const data = segment->get_inplace_write_ptr(segment->size());

@@ -116,7 +116,7 @@ TEST(JsonMarshaler, ReadsDocumentsAndPlacesOneAfterTheOther) {
     EXPECT_EQ(reader.next_value(), nullptr);
 }
 
-/// Notes the sizes of the pieces of strings.
+/// Records the sizes of the pieces of strings.
 class PieceWriter final : public vxjson::Writer {
   public:
     void write_name(char const *, unsigned int) override {}

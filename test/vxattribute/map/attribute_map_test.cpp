@@ -167,7 +167,7 @@ TEST(AttributeMapAccess, DefaultsAreCheckedToo) {
 
 using Model = std::map<AttributeName, AttributeValue>;
 
-/// Operations that maps and plain maps share, and their results.
+/// Performs an operation that maps and plain maps share, and returns its result.
 template <typename Map>
 unsigned int change(unsigned int kind, Map & x, Map & y, Model::value_type const & element) {
     auto const & [name, value] = element;

@@ -168,8 +168,8 @@ TEST(NameCoder, AssignmentsAreWholeOrNotMade) {
 }
 
 TEST(NameCoder, TokensNeedAReferenceThatCoversThem) {
-    // Size 0 covers nothing; references may leave gaps; 4294967295 is the last token there is. The
-    // count of a list is not believed.
+    // Size 0 covers nothing. References may leave gaps. 4294967295 is the last token. The count of
+    // a list is not trusted.
     std::string const unknown = "uuid " + std::string(31, '0'), name = unknown.substr(5);
     AttributeNameDecoder decoder(nullptr, false);
     read_names(decoder, "record; list 4000000000; " + unknown + "1; uint 2; uint 0; next; " +

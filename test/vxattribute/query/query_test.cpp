@@ -197,7 +197,7 @@ TEST(TraceLevel, ReadsNamesAndNumbers) {
     EXPECT_FALSE(read_level(81, 81));
     EXPECT_FALSE(read_level(-1, -1));
     EXPECT_FALSE(read_level(AttributeValue(ValueTypeId::typeInteger), 0));
-    // What fits into a `char` is stored before its range is looked at.
+    // A number that fits into a `char` is stored before its range is checked.
     for (char const * row : {"101=101", "-2=-2", "-128=-128", "128=7", "=7", "-=7", " 5=7",
                              "18446744073709551617=7"}) {
         EXPECT_TRUE(read_level(row)) << row;

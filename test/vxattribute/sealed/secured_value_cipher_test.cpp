@@ -151,7 +151,7 @@ TEST(ForeignCipher, NullIsAnEmptyList) {
         expect_error([&] { (void)full.extract_binary_as_key(Key(), foreign, &error); }, code, text);
     EXPECT_EQ(error, raised);
 
-    // The other way round: a cipher of ours under the id of an empty value gets null.
+    // Conversely, a cipher of the library is found for an empty value and receives null.
     struct Provider final : SecuredValue::ICipherProvider {
         SecuredValue::CipherPtr find_cipher(std::string const &) const override {
             return SecuredValue::CipherPtr(&SecuredValue::default_cipher(), nullptr);
@@ -229,7 +229,7 @@ TEST(ForeignCipher, NoFailureLeavesAKeyBehind) {
         }
         EXPECT_GT(n, 3u);
     }
-    // Two segments share one block, which is nobody else's.
+    // Two segments share one block, which no other list uses.
     foreign.turn = [&](auto const & list) {
         auto const twice = cipher("EAX_AES128").decrypt(key, "note", list)->shallow_clone();
         twice->append(*twice); // only the first element is read

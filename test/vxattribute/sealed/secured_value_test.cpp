@@ -242,7 +242,8 @@ TEST(SecuredValue, NoKeyStaysInMemory) {
 
 TEST(SecuredValue, ComparesByAllItsParts) {
     vxcore::Uuid const low({1}), high({2});
-    // In order. What a row is decided by comes before parts that say the opposite.
+    // In ascending order. The part that decides between two rows comes before parts that would
+    // decide otherwise.
     SecuredValue const parts[] = {
         value_of("z", "z", "1", {"z", high}), value_of("a", "z", "2", {"z", high}),
         value_of("b", "a", "2", {"z", high}), value_of("b", "b", "2", {"z", low}),
@@ -258,7 +259,7 @@ TEST(SecuredValue, ComparesByAllItsParts) {
             EXPECT_EQ(a.hash() == b.hash(), &a == &b);
         }
     }
-    // No sealed bytes at all and none of them are alike.
+    // No list of sealed bytes and an empty list are equal.
     vxserialize::MemoryWriter writer;
     SecuredValue().write(writer);
     vxserialize::MemoryReader reader = writer.reader();

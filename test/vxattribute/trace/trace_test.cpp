@@ -153,7 +153,7 @@ TEST(TraceStream, AWidthPadsTheFirstThingInserted) {
               "[Integer: {1*****, 2}][Boolean: {true**}]\n 'x*****' => [Integer: {1}]");
 }
 
-/// Takes nine bytes and then no more.
+/// Accepts nine bytes and then no more.
 struct SmallBuffer final : std::streambuf {
     SmallBuffer() { setp(bytes, bytes + sizeof bytes); }
 

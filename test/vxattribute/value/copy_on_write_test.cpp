@@ -32,7 +32,7 @@ TEST_P(CopyOnWrite, NeitherCopySeesTheOthersChange) {
 
 constexpr int waysToWrite = 7;
 
-/// Every way to write a value of any type. The argument is of the same type.
+/// Writes a value in one of the ways that every type has. The argument is of the same type.
 void write(int way, AttributeValue & value, AttributeValue const & argument) {
     visit_elements(argument, [&]<typename T>(std::span<T const> elements) {
         switch (way) {

@@ -52,7 +52,7 @@ TEST(ElementRules, DoublesFollowIeee) {
     EXPECT_LT(ValueTypeTraits<long long>::compare(std::numeric_limits<long long>::min(), 1), 0);
 }
 
-/// Uses each rule of a type on two elements that differ.
+/// Applies each rule of a type to two different elements.
 template <typename T>
 void use_rules(T const & a, T const & b) {
     using Base = ValueTypeTraitsBase<T>;
