@@ -35,7 +35,7 @@ struct JsonInput {
     }
 
     Tokenizer::Options options;
-    unsigned int road = 0; // 4 bits; see Walk and rewrite
+    unsigned int road = 0; // four flags; see Walk and rewrite
     std::string text;
 };
 
@@ -50,8 +50,8 @@ struct Lexeme {
     bool operator==(Lexeme const &) const = default;
 };
 
-/// Returns the token `ahead` and reads to the one after it. Joins the runs of a string at the place
-/// of the first.
+/// Returns the token that `ahead` announces, and sets `ahead` to the one after it. Joins the runs
+/// of a string into one token, at the place of the first.
 Lexeme next_lexeme(Tokenizer & tokenizer, EToken & ahead) {
     auto const take = [&tokenizer, &ahead](Lexeme & lexeme) {
         StringSlice slice;
@@ -103,8 +103,8 @@ void check_tokens(JsonInput const & input) {
                   "the tokenizer does not keep what it returned");
 }
 
-/// Reads all values of a document and writes them. Bits of `road`: 1 allows reserved names, 2 reads
-/// strings as streams, 4 writes numbers from doubles.
+/// Reads all values of a document and writes them. Flags in `road`: 1 allows reserved names, 2
+/// reads strings as streams, 4 writes numbers from doubles.
 class Walk {
   public:
     Walk(Tokenizer & tokenizer, TextWriter & writer, unsigned int road)
@@ -192,7 +192,7 @@ class Walk {
 };
 
 /// Reads a text and writes it again. Returns false when the reader refuses the text or finds
-/// nothing. Bit 8 of `road` indents what is written; Walk uses the others.
+/// nothing. Flag 8 in `road` indents what is written; Walk uses the others.
 bool rewrite(std::string const & text, Tokenizer::Options const & options, unsigned int road,
              std::string & result) {
     TextWriter::Options layout;

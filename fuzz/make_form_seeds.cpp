@@ -128,8 +128,8 @@ std::string sealed(char const * cipher, std::string const & ciphertext) {
     });
 }
 
-/// Saves values under the cipher NULL, which leaves them as they are, ciphertexts of EAX that are
-/// too short, and a few values that open.
+/// Saves values under the cipher NULL, which does not encrypt, ciphertexts that are too short for
+/// EAX, and a few values that open.
 void save_sealed() {
     std::string values, lists;
     for (vxtest::Sample const & sample : vxtest::samples()) {

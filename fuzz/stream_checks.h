@@ -45,8 +45,8 @@ struct ReaderInput {
 
     unsigned char pieces; // selects the sizes in which the reader gets the bytes
     unsigned int shapes;  // two bits for each read: 0 an attribute, 1 a map, 2 and 3 a value
-    /// The data. When the second byte of the input is 0xF0 or more, it is repeated up to 16 KiB, so
-    /// that memory that grows too fast with the data shows in small inputs too.
+    /// The data. When the second byte of the input is 0xF0 or more, the data is repeated up to 16
+    /// KiB, so that memory that grows too fast with it shows in small inputs too.
     std::string bytes;
 };
 
