@@ -9,7 +9,8 @@ void add_package_option(CLI::App & command, NamePackages & packages) {
         .add_option("--package", packages.files,
                     "File of a name package that the streams use; may be given again")
         ->take_all()
-        ->expected(1);
+        ->expected(1)
+        ->allow_extra_args(false); // which would also take the "--" after the file
 }
 
 void add_max_size_option(CLI::App & command, unsigned long long & maxSize) {
