@@ -157,8 +157,8 @@ class VXATTRIBUTE_API AttributeName {
     void write(vxserialize::Writer & writer) const;
     void write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const;
 
-    /// By the address of the token: one comparison of pointers each. For an order by characters,
-    /// compare `value()`, or see sorted_by_name.h.
+    /// Each compares the addresses of the two tokens. For an order by characters, compare
+    /// `value()`, or see sorted_by_name.h.
     friend bool operator==(AttributeName const & a, AttributeName const & b) noexcept {
         return a.m_key == b.m_key;
     }

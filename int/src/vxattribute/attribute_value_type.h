@@ -64,7 +64,7 @@ class VXATTRIBUTE_API ValueTypeId {
     }
 
     /// The name, such as "UUID", as it appears in messages and rendered text. It lives as long as
-    /// the process and may be used at its end too.
+    /// the library is loaded, and may be used at the end of the process too.
     std::string const & name() const noexcept {
         return *m_name;
     }

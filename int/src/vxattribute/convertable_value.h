@@ -58,8 +58,8 @@ class VXATTRIBUTE_API ConvertableValue {
     /// Stores the value in `target` and returns `target`.
     template <impl::Convertible T>
     T & assign_to(T & target) const {
-        // By way of a local variable: g++ 12 assumes that the result of a call is stored even when
-        // the call raises, and drops what the caller's variable held before.
+        // The local variable protects `target`. Without it, g++ 12 may overwrite `target` although
+        // the conversion raises.
         T result = convert_to<T>();
         return target = static_cast<T &&>(result);
     }

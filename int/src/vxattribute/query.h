@@ -36,7 +36,7 @@ class VXATTRIBUTE_API Query {
     class MatchContext;
     using ErrorPtr = vxcore::ErrorInfo::Ptr;
 
-    /// No limit as `max_count`, up to 65,535 elements: a value with more of them exceeds it too.
+    /// The largest `max_count`. Values of more than 65,535 elements are still refused.
     static constexpr unsigned short noMaximum = 0xFFFF;
 
     /// A setting of one name.

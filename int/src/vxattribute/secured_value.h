@@ -249,8 +249,9 @@ class VXATTRIBUTE_API SecuredValue {
                                                       ICipherProvider const & provider,
                                                       ErrorPtr * error) const;
 
-    /// A record of annotation, cipher id, key id and sealed bytes: see docs/formats/values.md. What
-    /// is read is not checked, which takes the key. They raise what reader and writer raise.
+    /// A record of annotation, cipher id, key id and sealed bytes: see docs/formats/values.md.
+    /// `read` checks nothing, because a check needs the key. Both raise what reader and writer
+    /// raise.
     void read(vxserialize::Reader & reader);
     void write(vxserialize::Writer & writer) const;
 

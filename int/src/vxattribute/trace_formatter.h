@@ -49,32 +49,32 @@ class VXATTRIBUTE_API TraceFormatter {
     TraceFormatter & operator=(TraceFormatter const &) noexcept = default;
     ~TraceFormatter() = default;
 
-    // The settings. The default is at the end of each description. References are valid as long as
-    // any formatter with these settings lives.
+    // The settings. References are valid as long as any formatter with these settings lives.
 
-    /// Write the type name around each value, as in [Integer: {5}]. true
+    /// Write the type name around each value, as in [Integer: {5}]. Default: true.
     bool show_type() const noexcept;
     /// Sort the elements of each map by the bytes of their names, with one allocation per map.
-    /// Otherwise they are in map order, which differs from process to process. false
+    /// Otherwise they are in map order, which differs from process to process. Default: false.
     bool sorted_names() const noexcept;
-    /// Most elements shown of one value. The number of the others follows. 32
+    /// Most elements shown of one value. The number of the others follows. Default: 32.
     unsigned int max_multivalue_count() const noexcept;
     /// A list of strings has a line for each string when any but the first has so many bytes, or
-    /// any holds a line feed. 128
+    /// any holds a line feed. Default: 128.
     unsigned int multiline_length_threshold() const noexcept;
-    /// Most bytes shown of one string, less where the limit is within a UTF-8 sequence. 4096
+    /// Most bytes shown of one string, less where the limit is within a UTF-8 sequence. Default:
+    /// 4096.
     unsigned int max_string_len() const noexcept;
-    /// Most bytes shown of one binary value; 0 shows only its size. 256
+    /// Most bytes shown of one binary value; 0 shows only its size. Default: 256.
     unsigned int max_binary_value_dump_bytes() const noexcept;
-    /// Bytes on a line of a dump; 0 shows only the size. 32
+    /// Bytes on a line of a dump; 0 shows only the size. Default: 32.
     unsigned int binary_value_dump_line_size() const noexcept;
-    /// The start of every new line. A line feed and a blank
+    /// The start of every new line. Default: a line feed and a blank.
     vxcore::SourceString const & line_prefix() const noexcept;
-    /// Follows `line_prefix` once per level. Two blanks
+    /// Follows `line_prefix` once per level. Default: two blanks.
     vxcore::SourceString const & indent() const noexcept;
-    /// Written for a null ErrorInfo. ##NULL##
+    /// Written for a null ErrorInfo. Default: ##NULL##.
     vxcore::SourceString const & error_info_null() const noexcept;
-    /// Lists of all types that have no setting of their own. {1, 2}
+    /// Lists of all types that have no setting of their own. Default: {1, 2}.
     ListParams const & list_default() const noexcept;
     /// Lists of maps, of strings on one line and on lines of their own, of dumps, of errors.
     /// Strings on one line are like list_default; the others put braces and comma on lines of their
@@ -94,11 +94,11 @@ class VXATTRIBUTE_API TraceFormatter {
     vxcore::SourceString const & multiline_string_prefix() const noexcept;
     vxcore::SourceString const & multiline_string_newline() const noexcept;
     vxcore::SourceString const & multiline_string_suffix() const noexcept;
-    /// The same for the dump of a binary value. Each line two blanks in
+    /// The same for the dump of a binary value. Default: each line two blanks in.
     vxcore::SourceString const & binary_value_dump_prefix() const noexcept;
     vxcore::SourceString const & binary_value_dump_newline() const noexcept;
     vxcore::SourceString const & binary_value_dump_suffix() const noexcept;
-    /// Before each line of an error. A new line and two blanks
+    /// Before each line of an error. Default: a new line and two blanks.
     vxcore::SourceString const & error_info_line_prefix() const noexcept;
 
     // For the renderers of other types. All write unformatted: flags and width of the stream do not

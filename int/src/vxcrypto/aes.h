@@ -35,8 +35,8 @@ class VXCRYPTO_API AesEncryptContext {
     /// Enciphers one block. `in` and `out` may be the same.
     void encrypt(unsigned char const * in, unsigned char * out) const noexcept;
 
-    /// Enciphers the blocks of a CBC chain, all but the last: for each block of `data`, `x` becomes
-    /// the enciphered `x` XOR the block.
+    /// Advances a CBC chain: for each block of `data`, `x` becomes E(x) XOR the block. The last
+    /// step, E(x), is left to the caller.
     ///
     /// @param x     One block.
     /// @param data  `blocks` blocks.

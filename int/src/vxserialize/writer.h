@@ -42,7 +42,7 @@ class VXSERIALIZE_API Writer {
     /// Ends nothing: an open list stays open in what was written.
     virtual ~Writer();
 
-    /// Write one element of that kind. An integer takes any 64-bit number.
+    /// Each writes one element of the kind in its name. An integer takes any 64-bit number.
     virtual void write_null() = 0;
     virtual void write_bool(bool value) = 0;
     virtual void write_integer(long long value) = 0;
@@ -60,7 +60,7 @@ class VXSERIALIZE_API Writer {
     /// Writes a name: the same kind of element as a string. `read_string_key` reads it.
     virtual void write_string_key(vxcore::StringKey const & key) = 0;
 
-    /// Write one element of that kind, with all ticks and all bytes.
+    /// Each writes one element of the kind in its name, with all ticks and all bytes.
     virtual void write_absolute_time(vxcore::AbsoluteTime value) = 0;
     virtual void write_relative_time(vxcore::RelativeTime value) = 0;
     virtual void write_uuid(vxcore::Uuid const & value) = 0;
