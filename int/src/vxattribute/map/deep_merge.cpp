@@ -47,11 +47,11 @@ class OpenMerge {
     }
 
     void set_inner(AttributeMap const & merged) {
-        if (!m_place) {
-            m_place = m_merged.begin();
+        if (!m_mergedPlace) {
+            m_mergedPlace = m_merged.begin();
         }
-        advance_to(*m_place, m_merged.end(), m_winner->first);
-        (*m_place)->second = merged;
+        advance_to(*m_mergedPlace, m_merged.end(), m_winner->first);
+        (*m_mergedPlace)->second = merged;
         ++m_winner;
     }
 
@@ -74,7 +74,7 @@ class OpenMerge {
     MutableAttributeMap m_merged;
     // Set at the first replacement. If one map is empty, the merge shares the holder of the other,
     // and `begin` would copy it for nothing.
-    std::optional<MutableAttributeMap::iterator> m_place;
+    std::optional<MutableAttributeMap::iterator> m_mergedPlace;
 };
 
 } // namespace

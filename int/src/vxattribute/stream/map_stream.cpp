@@ -25,6 +25,9 @@ Element const & element_at(std::vector<MapIterator>::const_iterator position) no
     return **position;
 }
 
+/// Writes a map. JSON and rendering go through ElementsCursor for this; here its test per element
+/// would take 3 % of the instructions of a binary write.
+///
 /// @param elements  A map, the tree in its holder, or iterators into it.
 template <typename Elements>
 void write_elements(WriteContext const & context, Elements const & elements) {
