@@ -1,6 +1,7 @@
 #include "json_documents.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -36,16 +37,23 @@ std::string configuration() {
     return text + "\n    }\n}\n";
 }
 
-std::string records() {
-    std::string text = "[";
-    for (int i = 0; text.size() < 2'000'000; ++i) {
-        text += i == 0 ? "" : ",";
-        text += format(R"({"id":%d,"name":"Customer number %d","mail":"customer%d@example.org",)"
-                       R"("active":%s,"balance":%d,"visits":%d,"tags":["new","retail","north"],)"
-                       R"("scores":[%d,90,1200],"address":{"city":"Somewhere","zip":"%05d"}})",
-                       100'000 + i, i, i, i % 7 != 0 ? "true" : "false", i * 37, i % 50, i, i);
+std::string record(unsigned int i) {
+    return format(R"({"id":%d,"name":"Customer number %d","mail":"customer%d@example.org",)"
+                  R"("active":%s,"balance":%d,"visits":%d,"tags":["new","retail","north"],)"
+                  R"("scores":[%d,90,1200],"address":{"city":"Somewhere","zip":"%05d"}})",
+                  100'000 + i, i, i, i % 7 != 0 ? "true" : "false", i * 37, i % 50, i, i);
+}
+
+std::string preferences() {
+    std::string text = "{";
+    for (int i = 0; i < 300; ++i) {
+        text += i == 0 ? "\n" : ",\n";
+        text += format(i % 3 == 0   ? R"(    "preference.number-%d": "value %d")"
+                       : i % 3 == 1 ? R"(    "preference.limit-%d": %d)"
+                                    : R"(    "preference.switch-%d": [1, %d])",
+                       i, i * 11);
     }
-    return text + "]";
+    return text + "\n}\n";
 }
 
 /// Returns an array of texts of 1 to 8 KB. One in ten ends with an escape.
@@ -73,22 +81,58 @@ std::string numbers(bool fractions) {
     return text + "]";
 }
 
-std::string iso_codes() {
-    std::ifstream file("/usr/share/iso-codes/json/iso_639-3.json", std::ios::binary);
+std::string content(std::string const & path) {
+    std::ifstream file(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+/// Adds the documents that are files, as far as they are there.
+void add_files(std::vector<JsonDocument> & documents) {
+    char const * const folder = std::getenv("VX_BENCH_DOCUMENTS");
+    std::string const prefix = folder == nullptr ? "" : std::string(folder) + '/';
+    auto const add = [&documents](std::string name, std::string const & path) {
+        if (std::string text = content(path); !text.empty()) {
+            documents.push_back({std::move(name), std::move(text)});
+        }
+    };
+    add("iso_codes", "/usr/share/iso-codes/json/iso_639-3.json");
+    for (char const * name : {"twitter", "citm_catalog", "gsoc_2018", "github_events", "mdn_data",
+                              "mime_db", "numbers"}) {
+        add(name, prefix + name + ".json");
+    }
 }
 
 } // namespace
 
+std::string json_records(unsigned int count) {
+    std::string text = "[";
+    for (unsigned int i = 0; i < count; ++i) {
+        text += i == 0 ? "" : ",";
+        text += record(i);
+    }
+    return text + "]";
+}
+
 std::vector<JsonDocument> const & json_documents() {
     static std::vector<JsonDocument> const all = [] {
-        std::vector<JsonDocument> made{{"configuration", configuration(), true},
-                                       {"records", records(), true},
-                                       {"strings", strings(), true},
-                                       {"integers", numbers(false), true},
-                                       {"doubles", numbers(true), false}};
-        if (std::string text = iso_codes(); !text.empty()) {
-            made.push_back({"iso_codes", std::move(text), true});
+        std::vector<JsonDocument> made{
+            {"configuration", configuration()},
+            {"preferences", preferences()},
+            {"records", json_records(9'000)},
+            {"strings", strings()},
+            {"integers", numbers(false)},
+            {"doubles", numbers(true)},
+            {"bytes_7", R"({"a":1})"},
+            {"bytes_55", R"({"id":17,"name":"some names","ready":true,"list":[1,2]})"},
+            {"bytes_500",
+             R"({"source":"https://example.org/customers?page=17","next":null,"items":)" +
+                 json_records(2) + "}"},
+        };
+        add_files(made);
+        for (std::size_t i = 0; i < made.size(); ++i) {
+            if (made[i].name == "preferences" || made[i].name == "mime_db") {
+                made.push_back({made[i].name + "_known", made[i].text, true});
+            }
         }
         return made;
     }();

@@ -55,7 +55,7 @@ struct VxTokens {
 /// Counts scalars with the reader, without their texts.
 struct VxReader {
     static unsigned int count_scalars(std::string const & text) {
-        vxjson::Document document(text.data(), text.size());
+        vxjson::Document document(text.data(), text.size(), vxattribute::JsonReadOptions());
         unsigned int count = 0;
         while (auto const value = document.reader().next_value()) {
             count += value->type() >= vxjson::Reader::Value::eType_Null ? 1 : 0;

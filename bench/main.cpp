@@ -12,6 +12,7 @@ int main(int argc, char ** argv) {
     vxbench::add_map_benchmarks();
     vxbench::add_stream_benchmarks();
     vxbench::add_json_benchmarks();
+    vxbench::add_scale_benchmarks();
     vxbench::add_rendering_benchmarks();
     vxbench::add_name_benchmarks();
     vxbench::add_query_benchmarks();

@@ -158,6 +158,19 @@ struct Maps {
         });
     }
 
+    /// Looks all names up by their texts.
+    static void find_text(benchmark::State & state, unsigned int size, bool isMixed) {
+        Map const map = make(names(size), isMixed);
+        std::vector<std::string> texts = attribute_names(size);
+        std::shuffle(texts.begin(), texts.end(), std::mt19937(2));
+        measure(state, size, [&] {
+            for (std::string const & text : texts) {
+                auto const * const value = Peer::find(map, text);
+                benchmark::DoNotOptimize(value);
+            }
+        });
+    }
+
     static void compare(benchmark::State & state, unsigned int size, bool isMixed) {
         Map const a = make(names(size), isMixed);
         Map const b = make(names(size), isMixed);
@@ -183,6 +196,7 @@ struct Maps {
         }
         add_sizes("copy_map", copy, {100}, false);
         add_sizes("find", find, {16, 100, 10'000}, false);
+        add_sizes("find_text", find_text, {16, 100}, false);
         add_sizes("equal_maps", compare, {10'000}, false);
     }
 };

@@ -40,6 +40,7 @@ void add_value_benchmarks();
 void add_map_benchmarks();
 void add_stream_benchmarks();
 void add_json_benchmarks();
+void add_scale_benchmarks();
 void add_rendering_benchmarks();
 void add_name_benchmarks();
 void add_query_benchmarks();
