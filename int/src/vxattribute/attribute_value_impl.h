@@ -282,8 +282,8 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
     /// unshared value is written in place.
     virtual void set_single(ValueHolder & holder, Arg const & value) = 0;
 
-    /// Memory of objects, though not of element blocks, comes from a cache per thread of freed
-    /// blocks up to 128 bytes, and from the heap otherwise. Any thread may free an object.
+    /// Memory of objects comes from the block cache of the thread: a few instructions in most
+    /// cases. Any thread may free an object.
     static void * operator new(std::size_t size);
     static void operator delete(void * object, std::size_t size) noexcept;
 
@@ -322,10 +322,9 @@ class VXATTRIBUTE_API TypedValue : public ValueBase {
         T * capacityEnd;
     };
 
-    /// Raw storage for `capacity` elements from the heap, and its release. Elements in it are not
-    /// destroyed.
+    /// Raw storage for `capacity` elements, and its release. Elements in it are not destroyed.
     static T * allocate(unsigned int capacity);
-    static void free_block(T * block) noexcept;
+    static void free_block(T * block, unsigned int capacity) noexcept;
 
     unsigned int count() const noexcept { return static_cast<unsigned int>(m_end - m_begin); }
 

@@ -1,131 +1,190 @@
-#include "vxattribute/value/block_cache_internal.h"
+#include "vxattribute/value/block_slab_internal.h"
 
 #if VX_BLOCK_CACHE
 
-#include <atomic>
 #include <cstdlib>
-#include <mutex>
 #include <pthread.h>
+#include <utility>
 
 namespace vxattribute::impl {
 
-/// The open caches of all threads, so that an unload can empty them. A `thread_local` with a
+/// The open pools of all threads, so that an unload can close them. A `thread_local` with a
 /// destructor would need no such list, but would keep the library loaded until its thread ends.
-struct BlockCache::OpenCaches {
-    std::mutex mutex;
-    ThreadState * first = nullptr;
+struct BlockCache::Threads {
+    std::mutex mutex; // taken before a lock of slabs
+    Pool * first = nullptr;
     pthread_key_t key = 0; // its destructor runs at the end of a thread
     bool hasKey = false;
     bool isUnloading = false;
     unsigned int exitHandlers = 0;
     /// True once `exit` has begun. Other threads may still run, even code of this library.
     std::atomic<bool> processEnds = false;
+
+    /// Pools share these locks: pools come and go, and a fork must hold all locks.
+    struct alignas(64) SlabLock {
+        std::mutex mutex;
+    } slabLocks[16];
+    std::atomic<unsigned int> pools = 0; // made so far
+
+    std::mutex & next_lock() noexcept { return slabLocks[pools++ % std::size(slabLocks)].mutex; }
+
+    bool make_key() noexcept;
+    bool add(Pool & pool) noexcept;
+    void close(Pool & pool) noexcept;
+    void lock_all() noexcept;
+    void unlock_all() noexcept;
 };
 
-thread_local constinit BlockCache::ThreadState BlockCache::sm_state{};
-constinit BlockCache::OpenCaches BlockCache::sm_caches;
+constinit BlockCache::Threads BlockCache::sm_threads;
 
-bool BlockCache::make_key() noexcept {
-    OpenCaches & caches = sm_caches;
-    if (!caches.hasKey && pthread_key_create(&caches.key, &BlockCache::end_thread) == 0) {
-        // The lock is held during a fork, so that the child finds the list in order. The child has
-        // only the thread that forked: the list shrinks to its cache. The blocks of the other
-        // threads are lost there, like everything these threads owned.
-        caches.hasKey =
-            pthread_atfork([] { sm_caches.mutex.lock(); }, [] { sm_caches.mutex.unlock(); },
-                           [] {
-                               sm_state.next = sm_state.previous = nullptr;
-                               sm_caches.first = sm_state.isOpen ? &sm_state : nullptr;
-                               sm_caches.mutex.unlock();
-                           }) == 0;
-        if (!caches.hasKey) {
-            pthread_key_delete(caches.key);
-        }
+// Always without blocks and without room. A thread has the first before it uses a block, and the
+// second after it has ended, or the library is unloaded.
+constinit BlockCache::Pool BlockCache::sm_unopened{sm_threads.slabLocks[0].mutex};
+constinit BlockCache::Pool BlockCache::sm_closed{sm_threads.slabLocks[0].mutex};
+
+thread_local constinit BlockCache::Lists * BlockCache::sm_lists = &BlockCache::sm_unopened;
+
+void BlockCache::Threads::lock_all() noexcept {
+    mutex.lock();
+    for (SlabLock & slabs : slabLocks) {
+        slabs.mutex.lock();
     }
-    return caches.hasKey;
 }
 
-bool BlockCache::open() noexcept {
-    OpenCaches & caches = sm_caches;
-    std::lock_guard const lock(caches.mutex);
-    if (caches.isUnloading || !make_key()) {
+void BlockCache::Threads::unlock_all() noexcept {
+    for (SlabLock & slabs : slabLocks) {
+        slabs.mutex.unlock();
+    }
+    mutex.unlock();
+}
+
+bool BlockCache::Threads::make_key() noexcept {
+    if (!hasKey && pthread_key_create(&key, &BlockCache::end_thread) == 0) {
+        // All locks are held during a fork, so that the child finds the lists in order. The child
+        // has only the thread that forked: the list shrinks to its pool. The free blocks of the
+        // other threads are lost there, like everything these threads owned.
+        hasKey = pthread_atfork([] { sm_threads.lock_all(); }, [] { sm_threads.unlock_all(); },
+                                [] {
+                                    Pool * const pool = open_pool();
+                                    sm_threads.first = pool;
+                                    if (pool != nullptr) {
+                                        pool->next = pool->previous = nullptr;
+                                    }
+                                    sm_threads.unlock_all();
+                                }) == 0;
+        if (!hasKey) {
+            pthread_key_delete(key);
+        }
+    }
+    return hasKey;
+}
+
+/// Adds the pool of this thread, unless the library is being unloaded.
+bool BlockCache::Threads::add(Pool & pool) noexcept {
+    std::lock_guard const guard(mutex);
+    if (isUnloading || !make_key()) {
         return false;
     }
     // `exit` calls handlers in the reverse order of registration. One registered before `main`
     // begins is called after `unload`, which is too late, and the first thread may come here that
     // early. So the second thread registers another one. With a single thread the flag does not
-    // matter: there are no caches of other threads.
-    if (caches.exitHandlers < 2) {
-        if (std::atexit([] { sm_caches.processEnds = true; }) != 0) {
+    // matter: there are no pools of other threads.
+    if (exitHandlers < 2) {
+        if (std::atexit([] { sm_threads.processEnds = true; }) != 0) {
             return false;
         }
-        ++caches.exitHandlers;
+        ++exitHandlers;
     }
-    ThreadState & state = sm_state;
-    if (pthread_setspecific(caches.key, &state) != 0) {
+    if (pthread_setspecific(key, &pool) != 0) {
         return false;
     }
-    state.next = caches.first;
-    if (state.next != nullptr) {
-        state.next->previous = &state;
+    pool.open();
+    pool.next = first;
+    if (first != nullptr) {
+        first->previous = &pool;
     }
-    caches.first = &state;
-    for (SizeClass & sizeClass : state.classes) {
-        sizeClass.room = max_blocks;
-    }
-    state.isOpen = true;
+    first = &pool;
     return true;
 }
 
-void BlockCache::free_slow(void * block, std::size_t size) noexcept {
-    ThreadState & state = sm_state;
-    if (size <= max_size && !state.isOpen && !state.isClosed) {
-        if (open()) {
-            free(block, size);
-            return;
-        }
-        // Not tried again: each attempt would take the lock.
-        state.isClosed = true;
+/// Removes a pool. The lock is held, so that an unload waits for the end of a thread.
+void BlockCache::Threads::close(Pool & pool) noexcept {
+    (pool.previous != nullptr ? pool.previous->next : first) = pool.next;
+    if (pool.next != nullptr) {
+        pool.next->previous = pool.previous;
     }
-    ::operator delete(block);
+    pool.close();
 }
 
-void BlockCache::close(ThreadState & state) noexcept {
-    if (!state.isOpen) {
+/// Returns the pool of this thread, or null when it has none.
+BlockCache::Pool * BlockCache::open_pool() noexcept {
+    auto * const pool = static_cast<Pool *>(sm_lists);
+    return pool == &sm_unopened || pool == &sm_closed ? nullptr : pool;
+}
+
+/// Returns the pool of this thread, which it makes at the first use, or null.
+BlockCache::Pool * BlockCache::find_pool() noexcept {
+    if (sm_lists == &sm_unopened) {
+        if (auto * const pool = new (std::nothrow) Pool(sm_threads.next_lock())) {
+            if (sm_threads.add(*pool)) {
+                sm_lists = pool;
+            } else {
+                delete pool;
+                sm_lists = &sm_closed; // not tried again: each attempt would take the lock
+            }
+        }
+    }
+    return open_pool();
+}
+
+void * BlockCache::allocate_slow(unsigned int sizeClass) {
+    Pool * const pool = find_pool();
+    if (pool == nullptr) {
+        return BlockSlab::make_single(sm_closed, sizeClass);
+    }
+    pool->fill(sizeClass);
+    BlockList & list = pool->lists[sizeClass];
+    ++list.room;
+    return std::exchange(list.first, list.first->next);
+}
+
+void BlockCache::free_slow(void * memory, unsigned int sizeClass) noexcept {
+    auto * const block = ::new (memory) Block{nullptr};
+    Pool * const pool = find_pool();
+    if (pool == nullptr) {
+        BlockSlab::return_list(block);
         return;
     }
-    (state.previous != nullptr ? state.previous->next : sm_caches.first) = state.next;
-    if (state.next != nullptr) {
-        state.next->previous = state.previous;
+    BlockList & list = pool->lists[sizeClass];
+    if (list.room == 0) { // it has some when the pool is new
+        pool->drain(sizeClass);
     }
-    // Objects that die after this point, in later destructors of the thread, go to the heap.
-    state.isOpen = false;
-    state.isClosed = true;
-    for (SizeClass & sizeClass : state.classes) {
-        while (Block * const block = sizeClass.first) {
-            sizeClass.first = block->next;
-            ::operator delete(block);
-        }
-        sizeClass.room = 0;
-    }
+    block->next = std::exchange(list.first, block);
+    --list.room;
 }
 
-void BlockCache::end_thread(void * state) noexcept {
-    std::lock_guard const lock(sm_caches.mutex);
-    close(*static_cast<ThreadState *>(state));
+void BlockCache::end_thread(void * pool) noexcept {
+    std::lock_guard const guard(sm_threads.mutex);
+    // Objects that are destroyed after this point, in later destructors of the thread, return
+    // their blocks to the slabs.
+    sm_lists = &sm_closed;
+    sm_threads.close(*static_cast<Pool *>(pool));
 }
 
 void BlockCache::unload() noexcept {
-    OpenCaches & caches = sm_caches;
-    std::lock_guard const lock(caches.mutex);
-    caches.isUnloading = true;
-    close(sm_state);
-    // Without `exit` this is `dlclose`, during which no other thread may use the library.
-    while (!caches.processEnds && caches.first != nullptr) {
-        close(*caches.first);
+    std::lock_guard const guard(sm_threads.mutex);
+    sm_threads.isUnloading = true;
+    Pool * const own = open_pool();
+    sm_lists = &sm_closed;
+    if (own != nullptr) {
+        sm_threads.close(*own);
     }
-    if (caches.hasKey) {
-        pthread_key_delete(caches.key);
+    // Without `exit` this is `dlclose`, during which no other thread may use the library.
+    while (!sm_threads.processEnds && sm_threads.first != nullptr) {
+        sm_threads.close(*sm_threads.first);
+    }
+    if (sm_threads.hasKey) {
+        pthread_key_delete(sm_threads.key);
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <iterator>
 #include <new>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -11,93 +13,144 @@
 #define VX_HAS_SANITIZER 0
 #endif
 
-#if VX_HAS_SANITIZER || !defined(VX_BLOCK_CACHE)
+// 2 is for the test of the cache itself, which runs under sanitizers too.
+#if !defined(VX_BLOCK_CACHE) || (VX_HAS_SANITIZER && VX_BLOCK_CACHE != 2)
 #undef VX_BLOCK_CACHE
 #define VX_BLOCK_CACHE 0
 #endif
 
-/// Freed blocks of small objects, kept per thread for the next object of that size.
+/// Memory of small objects: values, short lists, holders of maps.
 ///
-/// Most values are one short-lived block of 40 to 80 bytes. Reusing a block costs a few
-/// instructions; an allocation from the heap costs 15 ns. Every block comes from `operator new`, so
-/// any thread may free it. A thread keeps at most `max_blocks` per size class. The cache is off
-/// under sanitizers, which must see every allocation, and with the CMake option VX_BLOCK_CACHE=OFF.
+/// Most values are one short-lived block of 40 to 80 bytes. Each thread has a pool with a short
+/// list of free blocks per size; allocating and freeing take or add one, which costs a few
+/// instructions. An empty list is filled from a slab, a piece of the heap that is cut into blocks
+/// of that size (block_slab_internal.h). A list that is full returns its blocks to their slabs,
+/// whichever thread these belong to. A slab goes back to the heap with the last block returned to
+/// it, even if its thread has ended. See docs/decisions/0008-small-blocks-come-from-slabs.md.
+///
+/// The cache is off under sanitizers, which must see every allocation, and with the CMake option
+/// VX_BLOCK_CACHE=OFF. Both functions then use the heap.
 namespace vxattribute::impl {
+
+/// The sizes of blocks, in bytes between the starts of neighbours: steps of 16 first, then four to
+/// each power of two. A block has the address of its slab before it, as the heap keeps a size.
+inline constexpr unsigned short blockStrides[] = {32,  48,  64,  80,  96,  112, 128,
+                                                  144, 160, 192, 224, 256, 320, 384,
+                                                  448, 512, 640, 768, 896, 1024};
+
+/// A free block.
+struct Block {
+    Block * next;
+};
+
+/// Free blocks of one size that a thread allocates from and frees to, the last freed first.
+struct BlockList {
+    Block * first = nullptr;
+    unsigned int room = 0; // how many more it takes
+};
 
 class BlockCache {
   public:
+    /// Bytes before each block.
+    static constexpr std::size_t head_size = sizeof(void *);
+    /// Bytes in the largest block. Memory of more bytes comes from the heap.
+    static constexpr std::size_t max_size =
+        blockStrides[std::size(blockStrides) - 1] - head_size;
+    /// Blocks start at multiples of it.
+    static constexpr std::size_t alignment = 16;
+
+    /// Returns memory for `size` bytes.
+    ///
+    /// @raises std::bad_alloc: no memory for a slab; nothing has changed.
     static void * allocate(std::size_t size);
+
+    /// Frees memory that any thread allocated.
+    ///
+    /// @param size  The size that `allocate` was called with.
     static void free(void * block, std::size_t size) noexcept;
 
-    /// Frees the cached blocks of all threads and ends the caching: from then on no thread calls
-    /// into the library when it ends. At the end of the process only the cache of this thread is
-    /// emptied, because other threads may still be running.
+    /// Returns the free blocks of all threads to their slabs and ends the caching: from then on no
+    /// thread calls into the library when it ends. At the end of the process it returns only those
+    /// of this thread, because other threads may still be running.
     static void unload() noexcept;
 
   private:
-    static constexpr std::size_t granularity = 16;
-    static constexpr std::size_t max_size = 128;
-    static constexpr unsigned int max_blocks = 256;
+    struct Threads;
 
-    struct Block {
-        Block * next;
+    struct Lists {
+        BlockList lists[std::size(blockStrides)];
     };
 
-    struct SizeClass {
-        Block * first;
-        unsigned int room; // how many more blocks it takes; 0 until the thread frees its first
-    };
+    class Pool;
+    friend class BlockSlab;
 
-    /// Plain data: an access to it is a load relative to the thread pointer, with no guard.
-    struct ThreadState {
-        SizeClass classes[max_size / granularity];
-        ThreadState * next; // in the list of open caches
-        ThreadState * previous;
-        bool isOpen;   // freed blocks are kept
-        bool isClosed; // the thread or the library ends: freed blocks are no longer kept
-    };
+    static unsigned int class_of(std::size_t size) noexcept;
 
-    struct OpenCaches;
+    /// The rare halves: the list is empty or full, or the thread has no pool.
+    static void * allocate_slow(unsigned int sizeClass);
+    static void free_slow(void * memory, unsigned int sizeClass) noexcept;
 
-    static std::size_t class_of(std::size_t size) noexcept { return (size - 1) / granularity; }
+    static Pool * open_pool() noexcept;
+    static Pool * find_pool() noexcept;
+    static void end_thread(void * pool) noexcept;
 
-    /// The rare half of `free`: the class is full, or the thread frees its first or last blocks.
-    static void free_slow(void * block, std::size_t size) noexcept;
+    static Threads sm_threads;
+    static Pool sm_unopened;
+    static Pool sm_closed;
 
-    static bool make_key() noexcept;
-    static bool open() noexcept;
-    static void close(ThreadState & state) noexcept;
-    static void end_thread(void * state) noexcept;
-
-    static thread_local constinit ThreadState sm_state __attribute__((tls_model("initial-exec")));
-    static OpenCaches sm_caches;
+    /// The pool of the thread, or empty lists. Plain data: an access to it is a load relative to
+    /// the thread pointer, with no guard. One pointer, since a library that is loaded at run time
+    /// shares a small room for such data with others.
+    static thread_local constinit Lists * sm_lists __attribute__((tls_model("initial-exec")));
 };
 
 #if VX_BLOCK_CACHE
 
-inline void * BlockCache::allocate(std::size_t size) {
-    if (size <= max_size) {
-        SizeClass & sizeClass = sm_state.classes[class_of(size)];
-        if (Block * const block = sizeClass.first) {
-            sizeClass.first = block->next;
-            ++sizeClass.room;
-            return block;
+/// The class of the blocks for 16 * i - 7 to 16 * i + 8 bytes, for each i.
+inline constexpr auto blockClasses = [] {
+    std::array<unsigned char, BlockCache::max_size / BlockCache::alignment + 1> classes{};
+    unsigned char sizeClass = 0;
+    for (std::size_t i = 0; i != classes.size(); ++i) {
+        if (blockStrides[sizeClass] < BlockCache::alignment * (i + 1)) {
+            ++sizeClass;
         }
-        size = (class_of(size) + 1) * granularity;
+        classes[i] = sizeClass;
     }
-    return ::operator new(size);
+    return classes;
+}();
+
+inline unsigned int BlockCache::class_of(std::size_t size) noexcept {
+    return blockClasses[(size + head_size - 1) / alignment];
+}
+
+inline void * BlockCache::allocate(std::size_t size) {
+    if (size > max_size) [[unlikely]] {
+        return ::operator new(size);
+    }
+    unsigned int const sizeClass = class_of(size);
+    BlockList & list = sm_lists->lists[sizeClass];
+    Block * const block = list.first;
+    if (block == nullptr) [[unlikely]] {
+        return allocate_slow(sizeClass);
+    }
+    list.first = block->next;
+    ++list.room;
+    return block;
 }
 
 inline void BlockCache::free(void * block, std::size_t size) noexcept {
-    if (size <= max_size) {
-        SizeClass & sizeClass = sm_state.classes[class_of(size)];
-        if (sizeClass.room != 0) {
-            sizeClass.first = ::new (block) Block{sizeClass.first};
-            --sizeClass.room;
-            return;
-        }
+    if (size > max_size) [[unlikely]] {
+        ::operator delete(block);
+        return;
     }
-    free_slow(block, size);
+    unsigned int const sizeClass = class_of(size);
+    BlockList & list = sm_lists->lists[sizeClass];
+    if (list.room == 0) [[unlikely]] {
+        free_slow(block, sizeClass);
+        return;
+    }
+    list.first = ::new (block) Block{list.first};
+    --list.room;
 }
 
 #else

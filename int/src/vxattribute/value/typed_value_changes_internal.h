@@ -26,14 +26,14 @@ void TypedValue<T>::append(Construct construct) {
     try {
         construct(fresh);
     } catch (...) {
-        free_block(block);
+        free_block(block, capacity);
         throw;
     }
     try {
         Traits::move_construct_range(m_begin, m_end, block);
     } catch (...) {
         std::destroy_at(fresh);
-        free_block(block);
+        free_block(block, capacity);
         throw;
     }
     adopt_block(block, fresh + 1, capacity);
@@ -92,7 +92,7 @@ void TypedValue<T>::replace_elements(T const * first, unsigned int n) {
     try {
         end = std::uninitialized_copy(first, first + n, block);
     } catch (...) {
-        free_block(block);
+        free_block(block, capacity);
         throw;
     }
     std::destroy(m_begin, m_end);

@@ -28,18 +28,22 @@ template <typename T>
 TypedValue<T>::~TypedValue() {
     std::destroy(m_begin, m_end);
     if (!is_inline()) {
-        free_block(m_begin);
+        free_block(m_begin, capacity());
     }
 }
 
 template <typename T>
 T * TypedValue<T>::allocate(unsigned int capacity) {
-    return std::allocator<T>().allocate(capacity);
+    static_assert(alignof(T) <= BlockCache::alignment);
+    if (capacity > std::numeric_limits<std::size_t>::max() / sizeof(T)) {
+        throw std::bad_array_new_length();
+    }
+    return static_cast<T *>(BlockCache::allocate(capacity * sizeof(T)));
 }
 
 template <typename T>
-void TypedValue<T>::free_block(T * block) noexcept {
-    ::operator delete(block);
+void TypedValue<T>::free_block(T * block, unsigned int capacity) noexcept {
+    BlockCache::free(block, capacity * sizeof(T));
 }
 
 template <typename T>
@@ -64,7 +68,7 @@ unsigned int TypedValue<T>::grown_capacity(unsigned int extra) const {
 template <typename T>
 void TypedValue<T>::adopt_block(T * block, T * end, unsigned int capacity) noexcept {
     if (!is_inline()) {
-        free_block(m_begin);
+        free_block(m_begin, this->capacity());
     }
     m_begin = block;
     m_end = end;
@@ -80,7 +84,7 @@ void TypedValue<T>::grow(unsigned int extra) {
         end = Traits::move_construct_range(m_begin, m_end, block);
     } catch (...) {
         m_end = m_begin;
-        free_block(block);
+        free_block(block, capacity);
         throw;
     }
     adopt_block(block, end, capacity);
@@ -93,10 +97,11 @@ void TypedValue<T>::shrink() noexcept {
         return;
     }
     T * const block = m_begin;
+    unsigned int const present = capacity();
     // This overwrites `m_slot.capacityEnd`: the union now holds the element.
     m_end = Traits::move_construct_range(block, m_end, &m_slot.element);
     m_begin = &m_slot.element;
-    free_block(block);
+    free_block(block, present);
 }
 
 template <typename T>
