@@ -92,6 +92,14 @@ void * operator new[](std::size_t size) {
     return allocate(size);
 }
 
+void * operator new(std::size_t size, std::nothrow_t const &) noexcept {
+    try {
+        return allocate(size);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
 void operator delete(void * block) noexcept {
     release(block);
 }

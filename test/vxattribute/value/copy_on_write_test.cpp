@@ -58,7 +58,7 @@ void write(int way, AttributeValue & value, AttributeValue const & argument) {
 class CopyOnWriteArguments : public CopyOnWrite {};
 
 TEST_P(CopyOnWriteArguments, FailedChangesLeaveBothAsTheyWere) {
-    // A thread of its own starts without spent blocks, so that every allocation can fail.
+    // A thread of its own starts without blocks, so that the first of each size can fail.
     std::thread([] {
         AttributeValue null;
         visit_elements(GetParam().value, [&null]<typename T>(std::span<T const>) {

@@ -1,5 +1,5 @@
 // The rule under test: what values cost on the heap. The library is built without the block cache,
-// whose spent blocks would make these numbers smaller.
+// which asks the heap for many blocks at a time.
 
 #include "support/allocation.h"
 
@@ -52,6 +52,21 @@ TEST(RepresentationCost, ListsDouble) {
     EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(3); }), 1u); // block of 4
     EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(4); }), 0u);
     EXPECT_EQ(vxtest::count_allocations([&] { writer.push_back(5); }), 1u); // block of 8
+}
+
+TEST(RepresentationCost, ListsThatShrinkToOneElementGiveTheirBlockBack) {
+    void (*const ways[])(AttributeValue &) = {
+        [](AttributeValue & list) { list.clear(); }, [](AttributeValue & list) { list.set(9.0); },
+        [](AttributeValue & list) {
+            list.multivalue_writer<double>().assign(list.begin<double>(), list.end<double>() - 2);
+        }};
+    for (auto const shrink : ways) {
+        AttributeValue list = make_list<double>({1, 2, 3});
+        long const before = vxtest::live_blocks();
+        shrink(list);
+        EXPECT_EQ(vxtest::live_blocks(), before - 1);
+        EXPECT_FALSE(list.is_multivalue());
+    }
 }
 
 } // namespace

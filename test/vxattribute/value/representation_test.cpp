@@ -58,21 +58,6 @@ TEST(Representation, ClearingASharedStringGivesTheSharedEmptyValue) {
     EXPECT_EQ(b.get<std::string>(), "text that is shared");
 }
 
-TEST(Representation, ListsThatShrinkToOneElementGiveTheirBlockBack) {
-    void (*const ways[])(AttributeValue &) = {
-        [](AttributeValue & list) { list.clear(); }, [](AttributeValue & list) { list.set(9.0); },
-        [](AttributeValue & list) {
-            list.multivalue_writer<double>().assign(list.begin<double>(), list.end<double>() - 2);
-        }};
-    for (auto const shrink : ways) {
-        AttributeValue list = make_list<double>({1, 2, 3});
-        long const before = vxtest::live_blocks();
-        shrink(list);
-        EXPECT_EQ(vxtest::live_blocks(), before - 1);
-        EXPECT_FALSE(list.is_multivalue());
-    }
-}
-
 // The block cache may keep some blocks, but no more on a second round.
 TEST(Representation, NothingLeaks) {
     auto const use_samples = [] {

@@ -1,5 +1,17 @@
 #include "vxattribute/value/block_slab_internal.h"
 
+namespace vxattribute::impl {
+
+void * BlockCache::allocate_any(std::size_t size) {
+    return allocate(size);
+}
+
+void BlockCache::free_any(void * block, std::size_t size) noexcept {
+    free(block, size);
+}
+
+} // namespace vxattribute::impl
+
 #if VX_BLOCK_CACHE
 
 #include <cstdlib>
@@ -24,6 +36,7 @@ struct BlockCache::Threads {
     struct alignas(64) SlabLock {
         std::mutex mutex;
     } slabLocks[16];
+
     std::atomic<unsigned int> pools = 0; // made so far
 
     std::mutex & next_lock() noexcept { return slabLocks[pools++ % std::size(slabLocks)].mutex; }

@@ -34,9 +34,8 @@ namespace vxattribute::impl {
 
 /// The sizes of blocks, in bytes between the starts of neighbours: steps of 16 first, then four to
 /// each power of two. A block has the address of its slab before it, as the heap keeps a size.
-inline constexpr unsigned short blockStrides[] = {32,  48,  64,  80,  96,  112, 128,
-                                                  144, 160, 192, 224, 256, 320, 384,
-                                                  448, 512, 640, 768, 896, 1024};
+inline constexpr unsigned short blockStrides[] = {
+    32, 48, 64, 80, 96, 112, 128, 144, 160, 192, 224, 256, 320, 384, 448, 512, 640, 768, 896, 1024};
 
 /// A free block.
 struct Block {
@@ -54,8 +53,7 @@ class BlockCache {
     /// Bytes before each block.
     static constexpr std::size_t head_size = sizeof(void *);
     /// Bytes in the largest block. Memory of more bytes comes from the heap.
-    static constexpr std::size_t max_size =
-        blockStrides[std::size(blockStrides) - 1] - head_size;
+    static constexpr std::size_t max_size = blockStrides[std::size(blockStrides) - 1] - head_size;
     /// Blocks start at multiples of it.
     static constexpr std::size_t alignment = 16;
 
@@ -68,6 +66,10 @@ class BlockCache {
     ///
     /// @param size  The size that `allocate` was called with.
     static void free(void * block, std::size_t size) noexcept;
+
+    /// The same as calls, for sizes that are not constants: their code is longer.
+    static void * allocate_any(std::size_t size);
+    static void free_any(void * block, std::size_t size) noexcept;
 
     /// Returns the free blocks of all threads to their slabs and ends the caching: from then on no
     /// thread calls into the library when it ends. At the end of the process it returns only those

@@ -133,8 +133,9 @@ BlockSlab::Word BlockSlab::settled(Word word) const noexcept {
     if ((word & is_left) == 0) {
         return word;
     }
-    return is_spent(word) ? word & ~is_listed
-                          : count_of(word) * 4 >= cutBlocks ? word | is_listed : word;
+    return is_spent(word)                    ? word & ~is_listed
+           : count_of(word) * 4 >= cutBlocks ? word | is_listed
+                                             : word;
 }
 
 } // namespace vxattribute::impl

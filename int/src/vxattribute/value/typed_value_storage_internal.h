@@ -38,12 +38,12 @@ T * TypedValue<T>::allocate(unsigned int capacity) {
     if (capacity > std::numeric_limits<std::size_t>::max() / sizeof(T)) {
         throw std::bad_array_new_length();
     }
-    return static_cast<T *>(BlockCache::allocate(capacity * sizeof(T)));
+    return static_cast<T *>(BlockCache::allocate_any(capacity * sizeof(T)));
 }
 
 template <typename T>
 void TypedValue<T>::free_block(T * block, unsigned int capacity) noexcept {
-    BlockCache::free(block, capacity * sizeof(T));
+    BlockCache::free_any(block, capacity * sizeof(T));
 }
 
 template <typename T>
