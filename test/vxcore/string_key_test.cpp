@@ -4,11 +4,13 @@
 #include "support/allocation.h"
 #include "support/threads.h"
 
+#include "vxcore/key_loan_impl.h"
 #include "vxcore/string/siphash_internal.h"
 #include "vxcore/string_key.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <semaphore>
 #include <sys/resource.h>
 #include <vector>
@@ -54,6 +56,27 @@ TEST(StringKey, TokensGoWithTheirLastKeyAndLookupsMakeNone) {
     }
     EXPECT_FALSE(StringKey::find_interned(text, found));
     EXPECT_TRUE(StringKey::find_interned("", found));
+}
+
+/// A loan takes 1, 4, 16 and 32 references: the token must go with the last of all of them.
+TEST(StringKey, LoansDropTheReferencesThatTheyDidNotGive) {
+    for (std::size_t given : {0u, 1u, 2u, 5u, 22u, 60u}) {
+        std::vector<StringKey> keys;
+        {
+            vxcore::impl::KeyLoan first(StringKey("lent")), loan;
+            loan = std::move(first);
+            EXPECT_EQ(first.take(), StringKey());
+            while (keys.size() < given) {
+                keys.push_back(loan.take());
+            }
+        }
+        StringKey found;
+        EXPECT_EQ(StringKey::find_interned("lent", found), given != 0);
+        EXPECT_EQ(std::count(keys.begin(), keys.end(), found), given);
+        found.clear();
+        keys.clear();
+        EXPECT_FALSE(StringKey::find_interned("lent", found));
+    }
 }
 
 TEST(StringKey, ThreadsMakeAndDropTheSameNames) {

@@ -137,11 +137,15 @@ class ValueHolder {
         return *this;
     }
 
-    /// Releases the value.
-    ~ValueHolder() { m_value->release(); }
+    /// Releases the value; null needs no call.
+    ~ValueHolder() {
+        if (m_value != &TypedValue<NullValueType>::sm_instance) {
+            m_value->release();
+        }
+    }
 
     /// Adopts `value`, then releases the previous value.
-    void attach(ValueBase * value) noexcept { ValueHolder(value).swap(*this); }
+    void attach(ValueBase * value) noexcept { std::exchange(m_value, value)->release(); }
 
     /// Passes the object to the caller, and holds null afterwards.
     [[nodiscard]] ValueBase * detach() noexcept {

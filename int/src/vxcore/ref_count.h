@@ -2,6 +2,7 @@
 
 #include "vxcore/export.h"
 #include "vxcore/fwd.h"
+#include "vxcore/single_thread_impl.h"
 
 #include <atomic>
 
@@ -9,8 +10,9 @@ namespace vxcore {
 
 /// A reference count that threads may share.
 ///
-/// Cost. `increment` is one relaxed atomic addition. `decrement` of a unique count is one plain
-/// load: no other thread holds a reference then, so none can change the count meanwhile.
+/// Cost. `increment` is one relaxed atomic addition, `decrement` another, and both are plain ones
+/// while the process has one thread. `decrement` of a unique count is one plain load: no other
+/// thread holds a reference then, so none can change the count meanwhile.
 ///
 /// The number has 32 bits and its overflow is not checked.
 class VXCORE_API AtomicRefCount {
@@ -22,12 +24,19 @@ class VXCORE_API AtomicRefCount {
     AtomicRefCount & operator=(AtomicRefCount const &) = delete;
 
     /// Adds one reference. The caller holds one already, or the object is new and nobody does.
-    void increment() noexcept { m_count.fetch_add(1, std::memory_order_relaxed); }
+    void increment() noexcept { impl::add_to_count(m_count, 1); }
 
     /// Drops one reference. Returns true if it was the last; do not use the count after that. What
     /// all other owners did before they dropped theirs is then visible to the caller.
     [[nodiscard]] bool decrement() noexcept {
-        return is_unique() || m_count.fetch_sub(1, std::memory_order_acq_rel) == 1;
+        if (is_unique()) {
+            return true;
+        }
+        if (impl::is_single_threaded()) {
+            m_count.store(m_count.load(std::memory_order_relaxed) - 1, std::memory_order_relaxed);
+            return false; // it was not unique
+        }
+        return m_count.fetch_sub(1, std::memory_order_acq_rel) == 1;
     }
 
     /// True if exactly one reference is left. An acquire load: what other owners did before they

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxcore/export.h"
+#include "vxcore/string_token_impl.h"
 
 #include <cstdint>
 #include <iosfwd>
@@ -11,7 +12,7 @@
 namespace vxcore {
 
 namespace impl {
-struct StringToken;
+class KeyLoan;
 }
 
 /// A handle on an interned string: equal strings share one token, so two keys compare by address.
@@ -19,8 +20,8 @@ struct StringToken;
 /// Tokens are reference-counted and freed with their last key. The empty string has no token.
 ///
 /// Cost. One pointer wide. Making a key hashes its text and takes one lock among 64; make keys once
-/// and keep them. A copy is one atomic count. Comparing, hashing and moving touch no characters and
-/// no lock.
+/// and keep them. A copy is one atomic count, a plain one while the process has one thread.
+/// Comparing, hashing and moving touch no characters and no lock.
 ///
 /// Threads. Keys may be made, copied and dropped in any thread; one key object is a plain value.
 ///
@@ -37,7 +38,11 @@ class VXCORE_API StringKey {
     explicit StringKey(std::string_view text);
 
     /// A copy adds a reference to the token. A move leaves `other` as the empty key.
-    StringKey(StringKey const & other) noexcept;
+    StringKey(StringKey const & other) noexcept : m_token(other.m_token) {
+        if (m_token != nullptr) {
+            m_token->add_refs(1);
+        }
+    }
 
     StringKey(StringKey && other) noexcept : m_token(std::exchange(other.m_token, nullptr)) {}
 
@@ -46,8 +51,13 @@ class VXCORE_API StringKey {
         return *this;
     }
 
-    /// Takes the lock of the token's part of the table only if this may be its last key.
-    ~StringKey();
+    /// Nothing for the empty key. Takes the lock of the token's part of the table only if this may
+    /// be its last key.
+    ~StringKey() {
+        if (m_token != nullptr) {
+            m_token->drop_refs(1);
+        }
+    }
 
     /// Looks `text` up without interning it, so that untrusted text takes no memory.
     ///
@@ -57,12 +67,14 @@ class VXCORE_API StringKey {
 
     /// The string; O(1). The reference is valid as long as any key of the same string lives, that
     /// of the empty string for ever.
-    std::string const & value() const noexcept VXCORE_LIFETIMEBOUND;
+    std::string const & value() const noexcept VXCORE_LIFETIMEBOUND {
+        return m_token != nullptr ? m_token->text : g_emptyString;
+    }
 
     /// SipHash-1-3 (Aumasson and Bernstein, 2012), keyed with a random secret of the process: it
     /// differs from run to run, and nobody can choose texts that collide. Computed once per token.
     /// 0 for the empty string.
-    unsigned int hash() const noexcept;
+    unsigned int hash() const noexcept { return m_token != nullptr ? m_token->hash : 0; }
 
     /// The address of the token: equal for equal strings, null for the empty one. It identifies the
     /// string only while a key of it lives; another string may get the address afterwards.
@@ -88,6 +100,11 @@ class VXCORE_API StringKey {
     }
 
   private:
+    friend class impl::KeyLoan;
+
+    /// Adopts a reference.
+    explicit constexpr StringKey(impl::StringToken * token) noexcept : m_token(token) {}
+
     impl::StringToken * m_token = nullptr;
 };
 

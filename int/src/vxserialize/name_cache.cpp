@@ -15,7 +15,7 @@ vxcore::StringKey NameCache::intern(vxcore::TextFingerprint const & fingerprint,
         grow();
     }
     if (was_seen(fingerprint.hash())) {
-        Slot fresh{key, fingerprint, 0};
+        Slot fresh{vxcore::impl::KeyLoan(key), fingerprint, 0};
         add(fresh);
     }
     return key;
@@ -34,14 +34,14 @@ bool NameCache::was_seen(unsigned int hash) noexcept {
 }
 
 /// Moves `slot` to the first of its two places, and the content of that place to the second. `slot`
-/// is left with the key that was in the second.
+/// is left with the loan that was in the second.
 void NameCache::add(Slot & slot) {
     unsigned int const index = slot.fingerprint.hash() >> m_shift;
     Slot & first = m_slots[index];
     Slot & second = m_slots[index ^ 1];
-    second.key.swap(first.key);
+    second.loan.swap(first.loan);
     second.fingerprint = first.fingerprint;
-    first.key.swap(slot.key);
+    first.loan.swap(slot.loan);
     first.fingerprint = slot.fingerprint;
 }
 

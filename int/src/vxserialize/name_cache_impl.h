@@ -2,7 +2,7 @@
 
 // Included by readers, here and in vxattribute; not for direct use.
 
-#include "vxcore/string_key.h"
+#include "vxcore/key_loan_impl.h"
 #include "vxcore/text_fingerprint.h"
 #include "vxserialize/export.h"
 
@@ -20,7 +20,8 @@ namespace vxserialize::impl {
 /// The cache starts without slots, makes 32 after 8 misses, and grows by a factor of 4 after 4
 /// misses per slot, up to 2,048. A copy starts empty: the slots affect speed only.
 ///
-/// The names in the slots stay interned as long as the cache lives, so a reader holds at most 2,048
+/// Names are returned from loans, which change the count of a name once for up to 32 of them. The
+/// names in the slots stay interned as long as the cache lives, so a reader holds at most 2,048
 /// names that its program has dropped.
 ///
 /// Threads. A cache belongs to its reader, and with it to one thread at a time.
@@ -41,16 +42,16 @@ class VXSERIALIZE_API NameCache {
     /// @raises std::bad_alloc: no memory for a new name or for slots.
     ///         std::length_error: `text` is beyond 2^32 - 1 bytes.
     /// @cost   Found: at most two comparisons of 24 bytes, of the text too if it is longer than 16
-    ///         bytes, and one atomic count. Otherwise that of a StringKey.
+    ///         bytes. Otherwise that of a StringKey.
     vxcore::StringKey find(std::string_view text) {
         vxcore::TextFingerprint const fingerprint(text);
         if (m_slots) {
             unsigned int const slot = fingerprint.hash() >> m_shift;
             if (m_slots[slot].holds(fingerprint, text)) {
-                return m_slots[slot].key;
+                return m_slots[slot].loan.take();
             }
             if (m_slots[slot ^ 1].holds(fingerprint, text)) {
-                return m_slots[slot ^ 1].key;
+                return m_slots[slot ^ 1].loan.take();
             }
         }
         return intern(fingerprint, text);
@@ -61,11 +62,11 @@ class VXSERIALIZE_API NameCache {
     struct Slot {
         /// Compares the text itself only where the fingerprint does not hold all of it.
         bool holds(vxcore::TextFingerprint const & other, std::string_view text) const noexcept {
-            return fingerprint == other &&
-                   (text.size() <= vxcore::TextFingerprint::exact_size || key.value() == text);
+            return fingerprint == other && (text.size() <= vxcore::TextFingerprint::exact_size ||
+                                            loan.key().value() == text);
         }
 
-        vxcore::StringKey key;
+        vxcore::impl::KeyLoan loan;
         vxcore::TextFingerprint fingerprint;
         unsigned int seen = 0; // hash of a name that appeared once; no part of what the slot holds
     };

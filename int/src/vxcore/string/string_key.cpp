@@ -1,7 +1,6 @@
 #include "vxcore/string_key.h"
 
 #include "vxcore/string/string_token_internal.h"
-#include "vxcore/text_conversion.h"
 #include "vxcore/text_size.h"
 
 #include <ostream>
@@ -15,28 +14,19 @@ StringKey::StringKey(std::string_view text) {
     }
 }
 
-StringKey::StringKey(StringKey const & other) noexcept : m_token(other.m_token) {
-    if (m_token != nullptr) {
-        m_token->count.fetch_add(1, std::memory_order_relaxed);
-    }
-}
-
-StringKey::~StringKey() {
-    if (m_token == nullptr) {
-        return;
-    }
-    // Without the lock unless this may be the last reference. That one is dropped under the lock:
+void impl::StringToken::drop_shared_refs(unsigned int n) noexcept {
+    // Without the lock unless these may be the last references. Those are dropped under the lock:
     // otherwise another thread could find the token in the table and use it while it is deleted.
     // Each decrement releases and the last one acquires, so all uses of the token come before its
     // deletion.
-    unsigned int count = m_token->count.load(std::memory_order_relaxed);
-    while (count > 1) {
-        if (m_token->count.compare_exchange_weak(count, count - 1, std::memory_order_release,
-                                                 std::memory_order_relaxed)) {
+    unsigned int held = count.load(std::memory_order_relaxed);
+    while (held > n) {
+        if (count.compare_exchange_weak(held, held - n, std::memory_order_release,
+                                        std::memory_order_relaxed)) {
             return;
         }
     }
-    impl::release_token(m_token);
+    impl::release_token(this, n);
 }
 
 bool StringKey::find_interned(std::string_view text, StringKey & key) noexcept {
@@ -49,14 +39,6 @@ bool StringKey::find_interned(std::string_view text, StringKey & key) noexcept {
     }
     key.swap(found);
     return true;
-}
-
-std::string const & StringKey::value() const noexcept {
-    return m_token != nullptr ? m_token->text : g_emptyString;
-}
-
-unsigned int StringKey::hash() const noexcept {
-    return m_token != nullptr ? m_token->hash : 0;
 }
 
 void StringKey::write_trace(std::ostream & stream) const {

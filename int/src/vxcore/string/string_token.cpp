@@ -24,8 +24,8 @@ unsigned int hash_text(std::string_view text) {
     return static_cast<unsigned int>(SipHash<1, 3>::hash(secret, text.data(), text.size()));
 }
 
-/// A spin lock for critical sections of a few instructions. Locking is one atomic exchange,
-/// unlocking a plain store.
+/// A spin lock for critical sections of a few instructions. Locking is one atomic exchange, a plain
+/// one while the process has one thread; unlocking is a plain store.
 ///
 /// A waiting thread sleeps after 1,000 tries; otherwise a thread of higher priority could keep the
 /// owner off the processor for ever. It polls, because waking it would cost every owner a second
@@ -33,6 +33,10 @@ unsigned int hash_text(std::string_view text) {
 class SpinLock {
   public:
     void lock() noexcept {
+        if (is_single_threaded() && !m_isTaken.load(std::memory_order_relaxed)) {
+            m_isTaken.store(true, std::memory_order_relaxed);
+            return;
+        }
         while (m_isTaken.exchange(true, std::memory_order_acquire)) {
             wait();
         }
@@ -68,7 +72,7 @@ class alignas(64) Shard {
     StringToken * intern(std::string_view text, unsigned int hash) {
         std::lock_guard const lock(m_lock);
         if (StringToken * const known = lookup(text, hash)) {
-            known->count.fetch_add(1, std::memory_order_relaxed);
+            known->add_refs(1);
             return known;
         }
         // Both steps that may raise come before the token is linked into its bucket.
@@ -86,16 +90,16 @@ class alignas(64) Shard {
         std::lock_guard const lock(m_lock);
         StringToken * const known = lookup(text, hash);
         if (known != nullptr) {
-            known->count.fetch_add(1, std::memory_order_relaxed);
+            known->add_refs(1);
         }
         return known;
     }
 
-    /// Drops one reference, and with the last one the token.
-    void release(StringToken * token) noexcept {
+    /// Drops `n` references, and with the last one the token.
+    void release(StringToken * token, unsigned int n) noexcept {
         {
             std::lock_guard const lock(m_lock);
-            if (token->count.fetch_sub(1, std::memory_order_acq_rel) != 1) {
+            if (token->count.fetch_sub(n, std::memory_order_acq_rel) != n) {
                 return;
             }
             StringToken ** link = &bucket(token->hash);
@@ -179,8 +183,8 @@ StringToken * find_token(std::string_view text) {
     return shard_of(hash).find(text, hash);
 }
 
-void release_token(StringToken * token) noexcept {
-    shard_of(token->hash).release(token);
+void release_token(StringToken * token, unsigned int n) noexcept {
+    shard_of(token->hash).release(token, n);
 }
 
 } // namespace vxcore::impl
