@@ -1,6 +1,7 @@
 #include "vxcore/default_floating_point.h"
 #include "vxcore/text_conversion.h"
 #include "vxcore/text_size.h"
+#include "vxjson/number_scan_impl.h"
 #include "vxjson/number_text_internal.h"
 
 #include <algorithm>
@@ -8,35 +9,15 @@
 
 namespace vxjson::impl {
 
-namespace {
-
-/// Reads an integer of up to 15 digits, which a double represents exactly. Most numbers in
-/// documents are such integers, and this is much faster than the general conversion. False for
-/// other text.
-bool read_short_number(std::string_view text, double & value) noexcept {
-    bool const negative = text.starts_with('-');
-    text.remove_prefix(negative ? 1 : 0);
-    if (text.empty() || text.size() > 15) {
-        return false;
-    }
-    long long number = 0;
-    for (char const c : text) {
-        if (c < '0' || c > '9') {
-            return false;
-        }
-        number = number * 10 + (c - '0');
-    }
-    auto const magnitude = static_cast<double>(number);
-    value = negative ? -magnitude : magnitude; // -0 keeps its sign
-    return true;
-}
-
-} // namespace
-
 double read_number(std::string_view text, vxcore::ErrorInfo::Ptr * error) {
-    double value = 0;
-    if (read_short_number(text, value)) {
-        return value;
+    char const * const end = text.data() + text.size();
+    NumberScan const scan = scan_number(text.data(), end);
+    // Tokenizers of callers may return any text as a number.
+    if (scan.expected == nullptr && scan.end == end) {
+        vxcore::impl::DefaultFloatingPoint const environment;
+        if (double value = 0; exact_double(scan, value)) {
+            return value;
+        }
     }
     return vxcore::impl::string_to_double(text.data(), vxcore::text_size(text.size()), error);
 }

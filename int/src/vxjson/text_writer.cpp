@@ -3,8 +3,8 @@
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
-#include "vxjson/find_special_internal.h"
-#include "vxjson/lexis_internal.h"
+#include "vxjson/find_special_impl.h"
+#include "vxjson/number_scan_impl.h"
 #include "vxjson/number_text_internal.h"
 #include "vxjson/writer_failures_internal.h"
 

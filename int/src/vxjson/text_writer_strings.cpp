@@ -2,9 +2,9 @@
 #include "vxcore/hex.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
-#include "vxjson/find_special_internal.h"
+#include "vxjson/find_special_impl.h"
 #include "vxjson/text_writer.h"
-#include "vxjson/utf8_internal.h"
+#include "vxjson/utf8_impl.h"
 #include "vxjson/writer_failures_internal.h"
 
 #include <algorithm>

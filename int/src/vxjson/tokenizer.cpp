@@ -1,7 +1,8 @@
 #include "vxjson/tokenizer.h"
 
-#include "vxjson/find_special_internal.h"
-#include "vxjson/lexis_internal.h"
+#include "vxjson/find_special_impl.h"
+#include "vxjson/lexis_impl.h"
+#include "vxjson/number_scan_impl.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,5 +1,7 @@
 #pragma once
 
+// Included by the readers and writers of JSON, here and in vxattribute; not for direct use.
+
 #include <cstddef>
 
 namespace vxjson::impl {

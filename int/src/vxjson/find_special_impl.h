@@ -1,0 +1,74 @@
+#pragma once
+
+// Included by the readers and writers of JSON, here and in vxattribute; not for direct use.
+
+#include "vxjson/byte_block_impl.h"
+
+namespace vxjson::impl {
+
+/// The bytes that end a run of plain text in a string: its quote, a backslash, control characters,
+/// and with `High` all bytes from 0x80 on.
+template <bool High>
+struct SpecialBytes {
+    char quote;
+
+    bool contains(char c) const noexcept {
+        auto const byte = static_cast<unsigned char>(c);
+        return byte < 0x20 || c == quote || c == '\\' || (High && byte >= 0x80);
+    }
+
+    ByteBlock::Marks find(ByteBlock block) const noexcept {
+        ByteBlock const special = block.equal(quote) | block.equal('\\') | block.at_most(0x1F);
+        return (High ? special | block.high() : special).marks();
+    }
+};
+
+/// All bytes but the blank (0x20).
+struct NonBlankBytes {
+    bool contains(char c) const noexcept { return c != ' '; }
+
+    ByteBlock::Marks find(ByteBlock block) const noexcept { return block.equal(' ').others(); }
+};
+
+/// The first byte from `at` on that `bytes` contains; `limit` when there is none.
+///
+/// @cost  A block a step. Never reads at or past `limit`.
+template <typename Bytes>
+char const * find_byte(char const * at, char const * limit, Bytes bytes) noexcept {
+    for (; limit - at >= ByteBlock::size; at += ByteBlock::size) {
+        if (auto const marks = bytes.find(ByteBlock(at)); marks.any()) {
+            return at + marks.first();
+        }
+    }
+    while (at != limit && !bytes.contains(*at)) {
+        ++at;
+    }
+    return at;
+}
+
+/// The first special byte of a string, or `limit`.
+template <bool High>
+char const * find_special(char const * at, char const * limit, char quote) noexcept {
+    return find_byte(at, limit, SpecialBytes<High>{quote});
+}
+
+/// The first byte that is not a blank (0x20), or `limit`.
+inline char const * skip_blanks(char const * at, char const * limit) noexcept {
+    return find_byte(at, limit, NonBlankBytes{});
+}
+
+/// True when any of `size` bytes is special in a string in double quotes. Faster than
+/// `find_special` for short texts, but the 15 bytes after them must be readable too.
+inline bool has_special(char const * at, std::size_t size) noexcept {
+    auto const count = static_cast<std::ptrdiff_t>(size);
+    constexpr SpecialBytes<false> bytes{'"'};
+    for (std::ptrdiff_t done = 0; done < count; done += ByteBlock::size) {
+        auto const marks = bytes.find(ByteBlock(at + done));
+        if (marks.any() && marks.first() < count - done) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace vxjson::impl
