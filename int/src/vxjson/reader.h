@@ -12,6 +12,10 @@ namespace vxjson {
 
 class Tokenizer;
 
+namespace impl {
+class DirectRead;
+} // namespace impl
+
 /// Turns tokens into values, one at a time in document order. No tree is built: only the current
 /// value and the containers around it are kept.
 ///
@@ -98,6 +102,8 @@ class VXJSON_API Reader {
                            vxcore::ErrorInfo::Ptr nested = nullptr);
 
   private:
+    friend class impl::DirectRead; // reads whole containers from the text
+
     /// Longest name, and longest string that is read as a whole, in bytes.
     static constexpr unsigned int sm_maxStringSize = 0x8000000;
 

@@ -8,6 +8,10 @@
 
 namespace vxjson {
 
+namespace impl {
+class DirectRead;
+} // namespace impl
+
 /// Splits JSON text (RFC 8259) into tokens. The text is in memory or comes from a stream.
 ///
 ///     Tokenizer tokenizer(text.data(), text.size());
@@ -90,7 +94,8 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     void position(SourcePosition & out) override;
 
   private:
-    friend class Reader; // reads m_text without a virtual call
+    friend class Reader;           // reads m_text without a virtual call
+    friend class impl::DirectRead; // reads the text without tokens
 
     /// What the next token is part of.
     enum EMode : unsigned char {

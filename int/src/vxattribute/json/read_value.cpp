@@ -1,17 +1,18 @@
 #include "vxattribute/attribute_map.h"
 #include "vxattribute/attribute_value_marshaler.h"
+#include "vxattribute/json/direct_reader_internal.h"
+#include "vxattribute/json/element_values_internal.h"
 #include "vxattribute/json/keys_internal.h"
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map/map_builder_internal.h"
 #include "vxattribute/multi_value_writer.h"
 #include "vxcore/error_info.h"
+#include "vxjson/direct_read_impl.h"
 #include "vxserialize/name_cache_impl.h"
 #include "vxserialize/text_reader.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstdint>
 #include <vector>
 
 namespace vxattribute {
@@ -27,23 +28,6 @@ constexpr char const * in_read_serialized = "vxattribute::impl::read_serialized_
 
 [[noreturn]] void fail_no_value(Reader & reader) {
     reader.fail("Expecting JSON value", {}, VXCORE_LOCATION("read_attribute_value()"));
-}
-
-/// True when the double is whole and fits 64 bits, however it was written. The range is checked
-/// first, because a cast from outside it is undefined; this excludes NaN and the infinities. Bits
-/// are compared because 5e-324 equals 0 in a thread that treats subnormal numbers as zero. The sign
-/// is ignored, since -0.0 is an integer.
-bool is_integer(double number) noexcept {
-    if (!(number >= -0x1p63 && number < 0x1p63)) {
-        return false;
-    }
-    auto const whole = static_cast<double>(static_cast<long long>(number));
-    return (std::bit_cast<std::uint64_t>(whole) ^ std::bit_cast<std::uint64_t>(number)) << 1 == 0;
-}
-
-void set_value(AttributeValue & value, impl::ValueBase * representation) noexcept {
-    impl::ValueHolder holder(representation);
-    value.swap_impl(holder);
 }
 
 /// Reads one value. Open containers are in a list and not on the stack, so only the tokenizer
@@ -223,7 +207,7 @@ class JsonValueReader {
                 m_doubles.push_back(number);
             } while (m_reader.next_number(array, number));
         });
-        if (std::all_of(m_doubles.begin(), m_doubles.end(), is_integer)) {
+        if (std::all_of(m_doubles.begin(), m_doubles.end(), impl::is_integer)) {
             m_integers.resize(m_doubles.size());
             std::transform(m_doubles.begin(), m_doubles.end(), m_integers.begin(),
                            [](double number) { return static_cast<long long>(number); });
@@ -235,7 +219,7 @@ class JsonValueReader {
 
     void read_strings(JsonValuePtr const & array, JsonValuePtr child, AttributeValue & result) {
         auto * const list = new impl::RefCountedValueImpl<std::string>;
-        set_value(result, list);
+        impl::set_value(result, list);
         for_each_element(array, std::move(child), [list](JsonValue & element) {
             list->push_back_default() = element.take_string();
         });
@@ -245,7 +229,7 @@ class JsonValueReader {
     }
 
     static void set_number(AttributeValue & result, double number) {
-        if (is_integer(number)) {
+        if (impl::is_integer(number)) {
             result = AttributeValue(static_cast<long long>(number));
         } else {
             result = AttributeValue(number);
@@ -259,7 +243,7 @@ class JsonValueReader {
             return;
         }
         auto * const single = new impl::RefCountedValueImpl<std::string>;
-        set_value(result, single);
+        impl::set_value(result, single);
         single->push_back_default() = std::move(text);
     }
 
@@ -289,15 +273,44 @@ class JsonValueReader {
     vxserialize::impl::NameCache m_names;
 };
 
-} // namespace
-
-AttributeValue read_attribute_value(vxjson::Reader & reader) {
+/// The value that is to be read: the current one, or the next at the start of a document.
+JsonValuePtr value_to_read(Reader & reader) {
     JsonValuePtr value = reader.current();
     if (value && value->type() == JsonValue::eType_Root) {
         value = reader.next_value();
     }
     if (!value) {
         fail_no_value(reader);
+    }
+    return value;
+}
+
+/// Reads a container from its text, if that is in memory and plain.
+bool read_directly(Reader & reader, JsonValuePtr const & value, AttributeValue & result) {
+    vxjson::impl::PlainText text;
+    if (!vxjson::impl::DirectRead::begin(reader, text)) {
+        return false;
+    }
+    impl::DirectReader direct(text);
+    if (!direct.read_rest(value->type() == JsonValue::eType_Array ? '[' : '{', result)) {
+        return false;
+    }
+    vxjson::impl::DirectRead::end(reader, direct.closing());
+    return true;
+}
+
+} // namespace
+
+AttributeValue impl::read_through_values(Reader & reader) {
+    return JsonValueReader(reader).read(value_to_read(reader));
+}
+
+AttributeValue read_attribute_value(vxjson::Reader & reader) {
+    JsonValuePtr value = value_to_read(reader);
+    AttributeValue result;
+    if (read_directly(reader, value, result)) {
+        reader.next_child(std::move(value)); // takes the bracket, and looks what follows
+        return result;
     }
     return JsonValueReader(reader).read(std::move(value));
 }

@@ -1,19 +1,42 @@
+#include "vxattribute/json/direct_reader_internal.h"
 #include "vxattribute/json/render_visitor_internal.h"
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/json_text.h"
+#include "vxjson/direct_read_impl.h"
 
 namespace vxattribute {
 
 namespace {
 
-AttributeValue read_only_value(vxjson::Reader & reader) {
-    AttributeValue value = read_attribute_value(reader);
-    // Also reads the rest of the text, so that an error after the value is raised.
+/// Also reads the rest of the text, so that an error after the value is raised.
+AttributeValue only_value(vxjson::Reader & reader, AttributeValue && value) {
     if (reader.next_value()) {
         reader.fail("A second JSON document where one was expected", {},
                     VXCORE_LOCATION("vxattribute::value_from_json()"));
     }
-    return value;
+    return std::move(value);
+}
+
+vxjson::impl::PlainText limits(vxjson::Document::Options const & options) noexcept {
+    return vxjson::impl::DirectRead::limits(options.tokenizer, options.reader);
+}
+
+/// Reads a text that is one plain object or array, without a tokenizer and a reader.
+bool read_plain(std::string_view text, vxjson::impl::PlainText plain, AttributeValue & value) {
+    plain.at = text.data();
+    if (text.starts_with("\xEF\xBB\xBF")) {
+        plain.at += 3;
+    }
+    if (!plain.cut(text.data() + text.size())) {
+        return false;
+    }
+    impl::DirectReader reader(plain);
+    return reader.read(value) && reader.closing() == plain.last;
+}
+
+AttributeValue read_tolerantly(std::string_view text, vxjson::Document::Options const & options) {
+    vxjson::Document document(text.data(), text.size(), options);
+    return only_value(document.reader(), impl::read_through_values(document.reader()));
 }
 
 void write(vxjson::TextWriter & writer, AttributeValue const & value, bool sorted) {
@@ -44,12 +67,20 @@ JsonReadOptions::operator vxjson::Document::Options() const {
 }
 
 AttributeValue value_from_json(std::string_view text) {
-    return value_from_json(text, JsonReadOptions());
+    static vxjson::impl::PlainText const defaults = limits(JsonReadOptions());
+    AttributeValue value;
+    if (read_plain(text, defaults, value)) {
+        return value;
+    }
+    return read_tolerantly(text, JsonReadOptions());
 }
 
 AttributeValue value_from_json(std::string_view text, vxjson::Document::Options const & options) {
-    vxjson::Document document(text.data(), text.size(), options);
-    return read_only_value(document.reader());
+    AttributeValue value;
+    if (read_plain(text, limits(options), value)) {
+        return value;
+    }
+    return read_tolerantly(text, options);
 }
 
 AttributeValue value_from_json(vxcore::IReadStream & stream) {
@@ -59,7 +90,8 @@ AttributeValue value_from_json(vxcore::IReadStream & stream) {
 AttributeValue value_from_json(vxcore::IReadStream & stream,
                                vxjson::Document::Options const & options) {
     vxjson::Document document(stream, options);
-    return read_only_value(document.reader());
+    AttributeValue value = read_attribute_value(document.reader());
+    return only_value(document.reader(), std::move(value));
 }
 
 std::string value_to_json(AttributeValue const & value, JsonTextOptions const & options) {
