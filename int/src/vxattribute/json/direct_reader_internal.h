@@ -66,7 +66,7 @@ class DirectReader {
         bool isInteger; // whole, however it was written
         bool isNegative;
         long long integer; // if it is one
-        double value;      // if not
+        double value;      // with the sign of -0
     };
 
     // Containers (direct_reader.cpp).

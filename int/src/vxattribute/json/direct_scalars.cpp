@@ -132,6 +132,8 @@ inline bool DirectReader::take_number(Number & number) {
     if (scan.exponent == 0 && scan.digitCount <= exactDigits) {
         auto const magnitude = static_cast<long long>(scan.digits);
         number.integer = scan.isNegative ? -magnitude : magnitude;
+        number.value = static_cast<double>(magnitude);
+        number.value = scan.isNegative ? -number.value : number.value;
         number.isInteger = true;
         return true;
     }
@@ -218,7 +220,7 @@ bool DirectReader::take_numbers() {
             }
             m_doubles.assign(m_integers.begin(), m_integers.end());
         }
-        m_doubles.push_back(number.isInteger ? static_cast<double>(number.integer) : number.value);
+        m_doubles.push_back(number.value);
     } while (m_cursor.take_comma());
     m_value = m_doubles.empty() ? make_list<long long>(m_integers) : make_list<double>(m_doubles);
     return m_cursor.take(']');
