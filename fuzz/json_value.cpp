@@ -4,6 +4,7 @@
 #include "check.h"
 #include "memory_watch.h"
 #include "stream_checks.h"
+#include "support/passing_writer.h"
 #include "value_builder.h"
 
 #include "vxcore/error_exception.h"
@@ -22,6 +23,18 @@ std::string bytes_of(AttributeValue const & value) {
     } catch (vxcore::ErrorException const &) {
         return {};
     }
+}
+
+/// Writes the value to a TextWriter and to another writer in front of one.
+void check_writers(AttributeValue const & value, unsigned char layout) {
+    vxjson::TextWriter::Options options;
+    options.indent = layout % 3;
+    options.validate_utf8 = (layout & 0x10) != 0;
+    options.ascii_only = (layout & 0x20) != 0;
+    options.max_depth = (layout & 0x40) != 0 ? 4 : 256;
+    vxfuzz::check(vxtest::write_value(value, options, false) ==
+                      vxtest::write_value(value, options, true),
+                  "all writers receive the same");
 }
 
 /// Writes the value and reads it again, from a stream in small pieces or from memory.
@@ -87,6 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const * data, std::size_t si
     if (value.type() != ValueTypeId::typeAttributeMap || value.empty()) {
         value = make_map({{"a", value}}); // a scalar is no document
     }
+    check_writers(value, data[1]);
     check_writing(value, data[1]);
     return 0;
 }

@@ -122,6 +122,35 @@ TEST(TextWriter, TakesNothingAfterItsTargetFailed) {
     }
 }
 
+TEST(TextWriter, EscapesAtAnyPlaceInTextsOfAnySize) {
+    TextWriter::Options ascii;
+    ascii.ascii_only = true;
+    for (auto const & [special, escape, options] :
+         std::initializer_list<std::tuple<std::string, std::string, TextWriter::Options>>{
+             {"\"", "\\\"", {}},
+             {"\\", "\\\\", {}},
+             {"\x1F", "\\u001f", {}},
+             {" \x7F\xFF", " \x7F\xFF", {}},
+             {"\xC3\xA4", "\\u00e4", ascii}}) {
+        std::string text, expected = "{";
+        TextWriter writer(text, options);
+        writer.begin_object();
+        for (std::size_t size = 0; size < 300; size += size < 50 ? 1 : 50) {
+            for (std::size_t at = 0; at <= size; ++at) {
+                std::string const before(at, '!'), after(size - at, '~');
+                std::string const name = before + special + after;
+                writer.write_name(name.data(), size_of(name));
+                writer.write_string(name.data(), size_of(name));
+                std::string const escaped = '"' + before + escape + after + '"';
+                expected += (expected == "{" ? "" : ",") + escaped + ':' + escaped;
+            }
+        }
+        writer.end_object();
+        writer.finish();
+        EXPECT_EQ(text, expected + "}");
+    }
+}
+
 TEST(TextWriter, HandsTextOnInLargePieces) {
     struct Target final : TextWriter::ITextTarget {
         void write_data(char const * data, unsigned int size) override {

@@ -3,19 +3,18 @@
 #include "vxcore/error_composer.h"
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
-#include "vxjson/find_special_impl.h"
 #include "vxjson/number_scan_impl.h"
 #include "vxjson/number_text_internal.h"
+#include "vxjson/text_output_impl.h"
 #include "vxjson/writer_failures_internal.h"
 
-#include <charconv>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 namespace vxjson {
 
 using namespace error;
+using impl::TextOutput;
 
 TextWriter::TextWriter(ITextTarget & target) : TextWriter(target, Options()) {}
 
@@ -28,7 +27,8 @@ TextWriter::TextWriter(std::string & text, Options const & options)
     : TextWriter(nullptr, &text, options) {}
 
 TextWriter::TextWriter(ITextTarget * target, std::string * text, Options const & options)
-    : m_options(options), m_target(target), m_string(text) {
+    : m_options(options), m_target(target), m_string(text),
+      m_highBits(checks_utf8() ? 0x8080808080808080 : 0) {
     if (options.min_exponent < -324 || options.min_exponent > 0 || options.max_exponent < 0 ||
         options.max_exponent > 308) {
         vxcore::ErrorComposer("Limits of exponents must be -324 to 0 and 0 to 308, and are {@min} "
@@ -44,18 +44,53 @@ TextWriter::~TextWriter() = default;
 
 void TextWriter::finish() {
     constexpr char const * function = "vxjson::TextWriter::finish()";
-    check_place(m_place != ePlace_String, vxjson_writer_unexpected_string, function);
-    check_place(m_open.empty(), vxjson_writer_unexpected_container, function);
-    check_place(m_place == ePlace_Done, vxjson_writer_unexpected, function);
+    if (m_state == eState_String) {
+        throw_place(vxjson_writer_unexpected_string, function);
+    }
+    if (!m_open.empty()) {
+        throw_place(vxjson_writer_unexpected_container, function);
+    }
+    check_place(ePlace_Done, vxjson_writer_unexpected, function);
     flush();
 }
 
-/// Raises `code` for a call out of place. The reason in the message depends on the place only.
-void TextWriter::check_place(bool isRight, vxcore::ErrorCode const & code,
-                             char const * function) const {
-    if (isRight) {
-        return;
+TextWriter::EPlace TextWriter::place() const noexcept {
+    switch (m_state) {
+    case eState_Failed:
+        return ePlace_Failed;
+    case eState_String:
+        return ePlace_String;
+    case eState_Named:
+        return ePlace_NameValue;
+    default:
+        break;
     }
+    if (m_open.empty()) {
+        return m_state == eState_Empty ? ePlace_Top : ePlace_Done;
+    }
+    return m_open.back() == '}' ? ePlace_Name : ePlace_Element;
+}
+
+bool TextWriter::is_value_due() const noexcept {
+    EPlace const now = place();
+    return now == ePlace_Element || now == ePlace_NameValue || now == ePlace_Top;
+}
+
+void TextWriter::check_place(EPlace due, vxcore::ErrorCode const & code,
+                             char const * function) const {
+    if (place() != due) {
+        throw_place(code, function);
+    }
+}
+
+void TextWriter::check_value(vxcore::ErrorCode const & code, char const * function) const {
+    if (!is_value_due()) {
+        throw_place(code, function);
+    }
+}
+
+/// Raises `code` for a call out of place. The reason in the message depends on the place only.
+void TextWriter::throw_place(vxcore::ErrorCode const & code, char const * function) const {
     static constexpr char const * reasons[] = {"the document has not begun",
                                                "the document is complete",
                                                "a name or the end of the object is due",
@@ -64,39 +99,27 @@ void TextWriter::check_place(bool isRight, vxcore::ErrorCode const & code,
                                                "a string is open",
                                                "the target of the text has failed"};
     vxcore::ErrorComposer("A call of the JSON writer is out of place: {@reason}")
-        .param("reason", reasons[m_place])
+        .param("reason", reasons[place()])
         .throw_error(code, VXCORE_LOCATION(function));
 }
 
-void TextWriter::check_value(vxcore::ErrorCode const & code, char const * function) const {
-    check_place(m_place == ePlace_Element || m_place == ePlace_NameValue || m_place == ePlace_Top,
-                code, function);
-}
-
-/// Writes the comma and line break before an element.
-void TextWriter::begin_value() {
-    if (m_place == ePlace_Element) {
-        if (!m_isFirst) {
-            put(',');
-        }
-        put_line(m_open.size());
-    }
-}
-
-/// After a value: back to the place that the innermost open container determines.
-void TextWriter::end_value() noexcept {
-    m_isFirst = false;
-    m_place = m_open.empty() ? ePlace_Done : m_open.back() == '}' ? ePlace_Name : ePlace_Element;
-}
-
-/// Writes a line break and the indentation, if the output is indented.
-void TextWriter::put_line(std::size_t level) {
-    if (m_options.indent == 0) {
+/// Writes the comma and line break before a name or element, so that neither is due any more.
+void TextWriter::begin_line() {
+    if (m_state == eState_Named || m_open.empty()) {
         return;
     }
+    if (m_state == eState_Full) {
+        put(",");
+    }
+    put_line();
+    m_state = eState_Named;
+}
+
+/// Writes a line break and the indentation of the innermost open container.
+void TextWriter::put_line() {
     put("\n");
     constexpr std::string_view blanks = "                                ";
-    for (std::size_t left = m_options.indent * level; left != 0;) {
+    for (std::size_t left = m_options.indent * m_open.size(); left != 0;) {
         std::string_view const some = blanks.substr(0, left);
         put(some);
         left -= some.size();
@@ -104,74 +127,13 @@ void TextWriter::put_line(std::size_t level) {
 }
 
 void TextWriter::write_name(char const * data, unsigned int size) {
-    constexpr char const * function = "vxjson::TextWriter::write_name()";
-    std::string_view const name(data, size);
-    check_place(m_place == ePlace_Name, vxjson_writer_unexpected_name, function);
-    if (put_short(name, true)) {
-        m_place = ePlace_NameValue;
-        return;
-    }
-    check_text(name, 0, false, function);
-    put(m_isFirst ? "" : ",");
-    put_line(m_open.size());
-    put("\"");
-    put_text(name);
-    put(m_options.indent == 0 ? "\":" : "\": ");
-    m_place = ePlace_NameValue;
-}
-
-/// Writes a name or string with the punctuation around it directly into the buffer. Most names and
-/// strings take this path. Returns false and writes nothing when the text is too long, needs an
-/// escape or a UTF-8 check, or the output is indented.
-bool TextWriter::put_short(std::string_view text, bool isName) {
-    // Comma, quotes and colon, and the bytes that has_special() reads after the text.
-    constexpr std::size_t around = 4 + 15;
-    if (text.size() + around > sm_bufferSize - m_size || m_options.indent != 0 || checks_utf8()) {
-        return false;
-    }
-    char * at = m_buffer + m_size;
-    if (!m_isFirst && m_place != ePlace_NameValue) {
-        *at++ = ',';
-    }
-    *at++ = '"';
-    if (!text.empty()) {
-        std::memcpy(at, text.data(), text.size());
-    }
-    if (impl::has_special(at, text.size())) {
-        return false; // m_size is unchanged, so these bytes are overwritten
-    }
-    at += text.size();
-    *at++ = '"';
-    if (isName) {
-        *at++ = ':';
-    }
-    m_size = static_cast<unsigned int>(at - m_buffer);
-    return true;
+    check_place(ePlace_Name, vxjson_writer_unexpected_name, "vxjson::TextWriter::write_name()");
+    TextOutput(*this).write_name(data, size);
 }
 
 void TextWriter::write_string(char const * data, unsigned int size) {
-    constexpr char const * function = "vxjson::TextWriter::write_string()";
-    std::string_view const text(data, size);
-    check_value(vxjson_writer_unexpected_string, function);
-    if (put_short(text, false)) {
-        end_value();
-        return;
-    }
-    check_text(text, 0, false, function);
-    begin_value();
-    put("\"");
-    put_text(text);
-    put("\"");
-    end_value();
-}
-
-/// Writes a value that needs no escapes.
-void TextWriter::write_literal(std::string_view text, vxcore::ErrorCode const & code,
-                               char const * function) {
-    check_value(code, function);
-    begin_value();
-    put(text);
-    end_value();
+    check_value(vxjson_writer_unexpected_string, "vxjson::TextWriter::write_string()");
+    TextOutput(*this).write_string(data, size);
 }
 
 void TextWriter::write_number(char const * data, unsigned int size) {
@@ -184,30 +146,34 @@ void TextWriter::write_number(char const * data, unsigned int size) {
         impl::throw_character("No number of JSON at byte {@offset}",
                               static_cast<std::size_t>(scan.end - data), function);
     }
-    write_literal({data, size}, vxjson_writer_unexpected_number, function);
+    put_value({data, size});
+}
+
+/// Writes a value that needs no escapes.
+void TextWriter::put_value(std::string_view text) {
+    m_at = begin_value();
+    put(text);
+    m_state = eState_Full;
 }
 
 void TextWriter::write_bool(bool value) {
-    write_literal(value ? "true" : "false", vxjson_writer_unexpected_literal,
-                  "vxjson::TextWriter::write_bool()");
+    check_value(vxjson_writer_unexpected_literal, "vxjson::TextWriter::write_bool()");
+    TextOutput(*this).write_bool(value);
 }
 
 void TextWriter::write_null() {
-    write_literal("null", vxjson_writer_unexpected_literal, "vxjson::TextWriter::write_null()");
+    check_value(vxjson_writer_unexpected_literal, "vxjson::TextWriter::write_null()");
+    TextOutput(*this).write_null();
 }
 
 void TextWriter::write_integer(long long value) {
-    char text[24]; // 20 bytes hold any 64-bit number with its sign
-    char * const end = std::to_chars(text, text + sizeof(text), value).ptr;
-    write_literal({text, end}, vxjson_writer_unexpected_number,
-                  "vxjson::TextWriter::write_integer()");
+    check_value(vxjson_writer_unexpected_number, "vxjson::TextWriter::write_integer()");
+    TextOutput(*this).write_integer(value);
 }
 
 void TextWriter::write_unsigned(unsigned long long value) {
-    char text[24];
-    char * const end = std::to_chars(text, text + sizeof(text), value).ptr;
-    write_literal({text, end}, vxjson_writer_unexpected_number,
-                  "vxjson::TextWriter::write_unsigned()");
+    check_value(vxjson_writer_unexpected_number, "vxjson::TextWriter::write_unsigned()");
+    TextOutput(*this).write_unsigned(value);
 }
 
 void TextWriter::write_double(double value) {
@@ -223,92 +189,72 @@ void TextWriter::write_double(double value) {
                          VXCORE_LOCATION(function));
     }
     impl::DoubleText const text(value, m_options.min_exponent, m_options.max_exponent);
-    write_literal(text.view(), vxjson_writer_unexpected_number, function);
+    put_value(text.view());
 }
 
-void TextWriter::begin_container(char bracket, char bracketDue, char const * function) {
-    check_value(vxjson_writer_unexpected_container_begin, function);
+/// Makes room for one more open container.
+void TextWriter::grow_open(char bracketDue) {
     if (m_open.size() >= m_options.max_depth) {
         vxcore::ErrorComposer("More than {@limit} objects and arrays are open")
             .param("limit", vxcore::to_string(m_options.max_depth))
-            .throw_error(vxjson_writer_unexpected_container_begin, VXCORE_LOCATION(function));
+            .throw_error(vxjson_writer_unexpected_container_begin,
+                         VXCORE_LOCATION(bracketDue == '}' ? "vxjson::TextWriter::begin_object()"
+                                                           : "vxjson::TextWriter::begin_array()"));
     }
-    if (m_open.size() == m_open.capacity()) {
-        m_open.reserve(2 * m_open.size() + 16);
-    }
-    begin_value();
-    put(bracket);
-    m_open.push_back(bracketDue); // cannot raise: reserved above, before any output
-    m_isFirst = true;
-    m_place = bracketDue == '}' ? ePlace_Name : ePlace_Element;
-}
-
-/// @param place  The place at which a container of that kind may end.
-void TextWriter::end_container(char bracket, EPlace place, char const * function) {
-    check_place(m_place == place, vxjson_writer_unexpected_container_end, function);
-    m_open.pop_back();
-    if (!m_isFirst) {
-        put_line(m_open.size());
-    }
-    put(bracket);
-    end_value();
+    m_open.reserve(2 * m_open.size() + 16);
 }
 
 void TextWriter::begin_object() {
-    begin_container('{', '}', "vxjson::TextWriter::begin_object()");
+    check_value(vxjson_writer_unexpected_container_begin, "vxjson::TextWriter::begin_object()");
+    TextOutput(*this).begin_object();
 }
 
 void TextWriter::end_object() {
-    end_container('}', ePlace_Name, "vxjson::TextWriter::end_object()");
+    check_place(ePlace_Name, vxjson_writer_unexpected_container_end,
+                "vxjson::TextWriter::end_object()");
+    TextOutput(*this).end_object();
 }
 
 void TextWriter::begin_array() {
-    begin_container('[', ']', "vxjson::TextWriter::begin_array()");
+    check_value(vxjson_writer_unexpected_container_begin, "vxjson::TextWriter::begin_array()");
+    TextOutput(*this).begin_array();
 }
 
 void TextWriter::end_array() {
-    end_container(']', ePlace_Element, "vxjson::TextWriter::end_array()");
-}
-
-void TextWriter::put(char c) {
-    if (m_size == sm_bufferSize) {
-        flush();
-    }
-    m_buffer[m_size++] = c;
+    check_place(ePlace_Element, vxjson_writer_unexpected_container_end,
+                "vxjson::TextWriter::end_array()");
+    TextOutput(*this).end_array();
 }
 
 /// Text as large as the whole buffer goes to the target directly, without a copy.
 void TextWriter::put(std::string_view text) {
-    if (text.size() > sm_bufferSize - m_size) {
+    if (text.size() > static_cast<std::size_t>(m_buffer + sm_bufferSize - m_at)) {
         flush();
         if (text.size() >= sm_bufferSize) {
             send(text);
             return;
         }
     }
-    if (!text.empty()) {
-        std::memcpy(m_buffer + m_size, text.data(), text.size());
-        m_size += static_cast<unsigned int>(text.size());
-    }
+    m_at += text.copy(m_at, text.size());
 }
 
 void TextWriter::flush() {
-    if (m_size != 0) {
-        send({m_buffer, m_size});
-        m_size = 0;
+    if (m_at != m_buffer) {
+        send({m_buffer, static_cast<std::size_t>(m_at - m_buffer)});
+        m_at = m_buffer;
     }
 }
 
 /// Passes text to the target or string. If that raises, part of the text may be written, so the
 /// writer accepts no more calls.
 void TextWriter::send(std::string_view text) {
-    EPlace const place = std::exchange(m_place, ePlace_Failed);
+    EState const state = std::exchange(m_state, eState_Failed);
     if (m_string != nullptr) {
         m_string->append(text);
     } else {
         m_target->write_data(text.data(), static_cast<unsigned int>(text.size()));
     }
-    m_place = place;
+    m_state = state;
 }
 
 } // namespace vxjson

@@ -5,9 +5,12 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace vxjson {
+
+namespace impl {
+class TextOutput;
+}
 
 /// Writes JSON text (RFC 8259): one value with everything in it.
 ///
@@ -120,9 +123,25 @@ class VXJSON_API TextWriter final : public Writer {
     void end_string() override;
 
   private:
+    friend class impl::TextOutput;
+
     static constexpr unsigned int sm_bufferSize = 4096;
 
-    /// What may come next.
+    /// The bytes that any short piece of text needs at most: a number of 20 or a text of 15, with
+    /// comma, quotes, colon and blank.
+    static constexpr unsigned int sm_room = 32;
+
+    /// What was written last in the innermost open container, or in the document. Only the first
+    /// has its bit set: then a comma is due.
+    enum EState : unsigned char {
+        eState_Empty = 0,  // nothing yet
+        eState_Full = 1,   // a value
+        eState_Named = 2,  // a name
+        eState_String = 4, // a part of a string
+        eState_Failed = 8, // the target has failed: no more calls
+    };
+
+    /// What may come next. Follows from the state and the innermost container.
     enum EPlace : unsigned char {
         ePlace_Top,
         ePlace_Done,
@@ -136,16 +155,34 @@ class VXJSON_API TextWriter final : public Writer {
     /// One of `target` and `text` is null.
     TextWriter(ITextTarget * target, std::string * text, Options const & options);
 
-    // The order of calls, and what is written between values.
-    void check_place(bool isRight, vxcore::ErrorCode const & code, char const * function) const;
+    // The order of calls.
+    EPlace place() const noexcept;
+    bool is_value_due() const noexcept;
+    void check_place(EPlace place, vxcore::ErrorCode const & code, char const * function) const;
     void check_value(vxcore::ErrorCode const & code, char const * function) const;
-    void begin_value();
-    void end_value() noexcept;
-    void write_literal(std::string_view text, vxcore::ErrorCode const & code,
-                       char const * function);
-    void begin_container(char bracket, char bracketDue, char const * function);
-    void end_container(char bracket, EPlace place, char const * function);
-    void put_line(std::size_t level);
+    [[noreturn]] void throw_place(vxcore::ErrorCode const & code, char const * function) const;
+
+    // What is written between and around values.
+    void put_value(std::string_view text);
+    void begin_line();
+    void put_line();
+    void grow_open(char bracketDue);
+
+    /// Writes what separates the next name or value from the one before. Returns the place for it,
+    /// with room for a short piece or `size` bytes and what is around them.
+    char * begin_value(std::size_t size = 0) {
+        if (m_options.indent != 0) {
+            begin_line();
+        }
+        char * const at = room(size);
+        *at = ',';
+        return at + (m_state & eState_Full);
+    }
+
+    void end_value(char * at) noexcept {
+        m_at = at;
+        m_state = eState_Full;
+    }
 
     // Names and strings (text_writer_strings.cpp).
     bool checks_utf8() const noexcept { return m_options.ascii_only || m_options.validate_utf8; }
@@ -154,27 +191,35 @@ class VXJSON_API TextWriter final : public Writer {
                            char const * function) const;
     std::string_view join_cut(std::string_view & text, char (&sequence)[4],
                               char const * function) const;
+    void put_name(std::string_view name);
+    void put_string(std::string_view text);
+    char * put_quoted(std::string_view text, char const * function);
     void put_text(std::string_view text);
     template <bool High>
     void put_runs(std::string_view text);
 
-    bool put_short(std::string_view text, bool isName);
-
     // The buffer.
-    void put(char c);
     void put(std::string_view text);
     void flush();
     void send(std::string_view text);
 
+    /// Returns the end of the text in the buffer, with room for `sm_room` bytes and `size` more.
+    char * room(std::size_t size = 0) {
+        if (m_at > m_buffer + (sm_bufferSize - sm_room - size)) [[unlikely]] {
+            flush();
+        }
+        return m_at;
+    }
+
     Options const m_options;
     ITextTarget * const m_target; // null if m_string is set
     std::string * const m_string; // null if m_target is set
-    EPlace m_place = ePlace_Top;
-    bool m_isFirst = true;      // the next value is the first of its container
-    std::vector<char> m_open;   // the closing brackets still to come, innermost last
-    char m_cut[4];              // the start of a UTF-8 sequence cut by the end of a piece
-    unsigned int m_cutSize = 0; // bytes in m_cut, 0 to 3
-    unsigned int m_size = 0;
+    char * m_at = m_buffer;       // the end of the text in the buffer
+    EState m_state = eState_Empty;
+    unsigned long long const m_highBits; // those of bytes from 0x80 on if UTF-8 is checked, or none
+    std::string m_open;                  // the closing brackets still to come, innermost last
+    char m_cut[4];                       // the start of a UTF-8 sequence cut by the end of a piece
+    unsigned int m_cutSize = 0;          // bytes in m_cut, 0 to 3
     char m_buffer[sm_bufferSize];
 };
 

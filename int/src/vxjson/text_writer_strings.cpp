@@ -3,7 +3,7 @@
 #include "vxcore/text_conversion.h"
 #include "vxjson/error_codes_internal.h"
 #include "vxjson/find_special_impl.h"
-#include "vxjson/text_writer.h"
+#include "vxjson/text_output_impl.h"
 #include "vxjson/utf8_impl.h"
 #include "vxjson/writer_failures_internal.h"
 
@@ -125,6 +125,41 @@ std::string_view TextWriter::join_cut(std::string_view & text, char (&sequence)[
     return {sequence, size};
 }
 
+/// Writes a name that is long or has special bytes.
+void TextWriter::put_name(std::string_view name) {
+    char * at = put_quoted(name, "vxjson::TextWriter::write_name()");
+    *at++ = ':';
+    *at = ' ';
+    m_at = at + (m_options.indent != 0 ? 1 : 0);
+    m_state = eState_Named;
+}
+
+/// Writes a string that is long or has special bytes.
+void TextWriter::put_string(std::string_view text) {
+    end_value(put_quoted(text, "vxjson::TextWriter::write_string()"));
+}
+
+/// Writes the text up to the second quote, and returns its end with room for two more bytes.
+char * TextWriter::put_quoted(std::string_view text, char const * function) {
+    constexpr std::size_t mostAtOnce = 256;
+    if (text.size() <= mostAtOnce &&
+        !(checks_utf8() ? has_special<true>(text) : has_special<false>(text))) {
+        char * at = begin_value(text.size());
+        *at++ = '"';
+        at += text.copy(at, text.size());
+        *at++ = '"';
+        return at;
+    }
+    check_text(text, 0, false, function);
+    char * const at = begin_value();
+    *at = '"';
+    m_at = at + 1;
+    put_text(text);
+    char * const end = room();
+    *end = '"';
+    return end + 1;
+}
+
 void TextWriter::put_text(std::string_view text) {
     if (m_options.ascii_only) {
         put_runs<true>(text);
@@ -152,14 +187,12 @@ void TextWriter::put_runs(std::string_view text) {
 
 void TextWriter::begin_string() {
     check_value(error::vxjson_writer_unexpected_string, "vxjson::TextWriter::begin_string()");
-    begin_value();
-    put("\"");
-    m_place = ePlace_String;
+    TextOutput(*this).begin_string();
 }
 
 void TextWriter::write_string_data(char const * data, unsigned int size) {
     constexpr char const * function = "vxjson::TextWriter::write_string_data()";
-    check_place(m_place == ePlace_String, error::vxjson_writer_unexpected_string_data, function);
+    check_place(ePlace_String, error::vxjson_writer_unexpected_string_data, function);
     std::string_view text(data, size);
     char sequence[4];
     std::string_view head;
@@ -183,12 +216,11 @@ void TextWriter::write_string_data(char const * data, unsigned int size) {
 
 void TextWriter::end_string() {
     constexpr char const * function = "vxjson::TextWriter::end_string()";
-    check_place(m_place == ePlace_String, error::vxjson_writer_unexpected_string_end, function);
+    check_place(ePlace_String, error::vxjson_writer_unexpected_string_end, function);
     if (m_cutSize != 0) {
         throw_character(ill_formed, 0, function);
     }
-    put("\"");
-    end_value();
+    TextOutput(*this).end_string();
 }
 
 } // namespace vxjson

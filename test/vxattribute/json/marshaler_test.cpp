@@ -1,5 +1,6 @@
 #include "support/allocation.h"
 #include "support/cases.h"
+#include "support/passing_writer.h"
 
 #include "vxattribute/json/text_writer_target_internal.h"
 #include "vxattribute/samples.h"
@@ -116,51 +117,11 @@ TEST(JsonMarshaler, ReadsDocumentsAndPlacesOneAfterTheOther) {
     EXPECT_EQ(reader.next_value(), nullptr);
 }
 
-/// Records the sizes of the pieces of strings.
-class PieceWriter final : public vxjson::Writer {
-  public:
-    void write_name(char const *, unsigned int) override {}
-
-    void write_number(char const *, unsigned int) override { FAIL(); }
-
-    void write_string(char const *, unsigned int) override {}
-
-    void write_bool(bool) override {}
-
-    void write_integer(long long) override {}
-
-    void write_unsigned(unsigned long long) override { FAIL(); }
-
-    void write_double(double) override { FAIL(); }
-
-    void write_null() override {}
-
-    void begin_object() override {}
-
-    void end_object() override {}
-
-    void begin_array() override {}
-
-    void end_array() override {}
-
-    void begin_string() override {}
-
-    void write_string_data(char const * data, unsigned int size) override {
-        pieces.push_back(size);
-        text.append(data, size);
-    }
-
-    void end_string() override {}
-
-    std::vector<unsigned int> pieces;
-    std::string text; // of the pieces
-};
-
 TEST(JsonMarshaler, LosslessTextGoesInPiecesOf2048) {
     using Pieces = std::vector<unsigned int>;
-    using Target = impl::JsonRenderVisitor::TextWriterTarget;
-    std::string data(10'000, '\0');
-    std::iota(data.begin(), data.end(), '\0');
+    using Target = impl::JsonStringTarget<vxjson::Writer &>;
+    std::string data(10'000, 'x');
+    std::iota(data.begin(), data.begin() + 26, 'a');
     for (auto const & [sizes, pieces] :
          std::initializer_list<std::pair<Pieces, Pieces>>{{{5000}, {2048, 2952}},
                                                           {{3000}, {2048, 952}},
@@ -169,25 +130,54 @@ TEST(JsonMarshaler, LosslessTextGoesInPiecesOf2048) {
                                                           {{100, 5000}, {2048, 3052}},
                                                           {{2047, 1, 1}, {2048, 1}},
                                                           {{}, {}}}) {
-        PieceWriter writer;
-        std::string expected;
+        std::string text, expected;
+        vxjson::TextWriter whole(text);
+        vxtest::PassingWriter writer(whole);
         Target target(writer);
+        writer.begin_string();
         for (unsigned int const size : sizes) {
-            size == 1 ? target.write_char('\0') : target.write_data(data.data(), size);
+            size == 1 ? target.write_char('a') : target.write_data(data.data(), size);
             expected.append(data, 0, size);
         }
         target.flush();
+        writer.end_string();
+        whole.finish();
         EXPECT_EQ(writer.pieces, pieces);
-        EXPECT_EQ(writer.text, expected);
+        EXPECT_EQ(text, '"' + expected + '"');
     }
     for (std::size_t size = 2030; size < 2060; ++size) { // an escape lies across the boundary
         AttributeMap const map = make_map({{"", std::string(size, 'x') + "\"\xC3\xA4\\"}});
         EXPECT_EQ(value_from_json(value_to_json(map)), AttributeValue(map)) << size;
     }
-    PieceWriter writer;
+    std::string text;
+    vxjson::TextWriter whole(text);
+    vxtest::PassingWriter writer(whole);
     write_attribute_value(writer, BinaryValue(3'000'000));
     EXPECT_EQ(std::accumulate(writer.pieces.begin(), writer.pieces.end(), 0u), 6'000'001u);
     EXPECT_EQ(*std::max_element(writer.pieces.begin(), writer.pieces.end()), 2048u);
+}
+
+TEST(JsonMarshaler, EveryWriterReceivesTheSame) {
+    std::vector<AttributeValue> values;
+    for (vxtest::Sample const & sample : vxtest::samples()) {
+        values.push_back(sample.value);
+        values.push_back(make_list<AttributeMap>({make_map({{"a", sample.value}}), {}}));
+    }
+    for (char const * const text : {"\"", "\n", "\xC3\xA4", "\xFF", "more than 16 bytes\xE2\x82"}) {
+        values.push_back(make_map({{"a", make_map({{"b", make_list<std::string>({"c", text})}})}}));
+        values.push_back(make_map({{text, 1}}));
+    }
+    for (unsigned int flags = 0; flags != 16; ++flags) {
+        vxjson::TextWriter::Options options;
+        options.indent = flags & 1 ? 3 : 0;
+        options.ascii_only = (flags & 2) != 0;
+        options.validate_utf8 = (flags & 4) != 0;
+        options.max_depth = flags & 8 ? 2 : 256;
+        for (AttributeValue const & value : values) {
+            EXPECT_EQ(vxtest::write_value(value, options, false),
+                      vxtest::write_value(value, options, true));
+        }
+    }
 }
 
 TEST(JsonMarshaler, NoAllocationThatFailsLeavesAnythingBehind) {

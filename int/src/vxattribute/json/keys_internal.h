@@ -3,13 +3,10 @@
 #include "vxcore/static_instance.h"
 #include "vxcore/string_key.h"
 
-/// Names that decide which JSON form a map takes. Made once, in statics.cpp.
+/// The name that decides which JSON form a map takes. Made once, in statics.cpp.
 namespace vxattribute::impl {
 
 /// "vxserialize": the property with the text of a value that has no plain form.
 extern vxcore::StaticInstance<vxcore::StringKey const> const jsonSerializedKey;
-
-/// The empty name, which readers refuse.
-extern vxcore::StaticInstance<vxcore::StringKey const> const jsonEmptyKey;
 
 } // namespace vxattribute::impl

@@ -1,20 +1,23 @@
 #pragma once
 
 #include "vxattribute/map/elements_cursor_internal.h"
-#include "vxjson/writer.h"
+#include "vxjson/text_output_impl.h"
 
+#include <span>
 #include <vector>
 
 namespace vxattribute::impl {
 
 /// Writes one value to JSON. Open maps are in a list and not on the stack, so only the writer
 /// limits the depth.
+///
+/// @tparam Writer  `vxjson::Writer &`, or `vxjson::impl::TextOutput` for a TextWriter: the same
+///                 calls, which are then inline.
+template <typename Writer>
 class JsonRenderVisitor {
   public:
-    class TextWriterTarget;
-
     /// @param sorted  Sorts the elements of each map by the bytes of their names.
-    JsonRenderVisitor(vxjson::Writer & writer, bool sorted);
+    JsonRenderVisitor(Writer writer, bool sorted);
 
     void write(AttributeValue const & value);
 
@@ -22,27 +25,28 @@ class JsonRenderVisitor {
     /// A value of maps that is being written: the open object, and the maps after it.
     struct OpenMaps {
         ElementsCursor elements;
-        AttributeMap const * next;
-        AttributeMap const * end;
+        std::span<AttributeMap const> others;
         bool isArray;
     };
 
     void begin(AttributeValue const & value);
-    void begin_maps(AttributeValue const & value);
+    void begin_maps(std::span<AttributeMap const> maps);
     void next_element();
 
     template <typename T, typename Write>
-    void write_elements(AttributeValue const & value, Write write);
+    void write_elements(std::span<T const> elements, Write write);
 
     void write_string(std::string const & text);
     void write_serialized(AttributeValue const & value);
     bool is_plain(AttributeMap const & map) const noexcept;
 
-    vxjson::Writer & m_writer;
+    Writer m_writer;
     bool const m_sorted;
     AttributeName const m_serializedName;
-    AttributeName const m_emptyName;
     std::vector<OpenMaps> m_open;
 };
+
+/// Writes a value to a TextWriter, or to any other writer more slowly.
+void write_json_value(vxjson::Writer & writer, AttributeValue const & value, bool sorted);
 
 } // namespace vxattribute::impl

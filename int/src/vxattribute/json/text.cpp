@@ -40,7 +40,7 @@ AttributeValue read_tolerantly(std::string_view text, vxjson::Document::Options 
 }
 
 void write(vxjson::TextWriter & writer, AttributeValue const & value, bool sorted) {
-    impl::JsonRenderVisitor(writer, sorted).write(value);
+    impl::write_json_value(writer, value, sorted);
     writer.finish();
 }
 

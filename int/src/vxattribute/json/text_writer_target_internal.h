@@ -1,18 +1,44 @@
 #pragma once
 
-#include "vxattribute/json/render_visitor_internal.h"
+#include "vxjson/text_output_impl.h"
 #include "vxserialize/text_writer.h"
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace vxattribute::impl {
 
-/// Collects text and passes it to a JSON string in pieces of 2048 bytes, so that the writer is not
-/// called for each small one. Call `flush` at the end.
-class JsonRenderVisitor::TextWriterTarget final : public vxserialize::TextWriter::ITextTarget {
+/// Passes the text form, which needs no escapes, to the open string of a JSON writer. Call `flush`
+/// at the end.
+template <typename Writer>
+class JsonStringTarget;
+
+/// Writes to the buffer of a TextWriter.
+template <>
+class JsonStringTarget<vxjson::impl::TextOutput> final
+    : public vxserialize::TextWriter::ITextTarget {
   public:
-    explicit TextWriterTarget(vxjson::Writer & writer) noexcept : m_writer(writer) {}
+    explicit JsonStringTarget(vxjson::impl::TextOutput output) noexcept : m_output(output) {}
+
+    void write_char(char c) override { write_data(&c, 1); }
+
+    void write_data(char const * data, unsigned int size) override {
+        m_output.write_plain_data(data, size);
+    }
+
+    void flush() noexcept {}
+
+  private:
+    vxjson::impl::TextOutput m_output;
+};
+
+/// Collects text and passes it on in pieces of 2048 bytes, so that the writer is not called for
+/// each small one.
+template <>
+class JsonStringTarget<vxjson::Writer &> final : public vxserialize::TextWriter::ITextTarget {
+  public:
+    explicit JsonStringTarget(vxjson::Writer & writer) noexcept : m_writer(writer) {}
 
     void write_char(char c) override {
         m_buffer[m_size++] = c;

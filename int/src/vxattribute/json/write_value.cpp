@@ -19,13 +19,19 @@ bool is_plain_integer(long long number) noexcept {
     return -maxPlainInteger <= number && number <= maxPlainInteger;
 }
 
+template <typename T>
+std::span<T const> elements_of(AttributeValue const & value) {
+    return {value.begin<T>(), value.end<T>()};
+}
+
 } // namespace
 
-JsonRenderVisitor::JsonRenderVisitor(vxjson::Writer & writer, bool sorted)
-    : m_writer(writer), m_sorted(sorted), m_serializedName(jsonSerializedKey.get()),
-      m_emptyName(jsonEmptyKey.get()) {}
+template <typename Writer>
+JsonRenderVisitor<Writer>::JsonRenderVisitor(Writer writer, bool sorted)
+    : m_writer(writer), m_sorted(sorted), m_serializedName(jsonSerializedKey.get()) {}
 
-void JsonRenderVisitor::write(AttributeValue const & value) {
+template <typename Writer>
+void JsonRenderVisitor<Writer>::write(AttributeValue const & value) {
     begin(value);
     while (!m_open.empty()) {
         next_element();
@@ -33,35 +39,37 @@ void JsonRenderVisitor::write(AttributeValue const & value) {
 }
 
 /// Writes a value completely, or only its start when it is a value of plain maps.
-void JsonRenderVisitor::begin(AttributeValue const & value) {
-    unsigned int const size = value.size();
+template <typename Writer>
+void JsonRenderVisitor<Writer>::begin(AttributeValue const & value) {
     switch (value.type().id()) {
     case ValueTypeId::eId_Null:
         m_writer.write_null();
         return;
     case ValueTypeId::eId_Boolean:
-        if (size != 0) {
-            write_elements<bool>(value, [this](bool element) { m_writer.write_bool(element); });
+        if (auto const elements = elements_of<bool>(value); !elements.empty()) {
+            write_elements(elements, [this](bool element) { m_writer.write_bool(element); });
             return;
         }
         break;
     case ValueTypeId::eId_Integer:
         // Checked before any is written: all elements must take the same form.
-        if (size != 0 &&
-            std::all_of(value.begin<long long>(), value.end<long long>(), is_plain_integer)) {
-            write_elements<long long>(
-                value, [this](long long element) { m_writer.write_integer(element); });
+        if (auto const elements = elements_of<long long>(value);
+            !elements.empty() && std::all_of(elements.begin(), elements.end(), is_plain_integer)) {
+            write_elements(elements,
+                           [this](long long element) { m_writer.write_integer(element); });
             return;
         }
         break;
     case ValueTypeId::eId_String:
-        write_elements<std::string>(value,
-                                    [this](std::string const & element) { write_string(element); });
+        write_elements(elements_of<std::string>(value),
+                       [this](std::string const & element) { write_string(element); });
         return;
     case ValueTypeId::eId_AttributeMap:
-        if (size != 0 && std::all_of(value.begin<AttributeMap>(), value.end<AttributeMap>(),
-                                     [this](AttributeMap const & map) { return is_plain(map); })) {
-            begin_maps(value);
+        if (auto const maps = elements_of<AttributeMap>(value);
+            !maps.empty() &&
+            std::all_of(maps.begin(), maps.end(),
+                        [this](AttributeMap const & map) { return is_plain(map); })) {
+            begin_maps(maps);
             return;
         }
         break;
@@ -73,40 +81,42 @@ void JsonRenderVisitor::begin(AttributeValue const & value) {
     write_serialized(value);
 }
 
+template <typename Writer>
 template <typename T, typename Write>
-void JsonRenderVisitor::write_elements(AttributeValue const & value, Write write) {
-    T const * const first = value.begin<T>();
-    T const * const last = value.end<T>();
-    if (last - first == 1) {
-        write(*first);
+void JsonRenderVisitor<Writer>::write_elements(std::span<T const> elements, Write write) {
+    if (elements.size() == 1) {
+        write(elements.front());
         return;
     }
     m_writer.begin_array();
-    std::for_each(first, last, write);
+    std::for_each(elements.begin(), elements.end(), write);
     m_writer.end_array();
 }
 
-void JsonRenderVisitor::write_string(std::string const & text) {
+template <typename Writer>
+void JsonRenderVisitor<Writer>::write_string(std::string const & text) {
     m_writer.write_string(text.data(), vxcore::text_size(text.size()));
 }
 
-bool JsonRenderVisitor::is_plain(AttributeMap const & map) const noexcept {
-    return !map.exists(m_serializedName) && !map.exists(m_emptyName);
+template <typename Writer>
+bool JsonRenderVisitor<Writer>::is_plain(AttributeMap const & map) const noexcept {
+    // The empty name comes before all others: it has no address.
+    return map.empty() || (!map.begin()->first.empty() && !map.exists(m_serializedName));
 }
 
-void JsonRenderVisitor::begin_maps(AttributeValue const & value) {
-    AttributeMap const * const first = value.begin<AttributeMap>();
-    AttributeMap const * const last = value.end<AttributeMap>();
-    bool const isArray = last - first != 1;
+template <typename Writer>
+void JsonRenderVisitor<Writer>::begin_maps(std::span<AttributeMap const> maps) {
+    bool const isArray = maps.size() != 1;
     if (isArray) {
         m_writer.begin_array();
     }
     m_writer.begin_object();
-    m_open.push_back({ElementsCursor(*first, m_sorted), first + 1, last, isArray});
+    m_open.push_back({ElementsCursor(maps.front(), m_sorted), maps.subspan(1), isArray});
 }
 
 /// Writes the next element of the innermost open object, or closes the object.
-void JsonRenderVisitor::next_element() {
+template <typename Writer>
+void JsonRenderVisitor<Writer>::next_element() {
     OpenMaps & open = m_open.back();
     if (auto const * const element = open.elements.next()) {
         m_writer.write_name(element->first.data(), element->first.size());
@@ -114,9 +124,10 @@ void JsonRenderVisitor::next_element() {
         return;
     }
     m_writer.end_object();
-    if (open.next != open.end) {
+    if (!open.others.empty()) {
         m_writer.begin_object();
-        open.elements = ElementsCursor(*open.next++, m_sorted);
+        open.elements = ElementsCursor(open.others.front(), m_sorted);
+        open.others = open.others.subspan(1);
         return;
     }
     if (open.isArray) {
@@ -125,11 +136,12 @@ void JsonRenderVisitor::next_element() {
     m_open.pop_back();
 }
 
-void JsonRenderVisitor::write_serialized(AttributeValue const & value) {
+template <typename Writer>
+void JsonRenderVisitor<Writer>::write_serialized(AttributeValue const & value) {
     m_writer.begin_object();
     m_writer.write_name(m_serializedName.data(), m_serializedName.size());
     m_writer.begin_string();
-    TextWriterTarget target(m_writer);
+    JsonStringTarget<Writer> target(m_writer);
     vxserialize::TextWriter writer(target, vxserialize::TextWriter::Options());
     write_attribute_value(writer, value, StreamOptions{m_sorted});
     writer.close();
@@ -138,10 +150,19 @@ void JsonRenderVisitor::write_serialized(AttributeValue const & value) {
     m_writer.end_object();
 }
 
+void write_json_value(vxjson::Writer & writer, AttributeValue const & value, bool sorted) {
+    if (vxjson::impl::TextOutput::takes_value(writer)) {
+        vxjson::impl::TextOutput const output(static_cast<vxjson::TextWriter &>(writer));
+        JsonRenderVisitor<vxjson::impl::TextOutput>(output, sorted).write(value);
+    } else {
+        JsonRenderVisitor<vxjson::Writer &>(writer, sorted).write(value);
+    }
+}
+
 } // namespace impl
 
 void write_attribute_value(vxjson::Writer & writer, AttributeValue const & value) {
-    impl::JsonRenderVisitor(writer, false).write(value);
+    impl::write_json_value(writer, value, false);
 }
 
 } // namespace vxattribute

@@ -10,7 +10,7 @@
 // 5. The defaults of the element types; that of maps uses the shared empty map.
 // 6. Ciphers and their providers.
 // 7. Trace settings, then `defaultTraceFormatter`.
-// 8. Names of the JSON form.
+// 8. The name of the JSON form.
 // 9. The registrar, last: a registered library is complete.
 
 #include "vxattribute/element_types.h"
@@ -166,11 +166,10 @@ vxcore::RefCountPtr<impl::TraceFormatterImpl const> const impl::defaultTraceSett
 static TraceFormatter const defaultFormatter;
 constinit TraceFormatter const & defaultTraceFormatter = defaultFormatter;
 
-// 8. Names of the JSON form
+// 8. The name of the JSON form
 
 vxcore::StaticInstance<vxcore::StringKey const> const
     impl::jsonSerializedKey(std::string_view("vxserialize"));
-vxcore::StaticInstance<vxcore::StringKey const> const impl::jsonEmptyKey;
 
 // 9. The registrar
 
