@@ -12,7 +12,6 @@ namespace vxattribute {
 
 namespace impl {
 class MapBuilder;
-class ReadContext;
 } // namespace impl
 
 /// The reading half of an attribute map: names to values, in the order of the names.
@@ -179,8 +178,6 @@ class VXATTRIBUTE_API AttributeMapBase {
 
   private:
     friend class MutableAttributeMap; // reads the holder of other maps
-
-    void share_if_empty() noexcept;
 };
 
 /// The shared content of maps: a balanced tree whose nodes are in runs of memory that the holder
@@ -212,7 +209,6 @@ class VXATTRIBUTE_API AttributeMapBase::MapHolder final
     friend class AttributeMapBase;
     friend class MutableAttributeMap;
     friend class impl::MapBuilder;
-    friend class impl::ReadContext;
 
     void destroy() noexcept override;
     ~MapHolder() override;
@@ -278,7 +274,6 @@ class VXATTRIBUTE_API AttributeMap : public AttributeMapBase {
     friend class MutableAttributeMap;
     friend class WritableAttributeMapRef;
     friend class impl::MapBuilder;
-    friend class impl::ReadContext;
 
     explicit AttributeMap(HolderPtr & holder) noexcept : AttributeMapBase(holder) {}
 };

@@ -14,22 +14,15 @@ void WriteContainers::fail_list_item(char const * function) const {
     throw_usage(function, "a list item without an element before it");
 }
 
-unsigned int WriteContainers::end_list(char const * function) {
-    Frame const frame = m_stack.top();
+void WriteContainers::fail_list_end(char const * function) const {
+    Frame const & frame = m_stack.top();
     if (frame.kind != EContainer::eList) {
         throw_usage(function, "the end of a list where none is open");
     }
-    // The count does not show this: the separator closed the last element, so the number is right.
     if (frame.closed != 0 && !frame.written) {
         throw_usage(function, "a list item without an element behind it");
     }
-    // next_list_item() closes each element but the last.
-    unsigned int const elements = frame.closed + (frame.written ? 1 : 0);
-    if (elements != frame.count) {
-        throw_usage(function, "a list with another number of elements than announced");
-    }
-    m_stack.pop();
-    return elements;
+    throw_usage(function, "a list with another number of elements than announced");
 }
 
 void WriteContainers::end_record(char const * function) {

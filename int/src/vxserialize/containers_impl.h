@@ -2,6 +2,7 @@
 
 // Included by the readers and writers; not for direct use.
 
+#include "vxserialize/export.h"
 #include "vxserialize/limits.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 namespace vxserialize::impl {
 
 /// Raises `error.vxserialize.depth`. Out of line, so that the templates below stay small.
-[[noreturn]] void throw_too_many_containers();
+[[noreturn]] VXSERIALIZE_API void throw_too_many_containers();
 
 /// A stack of open lists and records, on top of one frame for the stream itself.
 ///
@@ -106,7 +107,7 @@ enum class EContainer : unsigned char { eStream, eList, eRecord };
 ///     if (!m_containers.element()) { // before a primitive: a blank after the one before it
 ///         put(' ');
 ///     }
-class WriteContainers {
+class VXSERIALIZE_API WriteContainers {
   public:
     /// Records that a primitive of the current element is written. Returns whether it is the first.
     bool element() noexcept {
@@ -145,7 +146,19 @@ class WriteContainers {
     ///
     /// @raises error.vxserialize.usage: it is no list or no record, the list has another number of
     ///         elements than announced, or a separator is the last thing in it.
-    unsigned int end_list(char const * function);
+    unsigned int end_list(char const * function) {
+        Frame const frame = m_stack.top();
+        // next_list_item() closes each element but the last. The number alone does not show a
+        // separator without an element after it.
+        unsigned int const elements = frame.closed + (frame.written ? 1 : 0);
+        if (frame.kind != EContainer::eList || elements != frame.count ||
+            (frame.closed != 0 && !frame.written)) [[unlikely]] {
+            fail_list_end(function);
+        }
+        m_stack.pop();
+        return elements;
+    }
+
     void end_record(char const * function);
 
   private:
@@ -164,8 +177,9 @@ class WriteContainers {
         return !std::exchange((&m_stack.top())[-1].written, true);
     }
 
-    /// Raises the failure of `next_list_item` whose condition is not met.
+    /// Each raises the failure of one function whose condition is not met.
     [[noreturn]] void fail_list_item(char const * function) const;
+    [[noreturn]] void fail_list_end(char const * function) const; // of `end_list`
 
     ContainerStack<Frame> m_stack;
 };
@@ -177,7 +191,7 @@ class WriteContainers {
 ///
 /// A form whose lists all announce their counts uses `has_next_counted()`. A form that marks the
 /// end of a list checks `top()` itself, before and after the mark. `function` is as above.
-class ReadContainers {
+class VXSERIALIZE_API ReadContainers {
   public:
     /// One open container. In the frame of the stream, and in that of a record, only `touched`
     /// changes.

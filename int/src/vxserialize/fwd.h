@@ -4,9 +4,14 @@
 
 namespace vxserialize {
 
-namespace impl::binary {
+namespace impl {
+class MemoryReaderView;
+class MemoryWriterView;
+
+namespace binary {
 struct NumberTags;
 }
+} // namespace impl
 
 class MemoryList;
 class MemoryListBase;

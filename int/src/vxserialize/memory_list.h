@@ -80,6 +80,7 @@ class VXSERIALIZE_API MemoryListCursor {
   private:
     friend class MemoryListBase;
     friend class MemoryReader;
+    friend class impl::MemoryReaderView;
 
     /// Steps over the rest of the current segment. False at the end of the list.
     bool enter_next_segment() noexcept;

@@ -91,21 +91,12 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     void end_record() override;
 
   private:
+    friend class impl::MemoryReaderView;
+
     unsigned int offset() const noexcept;
 
-    /// True if the next `size` bytes are in the current segment.
-    bool is_contiguous(unsigned int size) const noexcept {
-        return size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data);
-    }
-
-    // Parts of elements. All raise at the end of the data.
-    unsigned int peek_tag();
-    void take_tag(unsigned int tag, EElementKind kind);
-    unsigned long long take_bits(unsigned int width);
+    // What elements across two segments need. Both raise at the end of the data.
     unsigned long long take_bits_slowly(unsigned int width);
-    unsigned int take_number(impl::binary::NumberTags const & tags);
-    unsigned int take_size(impl::binary::NumberTags const & tags);
-    unsigned int take_block_size();
     void take_bytes(void * buffer, unsigned int size);
 
     [[noreturn]] void fail_type(EElementKind expected) const;

@@ -78,6 +78,8 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     void end_record() override;
 
   private:
+    friend class impl::MemoryWriterView;
+
     /// Returns the cursor, after which there is now room for `size` bytes in one piece.
     unsigned char * room(unsigned int size) {
         if (static_cast<unsigned int>(m_limit - m_cursor) < size) [[unlikely]] {
@@ -95,12 +97,10 @@ class VXSERIALIZE_API MemoryWriter final : public Writer {
     void start_block(unsigned int needed);
     void check_open() const;
 
-    // Parts of elements. All but `put_bytes` make the room that they need.
-    void put_tag(unsigned int tag);
-    void put_tag_and_bits(unsigned int tag, unsigned long long bits);
-    void put_number(unsigned int value, impl::binary::NumberTags const & tags);
+    // Parts of strings and blocks.
     BlockPtr put_head(unsigned int size, impl::binary::NumberTags const & tags);
     void put_bytes(void const * data, unsigned int size, BlockPtr & next) noexcept;
+    void put_block(void const * data, unsigned int size, impl::binary::NumberTags const & tags);
 
     vxcore::RefCountPtr<MemoryList> m_list; // full blocks; null when closed
     BlockPtr m_block;

@@ -14,24 +14,6 @@ namespace vxattribute {
 AttributeMapBase::AttributeMapBase()
     : m_pImpl(sm_pEmptyImpl ? sm_pEmptyImpl : vxcore::make_ref_counted<MapHolder>()) {}
 
-AttributeMapBase::AttributeMapBase(vxserialize::Reader & reader)
-    : m_pImpl(vxcore::make_ref_counted<MapHolder>(reader)) {
-    share_if_empty();
-}
-
-AttributeMapBase::AttributeMapBase(vxserialize::Reader & reader, IAttributeNameDecoder & decoder)
-    : m_pImpl(vxcore::make_ref_counted<MapHolder>(reader, decoder)) {
-    share_if_empty();
-}
-
-/// An empty map takes one byte in a stream. With a holder of its own it would take 150 bytes of
-/// memory, which a hostile stream could multiply.
-void AttributeMapBase::share_if_empty() noexcept {
-    if (empty() && sm_pEmptyImpl) {
-        m_pImpl = sm_pEmptyImpl;
-    }
-}
-
 AttributeMapBase::~AttributeMapBase() = default;
 
 AttributeMapBase::const_iterator AttributeMapBase::begin() const noexcept {

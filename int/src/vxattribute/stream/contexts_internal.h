@@ -16,8 +16,6 @@ class WriteContext {
                           bool sortedNames = false) noexcept
         : m_writer(writer), m_encoder(encoder), m_sortedNames(sortedNames) {}
 
-    vxserialize::Writer & writer() const noexcept { return m_writer; }
-
     void write_value(AttributeValue const & value) const;
 
     void write_map(AttributeMapBase const & map) const;
@@ -41,15 +39,11 @@ class ReadContext {
                          IAttributeNameDecoder * decoder = nullptr) noexcept
         : m_reader(reader), m_decoder(decoder) {}
 
-    vxserialize::Reader & reader() const noexcept { return m_reader; }
-
     /// Reads a value; when that raises, `value` is as it was.
     void read_value(AttributeValue & value) const;
 
+    /// Reads a map. Of equal names the last value is kept.
     AttributeMap read_map() const;
-
-    /// Reads a map into a new holder. Of equal names the last value is kept.
-    void read_map(AttributeMapBase::MapHolder & holder) const;
 
   private:
     vxserialize::Reader & m_reader;

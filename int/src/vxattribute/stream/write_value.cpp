@@ -1,79 +1,47 @@
 #include "vxattribute/attribute_value_marshaler.h"
-#include "vxattribute/stream/bare_kind_internal.h"
 #include "vxattribute/stream/contexts_internal.h"
-#include "vxserialize/error_info_stream.h"
-#include "vxserialize/writer.h"
+#include "vxattribute/stream/value_writer_internal.h"
+
+#include <typeinfo>
 
 namespace vxattribute {
 
 namespace {
 
-/// Writes the elements of one value.
-class ElementWriter {
-  public:
-    explicit ElementWriter(impl::WriteContext const & context) noexcept
-        : m_context(context), m_writer(context.writer()) {}
-
-    template <typename T>
-    void write_elements(T const * first, T const * last) {
-        // One map is written as a list of one: a map is a list itself, so readers could not tell a
-        // lone map from a list of maps.
-        bool const isScalar = last - first == 1 && !std::is_same_v<T, AttributeMap>;
-        if (!isScalar || impl::bare_kind<T> == vxserialize::eElement_None) {
-            m_writer.write_uint(static_cast<unsigned int>(impl::ValueTypeTraits<T>::type().id()));
-        }
-        if (isScalar) {
-            write(*first);
-            return;
-        }
-        m_writer.begin_list(static_cast<unsigned int>(last - first));
-        for (T const * p = first; p != last; ++p) {
-            if (p != first) {
-                m_writer.next_list_item();
-            }
-            write(*p);
-        }
-        m_writer.end_list();
+/// Calls `write` with the ValueWriter that suits the writer: one in line for the binary form.
+template <typename Write>
+void with_value_writer(vxserialize::Writer & writer, IAttributeNameEncoder * encoder,
+                       bool sortedNames, Write write) {
+    if (typeid(writer) == typeid(vxserialize::MemoryWriter)) {
+        vxserialize::impl::MemoryWriterView const view(
+            static_cast<vxserialize::MemoryWriter &>(writer));
+        write(impl::ValueWriter<vxserialize::impl::MemoryWriterView>(view, writer, encoder,
+                                                                     sortedNames));
+    } else {
+        write(impl::ValueWriter<vxserialize::Writer &>(writer, writer, encoder, sortedNames));
     }
-
-  private:
-    template <typename T>
-    void write(T const & element) {
-        m_writer << element;
-    }
-
-    void write(vxuri::UriReference const & element) { vxserialize::write_uri(m_writer, element); }
-
-    void write(vxcore::SimpleDateTime const & element) {
-        vxserialize::write_simple_date_time(m_writer, element);
-    }
-
-    void write(BinaryValue const & element) { write_binary_value(m_writer, element); }
-
-    void write(SerializedValue const & element) { write_serialized_value(m_writer, element); }
-
-    void write(SecuredValue const & element) { element.write(m_writer); }
-
-    void write(impl::ErrorInfoPtr const & element) {
-        vxserialize::write_error_info(m_writer, element);
-    }
-
-    void write(AttributeMap const & element) { m_context.write_map(element); }
-
-    impl::WriteContext const & m_context;
-    vxserialize::Writer & m_writer;
-};
+}
 
 } // namespace
 
 void impl::WriteContext::write_value(AttributeValue const & value) const {
-    if (value.is_null()) {
-        m_writer.write_null();
-        return;
-    }
-    impl::for_element_type(value.type().id(), [&]<typename T>() {
-        ElementWriter(*this).write_elements(value.begin<T>(), value.end<T>());
-    });
+    with_value_writer(m_writer, m_encoder, m_sortedNames,
+                      [&value](auto && values) { values.write_value(value); });
+}
+
+void impl::WriteContext::write_map(AttributeMapBase const & map) const {
+    with_value_writer(m_writer, m_encoder, m_sortedNames,
+                      [&map](auto && values) { values.write_map(map); });
+}
+
+void impl::WriteContext::write_tree(AttributeMapBase::Map const & tree) const {
+    with_value_writer(m_writer, m_encoder, m_sortedNames,
+                      [&tree](auto && values) { values.write_list(tree); });
+}
+
+void impl::WriteContext::write_element(AttributeMapBase::value_type const & element) const {
+    with_value_writer(m_writer, m_encoder, m_sortedNames,
+                      [&element](auto && values) { values.write_element(element); });
 }
 
 void write_attribute_value(vxserialize::Writer & writer, AttributeValue const & value) {

@@ -1,45 +1,17 @@
 #include "vxserialize/memory_writer.h"
 
-#include "vxserialize/binary/binary_form_internal.h"
 #include "vxserialize/failures_internal.h"
 #include "vxserialize/memory_reader.h"
+#include "vxserialize/memory_writer_impl.h"
 
 #include <algorithm>
-#include <bit>
 #include <limits>
 #include <stdexcept>
 
 namespace vxserialize {
 
 using namespace impl::binary;
-
-namespace {
-
-/// Copies up to 63 bytes in a few moves that may overlap. A call of memcpy would cost more.
-inline void copy_small(unsigned char * out, char const * in, unsigned int size) noexcept {
-    if (size >= 16) {
-        std::memcpy(out, in, 16);
-        if (size > 32) {
-            std::memcpy(out + 16, in + 16, 16);
-            if (size > 48) {
-                std::memcpy(out + 32, in + 32, 16);
-            }
-        }
-        std::memcpy(out + size - 16, in + size - 16, 16);
-    } else if (size >= 8) {
-        std::memcpy(out, in, 8);
-        std::memcpy(out + size - 8, in + size - 8, 8);
-    } else if (size >= 4) {
-        std::memcpy(out, in, 4);
-        std::memcpy(out + size - 4, in + size - 4, 4);
-    } else if (size != 0) {
-        out[0] = static_cast<unsigned char>(in[0]);
-        out[size / 2] = static_cast<unsigned char>(in[size / 2]);
-        out[size - 1] = static_cast<unsigned char>(in[size - 1]);
-    }
-}
-
-} // namespace
+using impl::MemoryWriterView;
 
 MemoryWriter::MemoryWriter() : m_list(MemoryList::create()) {}
 
@@ -108,48 +80,22 @@ void MemoryWriter::start_block(unsigned int needed) {
     enter_block(create_block(needed));
 }
 
-inline void MemoryWriter::put_tag(unsigned int tag) {
-    *room(1) = static_cast<unsigned char>(tag);
-    ++m_cursor;
-}
-
-inline void MemoryWriter::put_tag_and_bits(unsigned int tag, unsigned long long bits) {
-    unsigned char * const out = room(number_room);
-    *out = static_cast<unsigned char>(tag);
-    store(out + 1, bits);
-    m_cursor = out + number_room;
-}
-
-inline void MemoryWriter::put_number(unsigned int value, NumberTags const & tags) {
-    unsigned char * const out = room(number_room);
-    if (value <= tags.small_max) {
-        *out = static_cast<unsigned char>(tags.small + value);
-        m_cursor = out + 1;
-        return;
-    }
-    unsigned int const width = width_of(value);
-    *out = static_cast<unsigned char>(tags.wide + width - 1);
-    store(out + 1, value);
-    m_cursor = out + 1 + width;
-}
-
 /// Writes the tag and size of an element of `size` bytes. Returns the block that `put_bytes` needs
 /// for the bytes that do not fit into the current one, or null. A failure writes nothing, so it
 /// leaves neither half an element nor bytes of a secret that nobody wipes.
-inline MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, NumberTags const & tags) {
+MemoryWriter::BlockPtr MemoryWriter::put_head(unsigned int size, NumberTags const & tags) {
     room(number_room);
     unsigned int const left = static_cast<unsigned int>(m_limit - m_cursor) - number_room;
     BlockPtr next;
     if (size > left) {
         next = create_block(size - left);
     }
-    put_number(size, tags);
+    MemoryWriterView(*this).put_number(size, tags);
     return next;
 }
 
 /// Writes bytes of an element. The last of them may go to the block that `put_head` returned.
-inline void MemoryWriter::put_bytes(void const * data, unsigned int size,
-                                    BlockPtr & next) noexcept {
+void MemoryWriter::put_bytes(void const * data, unsigned int size, BlockPtr & next) noexcept {
     auto const * const bytes = static_cast<unsigned char const *>(data);
     unsigned int const run = std::min(size, static_cast<unsigned int>(m_limit - m_cursor));
     if (run != 0) {
@@ -163,68 +109,45 @@ inline void MemoryWriter::put_bytes(void const * data, unsigned int size,
     }
 }
 
+void MemoryWriter::put_block(void const * data, unsigned int size, NumberTags const & tags) {
+    BlockPtr next = put_head(size, tags);
+    put_bytes(data, size, next);
+}
+
 void MemoryWriter::write_null() {
-    put_tag(null_value);
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_null();
 }
 
 void MemoryWriter::write_bool(bool value) {
-    put_tag(value ? true_value : false_value);
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_bool(value);
 }
 
 void MemoryWriter::write_integer(long long value) {
-    unsigned char * const out = room(number_room);
-    if (value >= integer_small_min && value <= integer_small_max) {
-        *out = static_cast<unsigned char>(static_cast<int>(integer_small) +
-                                          static_cast<int>(value) - integer_small_min);
-        m_cursor = out + 1;
-    } else {
-        unsigned int const width = signed_width_of(value);
-        *out = static_cast<unsigned char>(integer_wide + width - 1);
-        store(out + 1, static_cast<unsigned long long>(value));
-        m_cursor = out + 1 + width;
-    }
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_integer(value);
 }
 
 void MemoryWriter::write_uint(unsigned int value) {
-    put_number(value, unsigned_tags);
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_uint(value);
 }
 
 void MemoryWriter::write_double(double value) {
-    put_tag_and_bits(double_value, std::bit_cast<unsigned long long>(value));
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_double(value);
 }
 
 void MemoryWriter::write_string(char const * data, unsigned int size) {
-    // The common case, a short string with room for it: one check and a copy without a call.
-    if (size <= string_tags.small_max && static_cast<unsigned int>(m_limit - m_cursor) > size) {
-        unsigned char * const out = m_cursor;
-        *out = static_cast<unsigned char>(string_tags.small + size);
-        copy_small(out + 1, data, size);
-        m_cursor = out + 1 + size;
-    } else {
-        BlockPtr next = put_head(size, string_tags);
-        put_bytes(data, size, next);
-    }
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_string(data, size);
 }
 
 void MemoryWriter::write_string_key(vxcore::StringKey const & key) {
-    std::string const & text = key.value();
-    MemoryWriter::write_string(text.data(), static_cast<unsigned int>(text.size()));
+    MemoryWriterView(*this).write_string_key(key);
 }
 
 void MemoryWriter::write_absolute_time(vxcore::AbsoluteTime value) {
-    put_tag_and_bits(absolute_time, static_cast<unsigned long long>(value.ticks()));
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_absolute_time(value);
 }
 
 void MemoryWriter::write_relative_time(vxcore::RelativeTime value) {
-    put_tag_and_bits(relative_time, static_cast<unsigned long long>(value.ticks()));
-    m_containers.mark_element();
+    MemoryWriterView(*this).write_relative_time(value);
 }
 
 void MemoryWriter::write_uuid(vxcore::Uuid const & value) {
@@ -236,8 +159,7 @@ void MemoryWriter::write_uuid(vxcore::Uuid const & value) {
 }
 
 void MemoryWriter::write_binary(void const * data, unsigned int size) {
-    BlockPtr next = put_head(size, block_tags);
-    put_bytes(data, size, next);
+    put_block(data, size, block_tags);
     m_containers.mark_element();
 }
 
@@ -250,29 +172,27 @@ void MemoryWriter::write_memory_list(MemoryListBase const & list) {
 }
 
 void MemoryWriter::begin_list(unsigned int count) {
-    room(number_room); // first, so that a failure leaves no list open
-    m_containers.begin_list(count);
-    put_number(count, list_tags);
+    MemoryWriterView(*this).begin_list(count);
 }
 
 void MemoryWriter::next_list_item() {
-    m_containers.next_list_item("vxserialize::MemoryWriter::next_list_item()");
+    MemoryWriterView(*this).next_list_item();
 }
 
 void MemoryWriter::end_list() {
-    m_containers.end_list("vxserialize::MemoryWriter::end_list()");
+    MemoryWriterView(*this).end_list();
 }
 
 void MemoryWriter::begin_record() {
     room(1); // first, as for a list
     m_containers.begin_record();
-    put_tag(record_begin);
+    MemoryWriterView(*this).put_tag(record_begin);
 }
 
 void MemoryWriter::end_record() {
     room(1);
     m_containers.end_record("vxserialize::MemoryWriter::end_record()");
-    put_tag(record_end);
+    MemoryWriterView(*this).put_tag(record_end);
 }
 
 } // namespace vxserialize

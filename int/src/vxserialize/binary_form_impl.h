@@ -1,5 +1,7 @@
 #pragma once
 
+// Included by the reader and the writer of the form; not for direct use.
+
 #include "vxserialize/element_kind.h"
 
 #include <array>
