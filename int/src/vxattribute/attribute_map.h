@@ -1,11 +1,9 @@
 #pragma once
 
 #include "vxattribute/attribute.h"
-#include "vxattribute/map_node_allocator.h"
+#include "vxattribute/attribute_tree_impl.h"
 #include "vxcore/ref_count_ptr.h"
 
-#include <functional>
-#include <map>
 #include <utility>
 
 namespace vxattribute {
@@ -39,8 +37,9 @@ class VXATTRIBUTE_API AttributeMapBase {
   public:
     /// An element: a name, which cannot be changed, and its value.
     using value_type = std::pair<AttributeName const, AttributeValue>;
-    using Map = std::map<AttributeName, AttributeValue, std::less<AttributeName>,
-                         impl::MapNodeAllocator<value_type>>;
+    /// The balanced tree of a holder.
+    using Map = impl::AttributeTree;
+    /// A bidirectional iterator, as those of `std::map`.
     using const_iterator = Map::const_iterator;
 
     class MapHolder;
@@ -180,8 +179,7 @@ class VXATTRIBUTE_API AttributeMapBase {
     friend class MutableAttributeMap; // reads the holder of other maps
 };
 
-/// The shared content of maps: a balanced tree whose nodes are in runs of memory that the holder
-/// owns.
+/// The shared content of maps: a balanced tree. The first nodes are in the block of the holder.
 ///
 /// It is written only while one map refers to it. Destroying it destroys the maps nested in it in a
 /// loop, so that their depth takes no stack.
@@ -194,14 +192,16 @@ class VXATTRIBUTE_API AttributeMapBase::MapHolder final
     explicit MapHolder(vxserialize::Reader & reader);
     MapHolder(vxserialize::Reader & reader, IAttributeNameDecoder & decoder);
 
-    /// A holder with the same names and with copies of the values: O(n), with one allocation for
-    /// all nodes.
+    /// A holder with the same names and with copies of the values: O(n), with at most one
+    /// allocation for all nodes. The clone of an empty one has room for a few elements.
     HolderPtr clone() const;
+
+    Map const & map() const noexcept VXCORE_LIFETIMEBOUND { return m_map; }
 
     void write(vxserialize::Writer & writer) const;
     void write(vxserialize::Writer & writer, IAttributeNameEncoder & encoder) const;
 
-    /// Holders come from the cache of blocks that values use.
+    /// Holders, and the nodes of their trees, come from the cache of blocks that values use.
     static void * operator new(std::size_t size);
     static void operator delete(void * holder, std::size_t size) noexcept;
 
@@ -210,15 +210,16 @@ class VXATTRIBUTE_API AttributeMapBase::MapHolder final
     friend class MutableAttributeMap;
     friend class impl::MapBuilder;
 
+    /// An empty holder that has memory for `room` elements, or their number at least: O(1).
+    static HolderPtr make(std::size_t room);
+
+    /// With the memory for `room` nodes behind the object, in the same block.
+    explicit MapHolder(unsigned int room) noexcept;
+
     void destroy() noexcept override;
     ~MapHolder() override;
 
-    /// The value of that name, null when new. O(1) for names in map order, otherwise O(log n).
-    AttributeValue & find_or_make(AttributeName && name);
-    /// Empties the tree and frees its memory.
-    void clear() noexcept;
-
-    impl::MapNodeArena m_arena;
+    unsigned int m_room = 0; // nodes for which the block has memory
     Map m_map;
     MapHolder * m_nextDead = nullptr; // in the queue of holders to be deleted
 };
@@ -396,7 +397,8 @@ class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
     iterator erase(iterator position) VXCORE_LIFETIMEBOUND;
     iterator erase(iterator first, iterator last) VXCORE_LIFETIMEBOUND;
 
-    /// Erases all elements and frees their memory: O(n), O(1) when the holder is shared.
+    /// Erases all elements and frees their memory but for 1 KiB at most: O(n), O(1) when the holder
+    /// is shared.
     void clear();
 
     /// The lookups of the base class for writing the values. They clone a shared holder, O(n), even

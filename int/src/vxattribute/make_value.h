@@ -4,6 +4,7 @@
 #include "vxattribute/elements.h"
 
 #include <initializer_list>
+#include <span>
 
 /// Values and maps from lists in braces. They are free functions, because `AttributeValue{value}`
 /// and `AttributeMap{map}` must be copies, not lists of one element.
@@ -15,9 +16,16 @@ namespace vxattribute {
 ///
 ///     AttributeMap const server = make_map({{"host", "localhost"}, {"port", 8080}});
 ///
-/// @cost  A copy of each attribute, since braces cannot be moved from, and O(log n) to place it. In
-///        a loop, make the names once: "host" is interned at each call.
+/// @cost  A copy of each attribute, since braces cannot be moved from, and O(n log n) to sort them
+///        by the addresses of their names, O(n) if they are sorted. This is the cheapest way to
+///        build a map. In a loop, make the names once: "host" is interned at each call.
 VXATTRIBUTE_API AttributeMap make_map(std::initializer_list<Attribute> attributes);
+
+/// The same for attributes in a list.
+///
+///     std::vector<Attribute> const options = ...;
+///     AttributeMap const map = make_map(std::span(options));
+VXATTRIBUTE_API AttributeMap make_map(std::span<Attribute const> attributes);
 
 /// A value with copies of the elements. This is the cheapest way to build a list: two or more
 /// elements take one object and one block of exactly their size. One element makes the same value

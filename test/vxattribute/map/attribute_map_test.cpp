@@ -22,6 +22,17 @@ bool share(AttributeMapBase const & x, AttributeMapBase const & y) {
     return &*x.begin() == &*y.begin();
 }
 
+/// Returns true when the order, the links and the balances of the map's tree are right.
+bool has_valid_tree(AttributeMapBase const & map) {
+    struct Access : AttributeMapBase {
+        static MapHolder const & holder(AttributeMapBase const & x) {
+            return *(x.*&Access::m_pImpl);
+        }
+    };
+
+    return Access::holder(map).map().is_valid();
+}
+
 TEST(AttributeMap, LookupsGiveNullForAbsentNames) {
     MutableAttributeMap const map = make_map({{"a", 1}});
     EXPECT_TRUE(map.exists(a));
@@ -219,6 +230,7 @@ TEST(AttributeMapModel, RandomChangesAgreeWithPlainMaps) {
             maps[i].add(name, value);
             models[i][name] = value;
         }
+        ASSERT_TRUE(has_valid_tree(maps[i])) << step;
         ASSERT_EQ(maps[i].size(), models[i].size()) << step;
         ASSERT_TRUE(std::equal(models[i].begin(), models[i].end(), std::as_const(maps[i]).begin()))
             << step;

@@ -75,31 +75,29 @@ AttributeMap AttributeMapBase::merged_with(AttributeMapBase const & other) const
     return AttributeMap(merged);
 }
 
-// Both maps have the same order, so each element goes to the end of the new map. Inserting
-// there with `end()` as the hint takes constant time. Of equal names the element of `first` is
-// used.
+// Both maps have the same order, so each element goes to the end of the new map. Of equal names the
+// element of `first` is used.
 AttributeMapBase::HolderPtr AttributeMapBase::merged_aux(Map const & first, Map const & second) {
-    HolderPtr merged = vxcore::make_ref_counted<MapHolder>();
-    // The least that the result can have. If it has more, the arena adds runs.
-    merged->m_arena.expect(std::max(first.size(), second.size()));
+    // The least that the result can have.
+    HolderPtr merged = MapHolder::make(std::max(first.size(), second.size()));
     Map & map = merged->m_map;
     auto a = first.begin();
     auto b = second.begin();
     while (a != first.end() && b != second.end()) {
         if (b->first < a->first) {
-            map.emplace_hint(map.end(), *b++);
+            map.append(*b++);
             continue;
         }
         if (a->first == b->first) {
             ++b;
         }
-        map.emplace_hint(map.end(), *a++);
+        map.append(*a++);
     }
     for (; a != first.end(); ++a) {
-        map.emplace_hint(map.end(), *a);
+        map.append(*a);
     }
     for (; b != second.end(); ++b) {
-        map.emplace_hint(map.end(), *b);
+        map.append(*b);
     }
     return merged;
 }

@@ -13,33 +13,44 @@ void MapHolder::operator delete(void * holder, std::size_t size) noexcept {
     impl::BlockCache::free(holder, size);
 }
 
-MapHolder::MapHolder() : m_map(Map::allocator_type(&m_arena)) {}
+MapHolder::MapHolder() = default;
 
-/// The standard library copies the shape of a tree, so nothing is compared or balanced. The arena
-/// knows the number of nodes beforehand and puts them into one run.
-MapHolder::MapHolder(Map const & map)
-    : m_arena(map.size()), m_map(map, Map::allocator_type(&m_arena)) {}
+MapHolder::MapHolder(Map const & map) : m_map(map) {}
+
+MapHolder::MapHolder(unsigned int room) noexcept : m_room(room), m_map(this + 1, room) {}
 
 MapHolder::~MapHolder() = default;
 
-AttributeMapBase::HolderPtr MapHolder::clone() const {
-    return vxcore::make_ref_counted<MapHolder>(m_map);
+namespace {
+
+constexpr std::size_t block_size(std::size_t room) noexcept {
+    return sizeof(MapHolder) + (room != 0 ? impl::TreeMemory::run_bytes(room) : 0);
 }
 
-AttributeValue & MapHolder::find_or_make(AttributeName && name) {
-    // Names mostly come in map order, as in a stream that this process wrote: try the end first.
-    bool const isLast = !m_map.empty() && m_map.rbegin()->first < name;
-    auto const hint = isLast ? m_map.end() : m_map.lower_bound(name);
-    if (hint != m_map.end() && hint->first == name) {
-        return hint->second;
+/// Blocks of holders stay within the sizes that the block cache keeps; this memory is also what a
+/// map keeps when it is cleared.
+constexpr std::size_t maxRoom = 22;
+static_assert(block_size(maxRoom) <= 1016 || sizeof(void *) != 8);
+
+/// For the elements that an empty map gets first.
+constexpr std::size_t firstRoom = 3;
+
+} // namespace
+
+AttributeMapBase::HolderPtr MapHolder::make(std::size_t room) {
+    if (room == 0 || room > maxRoom) {
+        HolderPtr holder = vxcore::make_ref_counted<MapHolder>();
+        holder->m_map.reserve(room);
+        return holder;
     }
-    return m_map.emplace_hint(hint, std::move(name), AttributeValue())->second;
+    void * const block = impl::BlockCache::allocate(block_size(room));
+    return HolderPtr(::new (block) MapHolder(static_cast<unsigned int>(room)));
 }
 
-void MapHolder::clear() noexcept {
-    // In this order: no node may be in use when its run is freed.
-    m_map.clear();
-    m_arena.release_runs();
+AttributeMapBase::HolderPtr MapHolder::clone() const {
+    HolderPtr copy = make(m_map.empty() ? firstRoom : m_map.size());
+    copy->m_map.assign_copy(m_map);
+    return copy;
 }
 
 namespace {
@@ -64,7 +75,9 @@ void MapHolder::destroy() noexcept {
     isDraining = true;
     while (MapHolder * const holder = deadHolders) {
         deadHolders = holder->m_nextDead;
-        delete holder;
+        std::size_t const size = block_size(holder->m_room);
+        holder->~MapHolder();
+        impl::BlockCache::free(holder, size);
     }
     isDraining = false;
 }

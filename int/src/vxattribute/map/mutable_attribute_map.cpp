@@ -28,12 +28,9 @@ MutableAttributeMap & MutableAttributeMap::add(AttributeName const & name,
 MutableAttributeMap & MutableAttributeMap::add(AttributeName const & name,
                                                AttributeValue && value) {
     HolderPtr const kept = prepare_modify();
-    Map & map = m_pImpl->m_map;
-    iterator const place = map.lower_bound(name);
-    if (place != map.end() && place->first == name) {
+    auto const [place, isNew] = m_pImpl->m_map.try_emplace(name, std::move(value));
+    if (!isNew) {
         place->second = std::move(value);
-    } else {
-        map.emplace_hint(place, name, std::move(value));
     }
     return *this;
 }
@@ -56,18 +53,11 @@ MutableAttributeMap & MutableAttributeMap::add(AttributeMapBase const & other) {
         m_pImpl.swap(merged);
         return *this;
     }
-    // What may raise comes first: the elements are copied into nodes of this map's arena, so that
-    // `merge` can move the nodes. Swapping values and moving nodes cannot raise. Names that are in
-    // both maps stay in `additions`, which then destroys the replaced values.
-    Map & map = m_pImpl->m_map;
-    Map additions(map.get_allocator());
-    additions.insert(source.begin(), source.end());
-    for (auto & [name, value] : additions) {
-        if (iterator const place = map.find(name); place != map.end()) {
-            place->second.swap(value);
-        }
+    Map::Additions additions(m_pImpl->m_map);
+    for (value_type const & element : source) {
+        additions.add(element);
     }
-    map.merge(additions);
+    additions.commit(true);
     return *this;
 }
 
@@ -91,14 +81,14 @@ MutableAttributeMap::iterator MutableAttributeMap::insert(iterator hint,
 
 void MutableAttributeMap::insert(const_iterator first, const_iterator last) {
     HolderPtr const kept = prepare_modify();
-    Map & map = m_pImpl->m_map;
-    Map additions(map.get_allocator()); // aside, so that a failure leaves the map as it was
+    Map const & map = m_pImpl->m_map;
+    Map::Additions additions(m_pImpl->m_map);
     for (; first != last; ++first) {
         if (map.find(first->first) == map.end()) {
-            additions.insert(*first);
+            additions.add(*first);
         }
     }
-    map.merge(additions);
+    additions.commit(false);
 }
 
 void MutableAttributeMap::insert(iterator first, iterator last) {
@@ -120,7 +110,7 @@ MutableAttributeMap::iterator MutableAttributeMap::erase(iterator first, iterato
 
 void MutableAttributeMap::clear() {
     if (m_pImpl->has_unique_ref()) {
-        m_pImpl->clear();
+        m_pImpl->m_map.clear();
     } else {
         HolderPtr fresh = vxcore::make_ref_counted<MapHolder>();
         m_pImpl.swap(fresh);

@@ -1,0 +1,146 @@
+#include "vxattribute/map/tree_links_internal.h"
+
+#include <bit>
+
+namespace vxattribute::impl {
+
+TreeLinks * TreeLinks::neighbour(unsigned int side) const noexcept {
+    if (TreeLinks * node = child[side]) {
+        while (TreeLinks * const below = node->child[1 - side]) {
+            node = below;
+        }
+        return node;
+    }
+    TreeLinks const * node = this;
+    TreeLinks * above = parent();
+    while (above->child[side] == node) {
+        node = above;
+        above = above->parent();
+    }
+    return above;
+}
+
+namespace {
+
+void set_child(TreeLinks * parent, unsigned int side, TreeLinks * child) noexcept {
+    parent->child[side] = child;
+    if (child != nullptr) {
+        child->set_parent(parent);
+    }
+}
+
+/// Puts the child of `top` on `side` into its place, and `top` below it. Keeps the order.
+void rotate(TreeLinks * top, unsigned int side) noexcept {
+    TreeLinks * const child = top->child[side];
+    set_child(top->parent(), top->side(), child);
+    set_child(top, side, child->child[1 - side]);
+    set_child(child, 1 - side, top);
+}
+
+/// Balances the tree below `top`, which is two levels higher on `side` and balanced below. Returns
+/// its new top: that is even unless the tree is as high as before, which only happens after a
+/// removal.
+TreeLinks * rebalance(TreeLinks * top, unsigned int side) noexcept {
+    unsigned int const heavy = 2 * side;
+    unsigned int const light = 2 - heavy;
+    TreeLinks * const child = top->child[side];
+    if (child->balance() == light) {
+        // The middle node has what is too high. Its two sides go to `child` and `top`.
+        TreeLinks * const middle = child->child[1 - side];
+        unsigned int const was = middle->balance();
+        rotate(child, 1 - side);
+        rotate(top, side);
+        top->set_balance(was == heavy ? light : TreeLinks::even);
+        child->set_balance(was == light ? heavy : TreeLinks::even);
+        middle->set_balance(TreeLinks::even);
+        return middle;
+    }
+    bool const wasEven = child->balance() == TreeLinks::even;
+    rotate(top, side);
+    top->set_balance(wasEven ? heavy : TreeLinks::even);
+    child->set_balance(wasEven ? light : TreeLinks::even);
+    return child;
+}
+
+} // namespace
+
+void link_leaf(TreeLinks * head, TreeLinks * node, TreeLinks * parent, unsigned int side) noexcept {
+    node->set_parent(parent);
+    parent->child[side] = node;
+    // The tree below `node` is one level higher than before.
+    while (parent != head) {
+        unsigned int const heavy = 2 * side;
+        unsigned int const balance = parent->balance();
+        if (balance != TreeLinks::even) {
+            if (balance == heavy) {
+                rebalance(parent, side);
+            } else {
+                parent->set_balance(TreeLinks::even);
+            }
+            return;
+        }
+        parent->set_balance(heavy);
+        node = parent;
+        parent = node->parent();
+        side = node->side();
+    }
+}
+
+void unlink(TreeLinks * head, TreeLinks * node) noexcept {
+    TreeLinks * parent = node->parent();
+    unsigned int side = node->side();
+    if (node->child[0] == nullptr || node->child[1] == nullptr) {
+        set_child(parent, side, node->child[node->child[0] == nullptr ? 1 : 0]);
+    } else {
+        // The next node, which has no lower child, leaves its place and takes that of `node`.
+        TreeLinks * heir = node->child[1];
+        while (heir->child[0] != nullptr) {
+            heir = heir->child[0];
+        }
+        TreeLinks * const above = heir->parent();
+        unsigned int const heirSide = heir->side();
+        set_child(above, heirSide, heir->child[1]);
+        set_child(parent, side, heir);
+        set_child(heir, 0, node->child[0]);
+        set_child(heir, 1, node->child[1]);
+        heir->set_balance(node->balance());
+        parent = above == node ? heir : above;
+        side = heirSide;
+    }
+    // The tree of `parent` on `side` is one level lower than before.
+    while (parent != head) {
+        unsigned int const heavy = 2 * side;
+        unsigned int const balance = parent->balance();
+        TreeLinks * top = parent;
+        if (balance == TreeLinks::even) {
+            parent->set_balance(2 - heavy);
+            return;
+        }
+        if (balance == heavy) {
+            parent->set_balance(TreeLinks::even);
+        } else {
+            top = rebalance(parent, 1 - side);
+            if (top->balance() != TreeLinks::even) {
+                return;
+            }
+        }
+        parent = top->parent();
+        side = top->side();
+    }
+}
+
+// The recursion is as deep as the tree is high, 32 levels for 4 billion nodes.
+TreeNode * link_run(TreeNode * first, std::size_t count, TreeLinks * parent) noexcept {
+    std::size_t const lower = count / 2;
+    std::size_t const higher = count - 1 - lower;
+    TreeNode * const middle = first + lower;
+    // A tree of n nodes that is made so is bit_width(n) levels high.
+    auto const balance =
+        static_cast<unsigned int>(TreeLinks::even + std::bit_width(higher) - std::bit_width(lower));
+    middle->up = reinterpret_cast<std::uintptr_t>(parent) | balance | TreeLinks::adjacent_bit;
+    middle->child[0] = lower != 0 ? link_run(first, lower, middle) : nullptr;
+    middle->child[1] = higher != 0 ? link_run(middle + 1, higher, middle) : nullptr;
+    return middle;
+}
+
+} // namespace vxattribute::impl
