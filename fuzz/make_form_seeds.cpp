@@ -187,6 +187,7 @@ void save_json() {
     };
     for (auto const & [name, bytes] : seeds) {
         save("json_value", std::string("form_") + name, std::string("\x02\x21", 2) + bytes);
+        save("json_roads", std::string("form_") + name, std::string("\x02\x00", 2) + bytes);
         save("json_scan", std::string("form_") + name, std::string("\xF8\xC3", 2) + bytes);
     }
 }

@@ -96,9 +96,13 @@ class TextCursor {
         return true;
     }
 
-    /// Reads a number that is valid, not too long and not followed by a letter.
-    bool take_number(NumberScan & number) noexcept {
-        number = scan_number(m_at, NoTextLimit());
+    /// Scans the number at the cursor, which stays in front of it. Returned by value: copies of the
+    /// struct would go through memory.
+    NumberScan scan_number() const noexcept { return impl::scan_number(m_at, NoTextLimit()); }
+
+    /// Moves the cursor after that number. False if it is not valid, too long or followed by a
+    /// letter.
+    bool take(NumberScan const & number) noexcept {
         std::ptrdiff_t const size = number.end - m_at;
         m_at = number.end;
         return number.expected == nullptr && is_token_end(*m_at) && size <= m_text.maxNumberSize;

@@ -112,7 +112,7 @@ DirectReader::EStep DirectReader::read_members() {
         if (is_serialized()) {
             return take_serialized();
         }
-        m_elements.add(m_names.current());
+        m_elements.add(m_names.take_current());
         char const c = m_cursor.peek();
         if (c == '{' || c == '[') {
             m_cursor.skip(1);
@@ -130,7 +130,7 @@ DirectReader::EStep DirectReader::read_members() {
 inline bool DirectReader::is_serialized() const {
     std::size_t const depth = m_open.size();
     return m_elements.size() == m_open.back().start &&
-           m_names.current().key() == jsonSerializedKey.get() &&
+           m_names.current() == jsonSerializedKey.get() &&
            (depth == 1 || !m_open[depth - 2].isArray);
 }
 

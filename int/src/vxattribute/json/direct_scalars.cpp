@@ -124,8 +124,8 @@ bool DirectReader::take_scalar(AttributeValue & value) {
 inline bool DirectReader::take_number(Number & number) {
     constexpr std::ptrdiff_t exactDigits = 15; // a double represents all these integers
     char const * const start = m_cursor.at();
-    NumberScan scan{start};
-    if (!m_cursor.take_number(scan)) {
+    NumberScan const scan = m_cursor.scan_number();
+    if (!m_cursor.take(scan)) {
         return false;
     }
     number.isNegative = scan.isNegative;

@@ -23,7 +23,8 @@ void NameSequence::add(std::string_view text, bool isPlain) {
     }
     vxcore::TextFingerprint const fingerprint(text);
     Index & bucket = m_buckets[bucket_of(fingerprint)];
-    m_entries.push_back({fingerprint, AttributeName(text), 0, bucket, isPlain});
+    m_entries.push_back(
+        {fingerprint, vxcore::impl::KeyLoan(vxcore::StringKey(text)), 0, bucket, isPlain});
     bucket = static_cast<Index>(m_entries.size() - 1);
     step_to(bucket);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxattribute/attribute_name.h"
+#include "vxcore/key_loan_impl.h"
 #include "vxcore/text_fingerprint.h"
 
 #include <array>
@@ -18,7 +19,7 @@ namespace vxattribute::impl {
 ///
 ///     if (std::size_t const size = names.match_next(at, limit)) { at += size; }
 ///     else if (!names.find(text)) { names.add(text); }
-///     elements.add(names.current());
+///     elements.add(names.take_current());
 class NameSequence {
   public:
     NameSequence() { m_entries.reserve(8); }
@@ -49,7 +50,11 @@ class NameSequence {
     /// @raises std::bad_alloc: no memory for it.
     void add(std::string_view text, bool isPlain);
 
-    AttributeName const & current() const noexcept { return m_entries[m_current].name; }
+    /// The key of the current name. There must be one.
+    vxcore::StringKey const & current() const noexcept { return m_entries[m_current].loan.key(); }
+
+    /// The current name, from a loan.
+    AttributeName take_current() noexcept { return m_entries[m_current].loan.take(); }
 
   private:
     using Index = unsigned char;
@@ -57,11 +62,12 @@ class NameSequence {
     struct Entry {
         bool holds(std::string_view text) const noexcept {
             return fingerprint == vxcore::TextFingerprint(text) &&
-                   (text.size() <= vxcore::TextFingerprint::exact_size || name.value() == text);
+                   (text.size() <= vxcore::TextFingerprint::exact_size ||
+                    loan.key().value() == text);
         }
 
         vxcore::TextFingerprint fingerprint;
-        AttributeName name;
+        vxcore::impl::KeyLoan loan;
         Index next = 0;     // the name that followed
         Index sameHash = 0; // the next entry in the same bucket
         bool isPlain = false;
