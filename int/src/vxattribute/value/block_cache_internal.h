@@ -54,10 +54,10 @@ class BlockCache {
     static constexpr std::size_t head_size = sizeof(void *);
     /// Bytes in the largest block. Memory of more bytes comes from the heap.
     static constexpr std::size_t max_size = blockStrides[std::size(blockStrides) - 1] - head_size;
-    /// Blocks start at multiples of it.
+    /// Between blocks of a slab, distances are multiples of it.
     static constexpr std::size_t alignment = 16;
 
-    /// Returns memory for `size` bytes.
+    /// Returns memory for `size` bytes, aligned like that of `operator new`.
     ///
     /// @raises std::bad_alloc: no memory for a slab; nothing has changed.
     static void * allocate(std::size_t size);
@@ -67,7 +67,7 @@ class BlockCache {
     /// @param size  The size that `allocate` was called with.
     static void free(void * block, std::size_t size) noexcept;
 
-    /// The same as calls, for sizes that are not constants: their code is longer.
+    /// The same, not inline: for sizes that are not constants, whose code is longer.
     static void * allocate_any(std::size_t size);
     static void free_any(void * block, std::size_t size) noexcept;
 
@@ -108,7 +108,8 @@ class BlockCache {
 
 #if VX_BLOCK_CACHE
 
-/// The class of the blocks for 16 * i - 7 to 16 * i + 8 bytes, for each i.
+/// The size class, an index into `blockStrides`, of 16 * i - 7 to 16 * i + 8 bytes (with a head of
+/// 8 bytes), for each i.
 inline constexpr auto blockClasses = [] {
     std::array<unsigned char, BlockCache::max_size / BlockCache::alignment + 1> classes{};
     unsigned char sizeClass = 0;

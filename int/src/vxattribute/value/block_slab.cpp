@@ -21,6 +21,7 @@ constexpr std::size_t first_place = round_up(sizeof(BlockSlab) + BlockCache::hea
 constexpr std::size_t first_slab = 2048;
 constexpr unsigned int max_doublings = 3;
 constexpr std::size_t heap_head = 16;
+static_assert((first_slab << max_doublings) / BlockCache::alignment <= 0x3FFF, "fits the word");
 
 } // namespace
 
@@ -97,11 +98,14 @@ void BlockSlab::return_list(Block * block) noexcept {
     }
 }
 
-/// Adds a list of `count` blocks to those that were returned, and sets `flags`.
+/// Adds a list of `count` blocks to those that were returned, and sets `flags`. Once the word is
+/// exchanged, another thread may free a slab that was left, unless it is spent, which makes this
+/// thread the last, or the lock is held.
 void BlockSlab::change(Block * first, Block * last, unsigned int count, Word flags) noexcept {
     std::unique_lock lock(owner.lock, std::defer_lock);
     Word word = returned.load(std::memory_order_acquire);
     Word changed = 0;
+    bool isSpent = false;
     for (;;) {
         changed = (word + count * one_block) | flags;
         if (count != 0) {
@@ -109,6 +113,7 @@ void BlockSlab::change(Block * first, Block * last, unsigned int count, Word fla
             changed = (changed & ~place_mask) | place_of(first);
         }
         changed = settled(changed);
+        isSpent = is_spent(changed);
         if (((word ^ changed) & is_listed) != 0 && !lock.owns_lock()) {
             lock.lock();
             word = returned.load(std::memory_order_acquire);
@@ -120,22 +125,23 @@ void BlockSlab::change(Block * first, Block * last, unsigned int count, Word fla
     if (((word ^ changed) & is_listed) != 0) {
         (changed & is_listed) != 0 ? owner.enlist(*this) : owner.delist(*this);
     }
-    if (is_spent(changed)) {
-        lock = {};
+    if (isSpent) {
+        lock = {}; // the heap need not wait for it, nor it for the heap
         Pool & pool = owner;
         ::operator delete(this);
         pool.release();
     }
 }
 
-/// A slab without its owner is listed from a quarter of its blocks on, and not once all are back.
+/// A slab that was left is listed from a quarter of its blocks on, but not when all are back.
 BlockSlab::Word BlockSlab::settled(Word word) const noexcept {
     if ((word & is_left) == 0) {
         return word;
     }
-    return is_spent(word)                    ? word & ~is_listed
-           : count_of(word) * 4 >= cutBlocks ? word | is_listed
-                                             : word;
+    if (is_spent(word)) {
+        return word & ~is_listed;
+    }
+    return count_of(word) * 4 >= cutBlocks ? word | is_listed : word;
 }
 
 } // namespace vxattribute::impl

@@ -34,7 +34,7 @@ TypedValue<T>::~TypedValue() {
 
 template <typename T>
 T * TypedValue<T>::allocate(unsigned int capacity) {
-    static_assert(alignof(T) <= BlockCache::alignment);
+    static_assert(alignof(T) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
     if (capacity > std::numeric_limits<std::size_t>::max() / sizeof(T)) {
         throw std::bad_array_new_length();
     }
