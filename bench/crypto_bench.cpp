@@ -6,7 +6,7 @@
 
 #include "measure.h"
 
-#include "vxcrypto/eax_aes_context.h"
+#include "vxcrypto/eax_aes.h"
 
 #include <openssl/aes.h>
 #include <openssl/evp.h>
@@ -64,35 +64,20 @@ struct Buffers {
 
 struct Ours {
     static void seal(Buffers & b) {
-        vxcrypto::EaxAesContext eax(m_key, nonce, {header, headerSize});
-        eax.ctr().process(b.sealed, b.size);
-        eax.cmac().update(b.sealed, b.size);
-        eax.finish();
-        std::memcpy(b.tag, eax.tag(), tagSize);
+        vxcrypto::eax_aes_seal(m_key, nonce, {header, headerSize}, b.sealed, b.size, b.tag);
     }
 
     static bool verify(Buffers & b) {
-        vxcrypto::EaxAesContext eax(m_key, nonce, {header, headerSize});
-        return matches(eax, b);
+        return vxcrypto::eax_aes_verify(m_key, nonce, {header, headerSize}, b.sealed, b.size,
+                                        b.tag);
     }
 
     static bool open(Buffers & b) {
-        vxcrypto::EaxAesContext eax(m_key, nonce, {header, headerSize});
-        if (!matches(eax, b)) {
-            return false;
-        }
-        std::memcpy(b.opened, b.sealed, b.size);
-        eax.ctr().process(b.opened, b.size);
-        return true;
+        return vxcrypto::eax_aes_open(m_key, nonce, {header, headerSize}, b.sealed, b.size, b.tag,
+                                      b.opened);
     }
 
   private:
-    static bool matches(vxcrypto::EaxAesContext & eax, Buffers & b) {
-        eax.cmac().update(b.sealed, b.size);
-        eax.finish();
-        return eax.tag_matches(b.tag);
-    }
-
     static inline vxcrypto::Key const m_key{key, sizeof key};
 };
 
@@ -182,8 +167,11 @@ struct Size {
     unsigned int bytes;
 };
 
-constexpr Size sizes[] = {
-    {"16_B", 16}, {"1_KiB", 1024}, {"64_KiB", 64 * 1024}, {"16_MiB", 16 * 1024 * 1024}};
+constexpr Size sizes[] = {{"16_B", 16},
+                          {"64_B", 64},
+                          {"1_KiB", 1024},
+                          {"64_KiB", 64 * 1024},
+                          {"16_MiB", 16 * 1024 * 1024}};
 
 template <typename Peer>
 void add_seal(char const * peer, Size size) {

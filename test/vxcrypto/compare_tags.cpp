@@ -3,6 +3,7 @@
 // stops at the first difference, as an ordinary comparison does.
 
 #include "vxcrypto/constant_time.h"
+#include "vxcrypto/eax_aes.h"
 #include "vxcrypto/eax_aes_context.h"
 
 #include <cstring>
@@ -10,6 +11,8 @@
 namespace {
 
 constexpr unsigned int size = 200;
+vxcrypto::Key const sealingKey(16);
+constexpr unsigned char nonce[16] = {};
 
 bool early_equal(unsigned char const * a, unsigned char const * b) {
     for (unsigned int i = 0; i < size; ++i) {
@@ -34,7 +37,9 @@ extern "C" [[gnu::noinline]] bool compare_tags(bool isLibrary, unsigned int isLa
     if (!isLibrary) {
         return early_equal(a.data(), b.data());
     }
-    bool isEqual = eax.tag_matches(b.data() + isLast * (size - 16)) || a.equal(b);
+    unsigned char const * const tag = b.data() + isLast * (size - 16);
+    bool isEqual = eax.tag_matches(tag) || a.equal(b);
+    isEqual |= vxcrypto::eax_aes_verify(sealingKey, nonce, {}, nullptr, 0, tag);
     for (unsigned int const some : {16u, 17u, size}) {
         unsigned int const skipped = isLast * (size - some);
         isEqual |= vxcrypto::constant_time_equal(a.data() + skipped, b.data() + skipped, some);
@@ -48,7 +53,7 @@ int main(int argc, char ** argv) {
     }
     unsigned int const isLast = std::strcmp(argv[2], "last") == 0 ? 1 : 0;
     vxcrypto::Key a(size);
-    vxcrypto::EaxAesContext eax(vxcrypto::Key(16), a.data(), {});
+    vxcrypto::EaxAesContext eax(sealingKey, nonce, {});
     eax.finish();
     std::memcpy(a.mutable_data(), eax.tag(), 16);
     std::memcpy(a.mutable_data() + size - 16, eax.tag(), 16);

@@ -6,11 +6,9 @@
 
 #include "vxcore/error_exception.h"
 #include "vxcrypto/aes_block_internal.h"
-#include "vxcrypto/aesni_internal.h"
+#include "vxcrypto/aes_schedule_internal.h"
 #include "vxcrypto/cleanse.h"
 #include "vxcrypto/error_codes_internal.h"
-
-#include <openssl/aes.h>
 
 #include <cstring>
 
@@ -57,21 +55,14 @@ constinit BlockFunctions blockFunctions = portable;
 
 #if defined(VX_AES_BULK) && defined(__x86_64__)
 
-unsigned char const * round_keys(AES_KEY const * schedule) noexcept {
-    return reinterpret_cast<unsigned char const *>(schedule->rd_key);
-}
-
 constexpr BlockFunctions aesni = {
     [](AES_KEY const * schedule, unsigned char * x, unsigned char const * data,
        unsigned int blocks) noexcept {
-        impl::aesni_chain(round_keys(schedule), static_cast<unsigned int>(schedule->rounds), x,
-                          data, blocks);
+        impl::aesni_chain(impl::aesni_keys(*schedule), x, data, blocks);
     },
     [](AES_KEY const * schedule, unsigned char * counter, unsigned char * data,
        unsigned int blocks) noexcept {
-        impl::aesni_xor_key_stream(round_keys(schedule),
-                                   static_cast<unsigned int>(schedule->rounds), counter, data,
-                                   blocks);
+        impl::aesni_xor_key_stream(impl::aesni_keys(*schedule), counter, data, data, blocks);
     }};
 
 /// The results of one set of functions for public data.
@@ -113,7 +104,7 @@ bool aesni_agrees() noexcept {
 }
 
 /// Switches to the AES-NI functions at load, if they work here.
-[[maybe_unused]] bool const usesAesni = [] {
+bool const usesAesni = [] {
     bool const agrees = impl::has_aes_instructions() && aesni_agrees();
     if (agrees) {
         blockFunctions = aesni;
@@ -125,7 +116,15 @@ bool aesni_agrees() noexcept {
 
 } // namespace
 
-void AesEncryptContext::rekey(unsigned char const * key, unsigned int size) {
+namespace impl {
+
+#if defined(VX_AES_BULK) && defined(__x86_64__)
+bool uses_aesni() noexcept {
+    return usesAesni;
+}
+#endif
+
+void check_key(unsigned char const * key, unsigned int size) {
     if (key == nullptr || (size != 16 && size != 24 && size != 32)) {
         vxcore::throw_error(
             error::vxcrypto_key_size,
@@ -133,6 +132,12 @@ void AesEncryptContext::rekey(unsigned char const * key, unsigned int size) {
                                  true),
             VXCORE_LOCATION("vxcrypto::AesEncryptContext::rekey()"));
     }
+}
+
+} // namespace impl
+
+void AesEncryptContext::rekey(unsigned char const * key, unsigned int size) {
+    impl::check_key(key, size);
     m_schedule.allocate(sizeof(AES_KEY));
     AES_set_encrypt_key(key, static_cast<int>(size * 8), static_cast<AES_KEY *>(m_schedule.data()));
 }

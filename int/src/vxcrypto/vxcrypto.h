@@ -8,6 +8,7 @@
 #include "vxcrypto/cleanse.h"
 #include "vxcrypto/cleansed_block.h"
 #include "vxcrypto/constant_time.h"
+#include "vxcrypto/eax_aes.h"
 #include "vxcrypto/eax_aes_context.h"
 #include "vxcrypto/fwd.h"
 #include "vxcrypto/key.h"
