@@ -95,6 +95,9 @@ TEST(SecuredValueCipher, EveryChangedBitIsRefused) {
                 SecuredValue const bad = value_of(parts.substr(0, 4), id, parts.substr(4));
                 SecuredValue::ErrorPtr error;
                 ASSERT_FALSE(bad.authenticate(key)) << id << ' ' << size << ' ' << bit;
+                ASSERT_FALSE(
+                    cipher(id).authenticate(key, parts.substr(0, 4), list_of(parts.substr(4), 40)))
+                    << id << ' ' << size << ' ' << bit;
                 ASSERT_TRUE(bad.extract(key, &error).is_null()) << size << ' ' << bit;
                 ASSERT_TRUE(error) << size << ' ' << bit;
                 ASSERT_EQ(error->code(), error::vxattribute_value_secured_authentication);

@@ -43,19 +43,4 @@ class WipedList {
     Ptr m_list;
 };
 
-/// Calls `action(data, size)` for each run of bytes from `offset` on, in order. The action may
-/// change the bytes.
-template <typename Action>
-void for_each_run_from(vxserialize::MemoryList & list, unsigned int offset, Action action) {
-    for (auto segment = list.segment_write_iterator(); !segment.at_end(); ++segment) {
-        unsigned int const size = segment->size();
-        if (offset >= size) {
-            offset -= size;
-            continue;
-        }
-        action(segment->get_inplace_write_ptr(size) + offset, size - offset);
-        offset = 0;
-    }
-}
-
 } // namespace vxattribute::impl

@@ -4,6 +4,7 @@
 #include "vxcore/error_composer.h"
 #include "vxcore/error_exception.h"
 #include "vxcore/text_conversion.h"
+#include "vxcrypto/eax_aes.h"
 #include "vxcrypto/eax_aes_context.h"
 #include "vxcrypto/random_provider.h"
 
@@ -62,6 +63,30 @@ void make_nonce(vxcrypto::IRandomProvider & random, unsigned char (&nonce)[nonce
     }
 }
 
+/// The bytes of a list for writing: null for an empty list, otherwise those of its one segment.
+unsigned char * bytes_of(MemoryList & list) {
+    auto const segment = list.segment_write_iterator();
+    return segment.at_end() ? nullptr : segment->get_inplace_write_ptr(list.size());
+}
+
+/// Checks sealed bytes that are in one piece, and opens a copy of them if `plaintext` is not null.
+bool open_piece(vxcrypto::Key const & key, std::string const & annotation,
+                unsigned char const * sealed, unsigned int size,
+                SecuredValue::Ciphertext * plaintext) {
+    unsigned char const * const message = sealed + nonceSize;
+    unsigned char const * const tag = message + size;
+    if (plaintext == nullptr) {
+        return vxcrypto::eax_aes_verify(key, sealed, annotation, message, size, tag);
+    }
+    vxcore::RefCountPtr<MemoryList> opened = MemoryList::create(message, size);
+    bool const matches =
+        vxcrypto::eax_aes_open(key, sealed, annotation, message, size, tag, bytes_of(*opened));
+    if (matches) {
+        *plaintext = std::move(opened);
+    }
+    return matches;
+}
+
 /// Feeds `size` bytes at the cursor to the MAC, without copying them.
 void authenticate_bytes(EaxAesContext & eax, vxserialize::MemoryListCursor & at,
                         unsigned int size) {
@@ -77,12 +102,36 @@ void authenticate_bytes(EaxAesContext & eax, vxserialize::MemoryListCursor & at,
 
 /// Deciphers the bytes between nonce and tag. The sublist shares memory with the sealed list. The
 /// first write to shared memory copies it, so the sealed bytes stay as they are.
-vxcore::RefCountPtr<MemoryList> decipher(EaxAesContext & eax, MemoryList const & ciphertext) {
-    WipedList plaintext(ciphertext.sublist(nonceSize, ciphertext.size() - nonceSize - tagSize));
-    for_each_run_from(*plaintext, 0, [&eax](unsigned char * data, unsigned int size) {
-        eax.ctr().process(data, size);
-    });
+vxcore::RefCountPtr<MemoryList> decipher(EaxAesContext & eax, MemoryList const & ciphertext,
+                                         unsigned int size) {
+    WipedList plaintext(ciphertext.sublist(nonceSize, size));
+    for (auto segment = plaintext->segment_write_iterator(); !segment.at_end(); ++segment) {
+        unsigned int const run = segment->size();
+        eax.ctr().process(segment->get_inplace_write_ptr(run), run);
+    }
     return plaintext.release();
+}
+
+/// As `open_piece`, for sealed bytes that are in several segments: each segment is used where it
+/// is.
+bool open_segments(vxcrypto::Key const & key, std::string const & annotation,
+                   MemoryList const & sealed, unsigned int size,
+                   SecuredValue::Ciphertext * plaintext) {
+    vxserialize::MemoryListCursor at = sealed.reader();
+    unsigned char nonce[nonceSize];
+    at.read_at_cursor(nonce, nonceSize);
+    at.cursor_advance(nonceSize);
+    EaxAesContext eax(key, nonce, annotation);
+    authenticate_bytes(eax, at, size);
+    // The tag is complete before any byte is deciphered: forged bytes are never opened.
+    eax.finish();
+    unsigned char tag[tagSize];
+    at.read_at_cursor(tag, tagSize);
+    bool const matches = eax.tag_matches(tag);
+    if (matches && plaintext != nullptr) {
+        *plaintext = decipher(eax, sealed, size);
+    }
+    return matches;
 }
 
 } // namespace
@@ -94,19 +143,17 @@ SecuredValueCipherEaxAesBase::encrypt(SecuredValue::Ciphertext const & plaintext
     check_key(*this, key, encryptFunction);
     unsigned char nonce[nonceSize];
     make_nonce(random, nonce);
-    EaxAesContext eax(key, nonce, annotation);
-    WipedList sealed(MemoryList::create()); // holds the plaintext until it is enciphered
+    unsigned int const size = plaintext ? plaintext->size() : 0;
+    // Room for all of it, so that it is in one segment. A sum of more than 32 bits makes too little
+    // room, but then a list cannot have so many bytes and appending them raises.
+    WipedList sealed(MemoryList::create(nonceSize + size + tagSize));
     sealed->append(nonce, nonceSize);
     if (plaintext) {
-        sealed->append_defragmented(*plaintext);
+        sealed->append_defragmented(*plaintext); // until it is enciphered, a failure wipes it
     }
-    // EAX authenticates the enciphered bytes, so each run is enciphered first.
-    for_each_run_from(*sealed, nonceSize, [&eax](unsigned char * data, unsigned int size) {
-        eax.ctr().process(data, size);
-        eax.cmac().update(data, size);
-    });
-    eax.finish();
-    sealed->append(eax.tag(), tagSize);
+    sealed->append(nonce, tagSize); // to be replaced by the tag
+    unsigned char * const message = bytes_of(*sealed) + nonceSize;
+    vxcrypto::eax_aes_seal(key, nonce, annotation, message, size, message + size);
     return sealed.release();
 }
 
@@ -132,27 +179,16 @@ bool SecuredValueCipherEaxAesBase::authenticate_decrypt(
         throw_about(m_id, "Ciphertext size not valid for cipher.  Cipher={@cipherId}",
                     error::vxattribute_value_secured_ciphertext);
     }
-    vxserialize::MemoryListCursor at = ciphertext->reader();
-    unsigned char nonce[nonceSize];
-    at.read_at_cursor(nonce, nonceSize);
-    at.cursor_advance(nonceSize);
-    EaxAesContext eax(key, nonce, annotation);
-    authenticate_bytes(eax, at, ciphertext->size() - nonceSize - tagSize);
-    // The tag is complete before any byte is deciphered: forged bytes are never opened.
-    eax.finish();
-    unsigned char tag[tagSize];
-    at.read_at_cursor(tag, tagSize);
-    if (!eax.tag_matches(tag)) {
-        if (plaintext == nullptr) {
-            return false;
-        }
+    unsigned int const size = ciphertext->size() - nonceSize - tagSize;
+    auto const first = ciphertext->segment_read_iterator();
+    bool const matches = first->size() == ciphertext->size()
+                             ? open_piece(key, annotation, first->data(), size, plaintext)
+                             : open_segments(key, annotation, *ciphertext, size, plaintext);
+    if (!matches && plaintext != nullptr) {
         throw_about(m_id, "Ciphertext fails authentication with provided key.  Cipher={@cipherId}",
                     error::vxattribute_value_secured_authentication);
     }
-    if (plaintext != nullptr) {
-        *plaintext = decipher(eax, *ciphertext);
-    }
-    return true;
+    return matches;
 }
 
 void SecuredValueCipherNull::check_keysize(vxcrypto::Key const & key) const {
