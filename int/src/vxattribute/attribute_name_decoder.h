@@ -5,6 +5,11 @@
 
 namespace vxattribute {
 
+namespace impl {
+template <typename Source>
+class ValueReader;
+}
+
 /// Reads names that an AttributeNameEncoder wrote.
 ///
 /// The stream refers to the packages that it uses. When the decoder lacks one of them, its names
@@ -52,6 +57,9 @@ class VXATTRIBUTE_API AttributeNameDecoder final : public IAttributeNameDecoder 
     AttributeName read_attribute_name(vxserialize::Reader & reader) override;
 
   private:
+    template <typename Source>
+    friend class impl::ValueReader;
+
     /// The tokens from `base` on, `size` of them, are the names of a package.
     struct PackageRef {
         bool covers(unsigned int token) const noexcept {
@@ -65,7 +73,20 @@ class VXATTRIBUTE_API AttributeNameDecoder final : public IAttributeNameDecoder 
     };
 
     void read_package_ref(vxserialize::Reader & reader, std::vector<PackageRef> & refs) const;
-    PackageRef const & ref_of(unsigned int token);
+
+    /// The name of that token. Successive names are mostly of one package, so the last reference
+    /// found is tried first, in line.
+    AttributeName name_of(unsigned int token) {
+        if (m_lastRef >= m_packageRefs.size() || !m_packageRefs[m_lastRef].covers(token)) {
+            find_ref(token);
+        }
+        PackageRef const & ref = m_packageRefs[m_lastRef];
+        return ref.package != nullptr ? ref.package->begin()[token - ref.base]
+                                      : generated_name(ref, token);
+    }
+
+    void find_ref(unsigned int token);
+    static AttributeName generated_name(PackageRef const & ref, unsigned int token);
 
     AttributeNamePackageSet::Ptr m_packageSet;
     bool m_failOnUnknownPackage;

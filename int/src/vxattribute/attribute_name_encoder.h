@@ -5,6 +5,11 @@
 
 namespace vxattribute {
 
+namespace impl {
+template <typename Sink>
+class ValueWriter;
+}
+
 /// Writes names of shared packages as small numbers, and all other names as they are.
 ///
 /// The number of a name is called its token: its position in the package, plus the base of the
@@ -50,6 +55,9 @@ class VXATTRIBUTE_API AttributeNameEncoder final : public IAttributeNameEncoder 
     void write_attribute_name(vxserialize::Writer & writer, AttributeName const & name) override;
 
   private:
+    template <typename Sink>
+    friend class impl::ValueWriter;
+
     /// A package in use, owned by the set.
     struct PackageMapping {
         AttributeNamePackage const * package;
@@ -60,6 +68,20 @@ class VXATTRIBUTE_API AttributeNameEncoder final : public IAttributeNameEncoder 
 
     static unsigned int next_base(Mappings const & mappings) noexcept;
     bool is_all_mapped() const noexcept;
+
+    /// Sets `token` for a name of a package in use. Returns false for any other name.
+    bool find_token(AttributeName const & name, unsigned int & token) const noexcept {
+        for (auto const & [package, base] : m_mappings) {
+            if (AttributeName const * const found = package->find(name); found != package->end()) {
+                token = base + static_cast<unsigned int>(found - package->begin());
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Writes a name that no package in use has.
+    void write_other_name(vxserialize::Writer & writer, AttributeName const & name);
     bool write_new_package(vxserialize::Writer & writer, AttributeName const & name);
 
     AttributeNamePackageSet::Ptr m_packageSet;

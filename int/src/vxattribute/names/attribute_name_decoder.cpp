@@ -65,23 +65,12 @@ AttributeName AttributeNameDecoder::read_attribute_name(vxserialize::Reader & re
     } else if (kind != vxserialize::eElement_Unsigned) {
         return AttributeName(reader.read_string_key());
     }
-    unsigned int const token = reader.read_uint();
-    PackageRef const & ref = ref_of(token);
-    unsigned int const position = token - ref.base;
-    // An unknown package: the generated name is the same wherever this id and position come again.
-    if (ref.package == nullptr) {
-        return AttributeName(ref.id.as_string(1) + ":" + vxcore::to_string(position));
-    }
-    return ref.package->begin()[position];
+    return name_of(reader.read_uint());
 }
 
-/// The reference that covers the token. Successive names are mostly of one package, so the last
-/// reference found is tried first. Ranges ascend and do not overlap, so only the last one that
-/// begins at or before the token can cover it.
-AttributeNameDecoder::PackageRef const & AttributeNameDecoder::ref_of(unsigned int token) {
-    if (m_lastRef < m_packageRefs.size() && m_packageRefs[m_lastRef].covers(token)) {
-        return m_packageRefs[m_lastRef];
-    }
+/// Makes the reference that covers the token the last one. Ranges ascend and do not overlap, so
+/// only the last one that begins at or before the token can cover it.
+void AttributeNameDecoder::find_ref(unsigned int token) {
     auto const next =
         std::upper_bound(m_packageRefs.begin(), m_packageRefs.end(), token,
                          [](unsigned int t, PackageRef const & ref) { return t < ref.base; });
@@ -89,7 +78,11 @@ AttributeNameDecoder::PackageRef const & AttributeNameDecoder::ref_of(unsigned i
         throw_unknown_index(token);
     }
     m_lastRef = static_cast<std::size_t>(next - m_packageRefs.begin()) - 1;
-    return m_packageRefs[m_lastRef];
+}
+
+/// The name of a token of an unknown package: the same wherever this id and position come again.
+AttributeName AttributeNameDecoder::generated_name(PackageRef const & ref, unsigned int token) {
+    return AttributeName(ref.id.as_string(1) + ":" + vxcore::to_string(token - ref.base));
 }
 
 void AttributeNameDecoder::read_package_ref(vxserialize::Reader & reader,

@@ -69,12 +69,16 @@ void AttributeNameEncoder::write_encoder_mappings(vxserialize::Writer & writer) 
 void AttributeNameEncoder::write_attribute_name(vxserialize::Writer & writer,
                                                 AttributeName const & name) {
     // Packages in use come first: a name of several packages must not cause another reference.
-    for (auto const & [package, base] : m_mappings) {
-        if (AttributeName const * const found = package->find(name); found != package->end()) {
-            writer << base + static_cast<unsigned int>(found - package->begin());
-            return;
-        }
+    unsigned int token = 0;
+    if (find_token(name, token)) {
+        writer.write_uint(token);
+    } else {
+        write_other_name(writer, name);
     }
+}
+
+void AttributeNameEncoder::write_other_name(vxserialize::Writer & writer,
+                                            AttributeName const & name) {
     if (is_all_mapped() || !write_new_package(writer, name)) {
         name.write(writer);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vxattribute/attribute_name_coder.h"
+#include "vxattribute/attribute_name_decoder.h"
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/element_types.h"
 #include "vxattribute/map/map_builder_internal.h"
@@ -9,6 +9,8 @@
 #include "vxattribute/stream/marshaled_type_internal.h"
 #include "vxserialize/error_info_stream.h"
 #include "vxserialize/memory_reader_impl.h"
+
+#include <typeinfo>
 
 namespace vxattribute::impl {
 
@@ -28,7 +30,10 @@ class ValueReader {
     /// @param decoder  Null for plain names.
     ValueReader(Source source, vxserialize::Reader & reader,
                 IAttributeNameDecoder * decoder) noexcept
-        : m_source(source), m_reader(reader), m_decoder(decoder) {}
+        : m_source(source), m_reader(reader), m_decoder(decoder),
+          m_tokens(decoder != nullptr && typeid(*decoder) == typeid(AttributeNameDecoder)
+                       ? static_cast<AttributeNameDecoder *>(decoder)
+                       : nullptr) {}
 
     /// Of equal names the last value is kept.
     AttributeMap read_map() {
@@ -203,8 +208,14 @@ class ValueReader {
     }
 
     AttributeName read_name() {
-        return m_decoder != nullptr ? m_decoder->read_attribute_name(m_reader)
-                                    : AttributeName(m_source.read_string_key());
+        if (m_decoder == nullptr) {
+            return AttributeName(m_source.read_string_key());
+        }
+        // A token of the usual decoder needs no call of it.
+        if (m_tokens != nullptr && m_source.next_type() == vxserialize::eElement_Unsigned) {
+            return m_tokens->name_of(m_source.read_uint());
+        }
+        return m_decoder->read_attribute_name(m_reader);
     }
 
     template <typename T>
@@ -262,8 +273,9 @@ class ValueReader {
     Source m_source;
     vxserialize::Reader & m_reader;
     IAttributeNameDecoder * const m_decoder;
-    MapBuilder m_elements; // of the maps that are being read
-    std::string m_joined;  // a string that was in several segments
+    AttributeNameDecoder * const m_tokens; // `m_decoder`, if it is the one of this library
+    MapBuilder m_elements;                 // of the maps that are being read
+    std::string m_joined;                  // a string that was in several segments
 };
 
 } // namespace vxattribute::impl

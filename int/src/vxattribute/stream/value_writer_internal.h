@@ -1,11 +1,13 @@
 #pragma once
 
-#include "vxattribute/attribute_name_coder.h"
+#include "vxattribute/attribute_name_encoder.h"
 #include "vxattribute/element_types.h"
 #include "vxattribute/sorted_by_name.h"
 #include "vxattribute/stream/bare_kind_internal.h"
 #include "vxserialize/error_info_stream.h"
 #include "vxserialize/memory_writer_impl.h"
+
+#include <typeinfo>
 
 namespace vxattribute::impl {
 
@@ -24,7 +26,11 @@ class ValueWriter {
     /// @param sortedNames  Sorts the elements of each map by the bytes of their names.
     ValueWriter(Sink sink, vxserialize::Writer & writer, IAttributeNameEncoder * encoder,
                 bool sortedNames) noexcept
-        : m_sink(sink), m_writer(writer), m_encoder(encoder), m_sortedNames(sortedNames) {}
+        : m_sink(sink), m_writer(writer), m_encoder(encoder),
+          m_tokens(encoder != nullptr && typeid(*encoder) == typeid(AttributeNameEncoder)
+                       ? static_cast<AttributeNameEncoder *>(encoder)
+                       : nullptr),
+          m_sortedNames(sortedNames) {}
 
     void write_value(AttributeValue const & value) {
         if (value.is_null()) {
@@ -63,11 +69,7 @@ class ValueWriter {
 
     /// Writes a name and a value.
     void write_element(Element const & element) {
-        if (m_encoder != nullptr) {
-            m_encoder->write_attribute_name(m_writer, element.first);
-        } else {
-            m_sink.write_string_key(element.first.key());
-        }
+        write_name(element.first);
         write_value(element.second);
     }
 
@@ -78,6 +80,19 @@ class ValueWriter {
 
     static Element const & element_at(std::vector<MapIterator>::const_iterator position) noexcept {
         return **position;
+    }
+
+    void write_name(AttributeName const & name) {
+        unsigned int token = 0;
+        if (m_encoder == nullptr) {
+            m_sink.write_string_key(name.key());
+        } else if (m_tokens == nullptr) {
+            m_encoder->write_attribute_name(m_writer, name);
+        } else if (m_tokens->find_token(name, token)) {
+            m_sink.write_uint(token);
+        } else {
+            m_tokens->write_other_name(m_writer, name);
+        }
     }
 
     template <typename T>
@@ -142,6 +157,7 @@ class ValueWriter {
     Sink m_sink;
     vxserialize::Writer & m_writer;
     IAttributeNameEncoder * const m_encoder;
+    AttributeNameEncoder * const m_tokens; // `m_encoder`, if it is the one of this library
     bool const m_sortedNames;
 };
 
