@@ -42,6 +42,23 @@ class TextStream final : public vxcore::IReadStream {
     bool m_ended = false;
 };
 
+/// Passes tokens on, so that a reader takes them by virtual calls only.
+class ForwardingTokenizer final : public vxjson::ITokenizer {
+  public:
+    explicit ForwardingTokenizer(vxjson::ITokenizer & source) : m_source(source) {}
+
+    vxjson::EToken next() override { return m_source.next(); }
+
+    vxjson::StringSlice & text(vxjson::StringSlice & out) override { return m_source.text(out); }
+
+    void error(vxcore::ErrorInfo::Ptr & out) override { m_source.error(out); }
+
+    void position(vxjson::SourcePosition & out) override { m_source.position(out); }
+
+  private:
+    vxjson::ITokenizer & m_source;
+};
+
 /// Returns all tokens in one line, in the form that tokens.txt describes. Runs of a string are
 /// joined.
 inline std::string trace(vxjson::ITokenizer & tokenizer) {

@@ -20,8 +20,7 @@ char const * DirectRead::start(Reader const & reader, unsigned int & depth) noex
     if (!reader.m_tokenPushedBack) {
         return tokenizer.m_mode == Tokenizer::eMode_Between ? tokenizer.m_cursor : nullptr;
     }
-    char const * const at =
-        tokenizer.m_begin + static_cast<std::ptrdiff_t>(tokenizer.m_tokenOffset - tokenizer.m_base);
+    char const * const at = tokenizer.m_text.data();
     switch (reader.m_token) {
     case eToken_Punctuator:
         depth += *at == '{' || *at == '[' ? -1u : *at == '}' || *at == ']' ? 1u : 0u;
@@ -39,8 +38,8 @@ char const * DirectRead::start(Reader const & reader, unsigned int & depth) noex
 
 bool DirectRead::begin(Reader const & reader, PlainText & text) noexcept {
     Tokenizer const * const tokenizer = reader.m_known;
-    if (tokenizer == nullptr || !tokenizer->m_ended || tokenizer->m_failed || reader.m_failed ||
-        !reader.m_current ||
+    if (tokenizer == nullptr || !tokenizer->m_ended ||
+        tokenizer->m_mode == Tokenizer::eMode_Failed || reader.m_failed || !reader.m_current ||
         (reader.m_current->type() != Reader::Value::eType_Object &&
          reader.m_current->type() != Reader::Value::eType_Array)) {
         return false;
@@ -58,13 +57,7 @@ bool DirectRead::begin(Reader const & reader, PlainText & text) noexcept {
 void DirectRead::end(Reader & reader, char const * closing) noexcept {
     Tokenizer & tokenizer = *reader.m_known;
     unsigned int depth = 0;
-    char const * at = start(reader, depth);
-    // Strings have no line feed, so each one that was passed is white space.
-    while ((at = std::find(at, closing, '\n')) != closing) {
-        ++at;
-        ++tokenizer.m_line;
-        tokenizer.m_lineStart = tokenizer.offset(at);
-    }
+    start(reader, depth);
     tokenizer.m_depth = depth;
     tokenizer.m_mode = Tokenizer::eMode_Between;
     tokenizer.m_cursor = closing;

@@ -30,8 +30,6 @@ class VXJSON_API DirectRead {
     static bool begin(Reader const & reader, PlainText & text) noexcept;
 
     /// Moves the reader to `closing`, the bracket that closes the container: the next token.
-    ///
-    /// @cost  Counts the lines that were passed, for positions.
     static void end(Reader & reader, char const * closing) noexcept;
 
   private:

@@ -1,7 +1,8 @@
 #include "vxjson/reader.h"
 
 #include "vxjson/error_codes_internal.h"
-#include "vxjson/tokenizer.h"
+#include "vxjson/number_text_internal.h"
+#include "vxjson/reader_steps_internal.h"
 
 #include <new>
 
@@ -16,24 +17,61 @@ constexpr char const * in_next_child = "vxjson::Reader::next_child()";
 Reader::Reader(ITokenizer & tokenizer) : Reader(tokenizer, Options()) {}
 
 Reader::Reader(ITokenizer & tokenizer, Options const & options)
-    : m_tokenizer(&tokenizer), m_known(dynamic_cast<Tokenizer *>(&tokenizer)),
-      m_current(new Value(*this, nullptr, Value::eType_Root, {})), m_options(options) {}
+    : Reader(tokenizer, dynamic_cast<Tokenizer *>(&tokenizer), options) {}
 
-Reader::~Reader() = default;
+Reader::Reader(Tokenizer & tokenizer) : Reader(tokenizer, Options()) {}
+
+Reader::Reader(Tokenizer & tokenizer, Options const & options)
+    : Reader(tokenizer, &tokenizer, options) {}
+
+Reader::Reader(ITokenizer & tokenizer, Tokenizer * known, Options const & options)
+    : m_tokenizer(&tokenizer), m_known(known),
+      m_lends(known != nullptr && known->m_stream == nullptr), m_root(new Value(*this, nullptr)),
+      m_current(m_root.get()), m_options(options) {}
+
+Reader::~Reader() {
+    keep_texts();
+}
+
+/// Lets the current value and its ancestors go without the reader and the text.
+void Reader::keep_texts() noexcept {
+    for (Value * value = m_current; value != nullptr; value = value->m_parent) {
+        value->keep_texts();
+    }
+}
+
+/// Lets go of all values, at the end.
+void Reader::drop_values() noexcept {
+    keep_texts();
+    m_current = nullptr;
+    m_root.reset();
+}
+
+/// Replaces the object in `place`, which is missing or is held by somebody else. The new one takes
+/// over the objects for deeper values.
+Reader::Value & Reader::make_value(ValuePtr & place) {
+    ValuePtr value(new Value(*this, m_current));
+    if (place && place->m_inner) {
+        value->m_inner = std::move(place->m_inner);
+        value->m_inner->m_parent = value.get();
+    }
+    place = std::move(value);
+    return *place;
+}
 
 Reader::ValuePtr Reader::next_value() {
     if (m_failed) {
         fail_after_error(error::vxjson_reader, VXCORE_LOCATION("vxjson::Reader::next_value()"));
     }
-    if (!m_current) {
-        return nullptr;
-    }
-    if (m_currentPending) {
+    if (m_current == nullptr || m_currentPending) {
         m_currentPending = false;
-        return m_current;
+        return current();
     }
     try {
-        return advance();
+        if (!advance_to_number()) {
+            advance();
+        }
+        return current();
     } catch (std::bad_alloc const &) {
         m_failed = true; // a token may be lost, and what follows would be misread
         throw;
@@ -47,16 +85,16 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
     if (!parent) {
         fail("Parent parameter cannot be NULL", {}, VXCORE_LOCATION(in_next_child));
     }
-    if (!m_current) {
+    if (m_current == nullptr) {
         return nullptr;
     }
-    if (m_currentPending && parent == m_current) {
+    if (m_currentPending && parent.get() == m_current) {
         // The caller has the pending value from current(). Returning it again would make it a child
         // of itself, and a loop over documents would never end.
         m_currentPending = false;
     }
     ValuePtr value = next_value();
-    while (value && value->m_parent != parent) {
+    while (value && value->m_parent != parent.get()) {
         // The value is outside of `parent`, so it is kept for the next call.
         if (parent->m_depth >= value->m_depth) {
             m_currentPending = true;
@@ -65,6 +103,40 @@ Reader::ValuePtr Reader::next_child(ValuePtr parent) {
         value = next_value();
     }
     return value;
+}
+
+bool Reader::next_number(ValuePtr const & array, double & number) {
+    if (m_failed || m_currentPending || m_current == nullptr || !array ||
+        array->m_type != Value::eType_Array) {
+        return false;
+    }
+    bool const isAfterNumber =
+        m_current->m_type == Value::eType_Number && m_current->m_parent == array.get();
+    if (!isAfterNumber && m_current != array.get()) {
+        return false;
+    }
+    bool const isNumber = next_token() == eToken_Number;
+    m_tokenPushedBack = true;
+    if (!isNumber) {
+        return false;
+    }
+    if (isAfterNumber) {
+        leave_value();
+    }
+    vxcore::ErrorInfo::Ptr failure; // dropped: next_child() reports it through the value
+    double const value = impl::read_number(token_text(), &failure);
+    if (failure) {
+        return false;
+    }
+    m_tokenPushedBack = false;
+    try {
+        consume_comma();
+    } catch (std::bad_alloc const &) {
+        m_failed = true; // a token is lost
+        throw;
+    }
+    number = value;
+    return true;
 }
 
 } // namespace vxjson

@@ -4,6 +4,7 @@
 #include "vxcore/read_stream.h"
 #include "vxcore/ref_count_ptr.h"
 #include "vxjson/itokenizer.h"
+#include "vxjson/lazy_text_impl.h"
 
 #include <iosfwd>
 #include <string>
@@ -33,9 +34,10 @@ class DirectRead;
 /// comma follows. A call of `next_value()` at the end of a document reads the start of the next
 /// one. Over a live connection both calls wait for the sender.
 ///
-/// Cost. One small block per container. A scalar reuses the object of the scalar before it, unless
-/// a caller still holds that one; then it takes a block too. Memory grows with the depth of the
-/// document, not with its size.
+/// Cost. One block for each depth of the document: the next value reuses the object of the value
+/// before it, unless a caller still holds that one; then it takes a block too. Over text in memory,
+/// names and numbers are copied only for callers that ask for them or keep the value. Memory grows
+/// with the depth of the document, not with its size.
 ///
 /// Threads. A reader and its values belong to one thread at a time.
 ///
@@ -53,9 +55,11 @@ class VXJSON_API Reader {
         bool allow_reserved_names = false; ///< accept names such as "class"
     };
 
-    /// @param tokenizer  Must outlive the reader.
+    /// @param tokenizer  Must outlive the reader, and so must a text that it reads from memory.
     explicit Reader(ITokenizer & tokenizer);
     Reader(ITokenizer & tokenizer, Options const & options);
+    explicit Reader(Tokenizer & tokenizer);
+    Reader(Tokenizer & tokenizer, Options const & options);
     Reader(Reader const &) = delete;
     Reader & operator=(Reader const &) = delete;
 
@@ -104,29 +108,40 @@ class VXJSON_API Reader {
   private:
     friend class impl::DirectRead; // reads whole containers from the text
 
+    Reader(ITokenizer & tokenizer, Tokenizer * known, Options const & options);
+
     /// Longest name, and longest string that is read as a whole, in bytes.
     static constexpr unsigned int sm_maxStringSize = 0x8000000;
 
     // The grammar: what a token means for the current value (reader_grammar.cpp).
-    ValuePtr advance();
-    bool take_token(EToken token);
-    bool skip_text(EToken token);
-    bool take_in_root(EToken token);
-    bool take_in_object(EToken token);
-    bool take_in_array(EToken token);
-    ValuePtr open_container();
-    ValuePtr read_value(std::string && name);
-    std::string read_name();
-    std::string read_char_data();
-    void consume_comma();
-    void step_up() noexcept;
-    void leave_scalar() noexcept;
-    void close_container();
+    VXJSON_LOCAL void advance();
+    VXJSON_LOCAL bool advance_to_number();
+    VXJSON_LOCAL bool skip_text(EToken token);
+    VXJSON_LOCAL bool take_in_root(EToken token);
+    VXJSON_LOCAL void take_end_of_object(EToken token);
+    VXJSON_LOCAL bool take_in_array(EToken token);
+    VXJSON_LOCAL void open_container();
+    VXJSON_LOCAL Value & read_name();
+    VXJSON_LOCAL Value & read_slow_name();
+    VXJSON_LOCAL void read_value(Value & value, EToken token);
+    VXJSON_LOCAL void read_char_data(std::string & text);
+    VXJSON_LOCAL bool is_refused(std::string_view name) const noexcept;
+    VXJSON_LOCAL void consume_comma();
+    VXJSON_LOCAL void consume_slow_comma();
+    VXJSON_LOCAL void close_container();
 
     // Tokens.
-    EToken next_token();
-    std::string_view token_text();
-    char punctuator();
+    VXJSON_LOCAL EToken next_token();
+    VXJSON_LOCAL EToken scan_token();
+    VXJSON_LOCAL std::string_view token_text();
+    VXJSON_LOCAL char punctuator();
+
+    // The objects of values (reader_steps_internal.h).
+    VXJSON_LOCAL Value & new_value();
+    VXJSON_LOCAL Value & make_value(ValuePtr & place);
+    VXJSON_LOCAL void leave_value() noexcept;
+    VXJSON_LOCAL void drop_values() noexcept;
+    VXJSON_LOCAL void keep_texts() noexcept;
 
     // Failures (reader_failures.cpp).
     void keep_tokenizer_error() noexcept;
@@ -139,12 +154,13 @@ class VXJSON_API Reader {
 
     ITokenizer * const m_tokenizer;
     Tokenizer * const m_known; // m_tokenizer if it is a Tokenizer, for direct calls; or null
+    bool const m_lends;        // the texts of tokens stay in memory after their token
     EToken m_token = eToken_Unknown;
     bool m_tokenPushedBack = false; // next_token() returns m_token once more
     bool m_currentPending = false;  // next_value() returns m_current once more
     bool m_failed = false;          // set even when no memory was left for m_error
-    ValuePtr m_current;
-    ValuePtr m_spare; // an earlier scalar that nobody else holds, for reuse
+    ValuePtr m_root;                // holds all values down to m_current, and objects for reuse
+    Value * m_current;
     vxcore::ErrorInfo::Ptr m_error;
     Options const m_options;
 };
@@ -183,7 +199,7 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
     /// The name in the enclosing object; empty for elements of arrays and at the top level.
     ///
     /// @keeps  The reference holds while the caller holds the value.
-    std::string const & name() const noexcept VXCORE_LIFETIMEBOUND { return m_name; }
+    std::string const & name() const noexcept VXCORE_LIFETIMEBOUND { return m_name.string(); }
 
     /// The text of a string, literal or number. Further calls return the same text.
     ///
@@ -230,14 +246,14 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
 
     static constexpr unsigned int sm_noPosition = 0xFFFFFFFF;
 
-    Value(Reader & reader, ValuePtr parent, EType type, std::string && name);
+    Value(Reader & reader, Value * parent) noexcept
+        : m_reader(&reader), m_parent(parent),
+          m_depth(parent == nullptr ? 0 : parent->m_depth + 1) {}
+
     ~Value() override;
 
-    static ValuePtr make(Reader & reader, EType type, std::string && name);
-    bool is_reusable() const noexcept;
-    void reuse(ValuePtr const & parent, EType type, std::string && name) noexcept;
-
-    void read_token_value();
+    VXJSON_LOCAL void keep_texts() noexcept;
+    VXJSON_LOCAL void begin(EType type);
     void load_string();
     void check_scalar(EType type, char const * message, char const * function);
     void take_failure(std::exception const & e, ErrorSlot error, char const * function);
@@ -250,19 +266,21 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
     long long stream_size();
 
     Reader * const m_reader;
-    ValuePtr m_parent;
-    unsigned int m_depth; // number of ancestors
-    EType m_type;
-    std::string m_name;
+    Value * m_parent;           // only to compare once the reader has left this value
+    ValuePtr m_inner;           // the value inside this one, or its object for reuse
+    unsigned int const m_depth; // number of ancestors
+    EType m_type = eType_Root;
+    mutable impl::LazyText m_name;
     EState m_state = eState_Unread;
-    bool m_wasLoaded = false;     // the stream reads m_data, not the tokenizer
+    // Of the stream, once it has been read:
+    bool m_wasLoaded = false;     // it reads m_data, not the tokenizer
     unsigned int m_streamPos = 0; // in m_data or in the text of the current token
-    std::string m_data;
+    impl::LazyText m_data;        // lent only for literals and numbers
     StreamPtr m_stream;
 };
 
 inline Reader::ValuePtr Reader::current() const {
-    return m_current;
+    return ValuePtr(m_current);
 }
 
 /// "Root", "Object", "Array", "Null", "Boolean", "Number" or "String"; "##InvalidType(7)##" for any

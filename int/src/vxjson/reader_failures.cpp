@@ -44,7 +44,7 @@ void Reader::keep_tokenizer_error() noexcept {
 /// The last step of every failure: ends the reader and raises.
 void Reader::stop(vxcore::ErrorInfo::Ptr info) {
     m_failed = true;
-    m_current.reset();
+    drop_values();
     m_error = info;
     if (!info) {
         throw std::bad_alloc(); // keep_tokenizer_error() had no memory for an error

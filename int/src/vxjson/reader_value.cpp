@@ -3,7 +3,7 @@
 #include "vxcore/text_size.h"
 #include "vxjson/error_codes_internal.h"
 #include "vxjson/number_text_internal.h"
-#include "vxjson/reader.h"
+#include "vxjson/reader_steps_internal.h"
 #include "vxjson/value_read_stream_internal.h"
 
 #include <ostream>
@@ -18,55 +18,14 @@ constexpr char const * no_string = "Cannot return current value type <{@type}> a
 
 } // namespace
 
-Value::Value(Reader & reader, ValuePtr parent, EType type, std::string && name)
-    : m_reader(&reader), m_parent(std::move(parent)), m_depth(m_parent ? m_parent->m_depth + 1 : 0),
-      m_type(type), m_name(std::move(name)) {}
-
 Value::~Value() {
     if (m_stream) {
         static_cast<ValueReadStreamImpl *>(m_stream.get())->drop_value();
     }
-    // Releases a long chain of parents in a loop, since the destructor of the member would recurse.
-    ValuePtr next = std::move(m_parent);
+    // Releases a long chain of values in a loop, since the destructor of the member would recurse.
+    ValuePtr next = std::move(m_inner);
     while (next && next->has_unique_ref()) {
-        next = std::move(next->m_parent);
-    }
-}
-
-/// Creates a value inside the current one, from the spare object if there is one.
-Reader::ValuePtr Value::make(Reader & reader, EType type, std::string && name) {
-    if (!reader.m_spare) {
-        return ValuePtr(new Value(reader, reader.m_current, type, std::move(name)));
-    }
-    reader.m_spare->reuse(reader.m_current, type, std::move(name));
-    return std::move(reader.m_spare);
-}
-
-/// True when only the caller holds this value and no stream of it exists.
-bool Value::is_reusable() const noexcept {
-    constexpr std::size_t maxKept = 65536; // bytes; longer texts are freed
-    return has_unique_ref() && !m_stream && m_data.capacity() <= maxKept;
-}
-
-/// Turns this object into the next value and keeps its memory.
-void Value::reuse(ValuePtr const & parent, EType type, std::string && name) noexcept {
-    if (m_parent != parent) { // rare: most neighbours have the same parent
-        m_parent = parent;
-        m_depth = parent->m_depth + 1;
-    }
-    m_type = type;
-    m_name.swap(name);
-    m_state = eState_Unread;
-    m_wasLoaded = false;
-    m_streamPos = 0;
-    m_data.clear();
-}
-
-/// The last step of construction: copies the text of a literal or number from the tokenizer.
-void Value::read_token_value() {
-    if (m_type == eType_Null || m_type == eType_Boolean || m_type == eType_Number) {
-        m_data = m_reader->token_text();
-        m_state = eState_Loaded;
+        next = std::move(next->m_inner);
     }
 }
 
@@ -83,12 +42,12 @@ std::string const & Value::as_string(ErrorSlot error) {
     } catch (std::exception const & e) {
         take_failure(e, error, function);
     }
-    return m_data;
+    return m_data.string();
 }
 
 std::string Value::take_string() {
     as_string();
-    return std::exchange(m_data, {});
+    return std::exchange(m_data.string(), {});
 }
 
 /// Reads the whole text of a string, if the tokenizer still has it.
@@ -98,7 +57,12 @@ void Value::load_string() {
         m_reader->fail(error::vxjson_reader_value, "The current value is no longer available", {},
                        VXCORE_LOCATION("vxjson::Reader:Value::as_string()"));
     }
-    m_data = m_reader->read_char_data();
+    try {
+        m_reader->read_char_data(m_data.string());
+    } catch (...) {
+        m_data.clear();
+        throw;
+    }
     m_state = eState_Loaded;
 }
 
@@ -111,7 +75,7 @@ double Value::as_double(ErrorSlot error) {
         }
         check_scalar(eType_Number, "Cannot return current value type <{@type}> as a double",
                      function);
-        value = impl::read_number(m_data, nullptr);
+        value = impl::read_number(m_data.view(), nullptr);
     } catch (std::exception const & e) {
         take_failure(e, error, function);
     }
@@ -127,11 +91,12 @@ bool Value::as_bool(ErrorSlot error) {
         }
         check_scalar(eType_Boolean, "Cannot return current value type <{@type}> as a bool",
                      function);
-        unsigned int const size = vxcore::text_size(m_data.size());
+        std::string_view const text = m_data.view();
+        unsigned int const size = vxcore::text_size(text.size());
         if (size == 0) {
-            vxcore::impl::string_to_failure(m_data.data(), size, "bool", nullptr);
+            vxcore::impl::string_to_failure(text.data(), size, "bool", nullptr);
         } else {
-            value = vxcore::impl::string_to_bool(m_data.data(), size, nullptr);
+            value = vxcore::impl::string_to_bool(text.data(), size, nullptr);
         }
     } catch (std::exception const & e) {
         take_failure(e, error, function);

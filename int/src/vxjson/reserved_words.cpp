@@ -9,6 +9,7 @@ namespace vxjson {
 
 namespace {
 
+constexpr std::size_t shortest_word = 2;
 constexpr std::size_t longest_word = 10;
 
 /// Sorted, so that a name is compared only with the words that share its first letter.
@@ -37,15 +38,31 @@ constexpr std::array<unsigned char, 27> make_starts() {
 
 constexpr std::array<unsigned char, 27> starts = make_starts();
 
+/// For each letter the set of second letters of the words that start with it, as bits. Nearly all
+/// other names differ there.
+constexpr std::array<unsigned int, 26> make_second_letters() {
+    std::array<unsigned int, 26> letters{};
+    for (std::string_view const word : words) {
+        letters[static_cast<std::size_t>(word[0] - 'a')] |= 1u << (word[1] & 31);
+    }
+    return letters;
+}
+
+constexpr std::array<unsigned int, 26> second_letters = make_second_letters();
+
 } // namespace
 
 bool is_reserved_word(std::string_view name) noexcept {
-    if (name.empty() || name.size() > longest_word || name.front() < 'a' || name.front() > 'z') {
+    if (name.size() < shortest_word || name.size() > longest_word || name.front() < 'a' ||
+        name.front() > 'z') {
         return false;
     }
     auto const letter = static_cast<std::size_t>(name.front() - 'a');
-    return std::find(words + starts[letter], words + starts[letter + 1], name) !=
-           words + starts[letter + 1];
+    if ((second_letters[letter] >> (name[1] & 31) & 1) == 0) {
+        return false;
+    }
+    auto const * const end = words + starts[letter + 1];
+    return std::find(words + starts[letter], end, name) != end;
 }
 
 } // namespace vxjson

@@ -32,10 +32,10 @@ class StringSlice {
     /// @param offset   In bytes.
     /// @param size     In bytes.
     constexpr StringSlice(char const * pointer, unsigned int offset, unsigned int size) noexcept
-        : m_pointer(pointer), m_offset(offset), m_size(size) {}
+        : m_data(pointer + offset), m_size(size) {}
 
     /// The first byte. The text is not zero-terminated and may contain zeros.
-    constexpr char const * data() const noexcept { return m_pointer + m_offset; }
+    constexpr char const * data() const noexcept { return m_data; }
 
     /// The size of the text in bytes.
     constexpr unsigned int size() const noexcept { return m_size; }
@@ -57,8 +57,7 @@ class StringSlice {
     }
 
   private:
-    char const * m_pointer = nullptr;
-    unsigned int m_offset = 0;
+    char const * m_data = nullptr;
     unsigned int m_size = 0;
 };
 

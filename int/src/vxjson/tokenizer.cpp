@@ -1,8 +1,4 @@
-#include "vxjson/tokenizer.h"
-
-#include "vxjson/find_special_impl.h"
-#include "vxjson/lexis_impl.h"
-#include "vxjson/number_scan_impl.h"
+#include "vxjson/tokenizer_plain_internal.h"
 
 #include <algorithm>
 #include <cstring>
@@ -37,74 +33,50 @@ Literal literal_of(char c) noexcept {
 
 } // namespace
 
-Tokenizer::Tokenizer(char const * data, std::size_t size) : Tokenizer(data, size, Options()) {}
+// Not by way of each other: a copy of the options costs atomic counts, which a small document
+// shows.
+Tokenizer::Tokenizer(char const * data, std::size_t size) : m_options() {
+    set_memory(data, size);
+}
 
 Tokenizer::Tokenizer(char const * data, std::size_t size, Options const & options)
-    : m_options(options), m_stream(nullptr), m_begin(data), m_cursor(data), m_limit(data + size),
-      m_ended(true) {}
+    : m_options(options) {
+    set_memory(data, size);
+}
 
 Tokenizer::Tokenizer(vxcore::IReadStream & stream) : Tokenizer(stream, Options()) {}
 
 Tokenizer::Tokenizer(vxcore::IReadStream & stream, Options const & options)
     : m_options(options), m_stream(&stream), m_buffer(new char[std::max(options.buffer_size, 1u)]),
-      m_capacity(std::max(options.buffer_size, 1u)), m_begin(m_buffer.get()), m_cursor(m_begin),
-      m_limit(m_begin), m_ended(false) {}
+      m_capacity(std::max(options.buffer_size, 1u)) {
+    set_memory(m_buffer.get(), 0);
+    m_ended = false;
+}
+
+inline void Tokenizer::set_memory(char const * data, std::size_t size) noexcept {
+    m_begin = m_cursor = m_counted = data;
+    m_limit = data + size;
+    m_text = StringSlice(data, 0, 0);
+}
 
 Tokenizer::~Tokenizer() = default;
 
 /// Replaces the token by eToken_Error if the scan has failed. To a scan, a failed stream looks like
 /// the end of the text, so the result of the scan does not show that failure.
 inline EToken Tokenizer::checked(EToken token) noexcept {
-    if (m_failed) {
+    if (m_mode == eMode_Failed) {
         m_text = StringSlice();
         return eToken_Error;
     }
     return token;
 }
 
-/// Handles the most frequent tokens directly: strings without escapes, commas, colons and numbers
-/// at the cursor. next_slow() handles everything else.
 EToken Tokenizer::next() {
-    if (m_mode == eMode_String && !m_failed && !m_options.validate_utf8) {
-        char const * const start = m_cursor;
-        char const * const end = find_special<false>(start, m_limit, m_quote);
-        if (end != m_limit && end - start < max_run) {
-            if (end != start) {
-                m_cursor = end;
-                return give(eToken_CharData, start, end);
-            }
-            if (*end == m_quote) {
-                m_mode = eMode_Between;
-                m_cursor = end + 1;
-                return give(eToken_StringEnd, end, end);
-            }
-        }
-    } else if (m_mode == eMode_Between && !m_failed && m_cursor != m_limit) {
-        char const * const at = m_cursor;
-        switch (*at) {
-        case '"':
-            m_quote = '"';
-            m_mode = eMode_String;
-            m_cursor = at + 1;
-            return give(eToken_StringBegin, at, at);
-        case ',':
-        case ':':
-            m_cursor = at + 1;
-            return give(eToken_Punctuator, at, at + 1);
-        default:
-            if (is_byte(*at, eByte_Digit)) {
-                return checked(scan_number());
-            }
-            break;
-        }
-    }
-    return next_slow();
+    EToken const token = next_plain();
+    return token != eToken_Unknown ? token : next_slow();
 }
 
 EToken Tokenizer::next_slow() {
-    if (m_failed) {
-        return eToken_Error;
-    }
     EToken token = eToken_Unknown;
     switch (m_mode) {
     case eMode_Start:
@@ -114,6 +86,7 @@ EToken Tokenizer::next_slow() {
         token = scan_token();
         break;
     case eMode_String:
+    case eMode_Quoted:
         token = scan_string();
         break;
     case eMode_Name:
@@ -121,6 +94,8 @@ EToken Tokenizer::next_slow() {
         break;
     case eMode_End:
         token = give(eToken_DocumentEnd, m_limit, m_limit);
+        break;
+    case eMode_Failed:
         break;
     }
     return checked(token);
@@ -140,19 +115,18 @@ EToken Tokenizer::scan_start() {
 /// Skips white space and begins the next token.
 EToken Tokenizer::scan_token() {
     if (!skip_space()) {
-        m_mode = eMode_End;
+        m_mode = m_mode == eMode_Failed ? eMode_Failed : eMode_End;
         return give(eToken_DocumentEnd, m_limit, m_limit);
     }
-    char const c = *m_cursor;
-    if (c == '"' || (c == '\'' && m_options.allow_single_quotes)) {
-        m_quote = c;
-        m_mode = eMode_String;
-        EToken const token = give(eToken_StringBegin, m_cursor, m_cursor);
-        ++m_cursor;
+    if (EToken const token = take_plain(m_cursor); token != eToken_Unknown) {
         return token;
     }
-    if (is_byte(c, eByte_Punctuator)) {
-        return scan_punctuator();
+    char const c = *m_cursor;
+    if (c == '\'' && m_options.allow_single_quotes) {
+        return take_quote(m_cursor);
+    }
+    if (c == '{' || c == '[') {
+        return fail_limit(m_cursor, "More than {@limit} objects and arrays are open", m_depth);
     }
     if (c == '-' || is_byte(c, eByte_Digit)) {
         return scan_number();
@@ -161,28 +135,6 @@ EToken Tokenizer::scan_token() {
         return scan_word();
     }
     return fail(m_cursor, value_or_punctuator);
-}
-
-EToken Tokenizer::scan_punctuator() {
-    switch (*m_cursor) {
-    case '{':
-    case '[':
-        if (m_depth == m_options.max_depth) {
-            return fail_limit(m_cursor, "More than {@limit} objects and arrays are open", m_depth);
-        }
-        ++m_depth;
-        break;
-    case '}':
-    case ']':
-        // Brackets are matched by the reader: a surplus one must not wrap the depth.
-        m_depth -= m_depth == 0 ? 0 : 1;
-        break;
-    default:
-        break;
-    }
-    EToken const token = give(eToken_Punctuator, m_cursor, m_cursor + 1);
-    ++m_cursor;
-    return token;
 }
 
 /// A number must be contiguous, so the scan starts again whenever the buffer has been refilled. The
@@ -239,11 +191,6 @@ EToken Tokenizer::scan_word() {
                 same == literal.text.end() ? token_end : literal.text.data());
 }
 
-/// True for a byte that may directly follow a number or word.
-bool Tokenizer::is_token_end(char c) const noexcept {
-    return is_byte(c, eByte_Blank | eByte_Punctuator) || (c == '/' && m_options.allow_comments);
-}
-
 /// Skips white space and comments. False at the end of the text and after a failure.
 bool Tokenizer::skip_space() {
     while (m_cursor != m_limit || refill()) {
@@ -251,13 +198,10 @@ bool Tokenizer::skip_space() {
         if (static_cast<unsigned char>(c) > ' ' && c != '/') {
             return true; // nearly always
         }
-        if (c == ' ' || c == '\t' || c == '\r') {
+        if (c == '\n') {
+            m_cursor = skip_blanks(m_cursor + 1, m_limit); // indentation
+        } else if (is_byte(c, eByte_Blank)) {
             ++m_cursor;
-        } else if (c == '\n') {
-            ++m_cursor;
-            ++m_line;
-            m_lineStart = offset(m_cursor);
-            m_cursor = skip_blanks(m_cursor, m_limit); // indentation
         } else if (c != '/' || !m_options.allow_comments) {
             return true;
         } else if (!skip_comment()) {
@@ -292,10 +236,6 @@ bool Tokenizer::skip_block_comment() {
             return true;
         }
         star = c == '*';
-        if (c == '\n') {
-            ++m_line;
-            m_lineStart = offset(m_cursor);
-        }
     }
     fail(m_cursor, "the end of the comment");
     return false;

@@ -94,26 +94,43 @@ class VXJSON_API Tokenizer final : public ITokenizer {
     void position(SourcePosition & out) override;
 
   private:
-    friend class Reader;           // reads m_text without a virtual call
+    friend class Reader;           // takes tokens without virtual calls
     friend class impl::DirectRead; // reads the text without tokens
 
     /// What the next token is part of.
     enum EMode : unsigned char {
         eMode_Start,   // the start of the text
         eMode_Between, // nothing: a new token follows
-        eMode_String,  // the string whose quote is m_quote
+        eMode_String,  // a string in double quotes
+        eMode_Quoted,  // a string in single quotes
         eMode_Name,    // an unquoted name
         eMode_End,     // the end of the text
+        eMode_Failed,
     };
 
     static constexpr unsigned int sm_scratchSize = 512; // bytes
 
+    // Plain JSON that lies whole in the buffer (tokenizer_plain_internal.h).
+    VXJSON_LOCAL EToken next_plain() noexcept;
+    VXJSON_LOCAL EToken next_plain_after_value() noexcept;
+    VXJSON_LOCAL EToken next_plain_after_run() noexcept;
+    VXJSON_LOCAL EToken take_plain_after_value(char const * at) noexcept;
+    VXJSON_LOCAL EToken take_plain(char const * at) noexcept;
+    VXJSON_LOCAL EToken take_plain_at(char const * at) noexcept;
+    VXJSON_LOCAL EToken take_plain_number(char const * at) noexcept;
+    VXJSON_LOCAL EToken take_plain_word(char const * at, EToken token,
+                                        std::string_view word) noexcept;
+    VXJSON_LOCAL EToken take_plain_run() noexcept;
+    VXJSON_LOCAL EToken take_quote(char const * at) noexcept;
+    VXJSON_LOCAL char const * find_plain_colon(std::string_view & name) const noexcept;
+    VXJSON_LOCAL EToken take_colon(char const * at) noexcept;
+    VXJSON_LOCAL char const * skip_plain_space(char const * at) const noexcept;
+
     // One function for each kind of token. All return eToken_Error after a call of fail().
-    EToken next_slow();
+    VXJSON_LOCAL EToken next_slow();
     EToken checked(EToken token) noexcept;
     EToken scan_start();
     EToken scan_token();
-    EToken scan_punctuator();
     EToken scan_number();
     EToken scan_word();
     EToken scan_string();
@@ -128,21 +145,24 @@ class VXJSON_API Tokenizer final : public ITokenizer {
 
     /// The end of the plain run at the cursor. With `High`, it consists of whole UTF-8 sequences.
     template <bool High>
-    char const * run_end() noexcept;
+    char const * run_end() const noexcept;
 
-    bool is_token_end(char c) const noexcept;
+    VXJSON_LOCAL bool is_token_end(char c) const noexcept;
 
     // The buffer (tokenizer_source.cpp).
+    VXJSON_LOCAL void set_memory(char const * data, std::size_t size) noexcept;
     void require(std::size_t size);
     bool refill();
     void grow();
 
-    // Sets the text and the place of a token without escapes.
+    /// Sets the text of a token without escapes, and so its place.
     EToken give(EToken token, char const * start, char const * end) noexcept {
         m_text = StringSlice(start, 0, static_cast<unsigned int>(end - start));
-        m_tokenOffset = offset(start);
         return token;
     }
+
+    unsigned long long token_offset() const noexcept;
+    void count_lines() noexcept;
 
     /// The place of a byte of the buffer in the whole text, in bytes.
     unsigned long long offset(char const * at) const noexcept {
@@ -157,25 +177,26 @@ class VXJSON_API Tokenizer final : public ITokenizer {
                    vxcore::ErrorInfo::Ptr nested);
 
     Options const m_options;
-    vxcore::IReadStream * const m_stream; // null over memory
+    vxcore::IReadStream * const m_stream = nullptr; // null over memory
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_capacity = 0;
     char const * m_begin;  // of the buffer or the memory
     char const * m_cursor; // the next byte; refill() keeps everything from here on
     char const * m_limit;
     unsigned long long m_base = 0; // offset of m_begin in the text
-    bool m_ended;                  // the text ends at m_limit
+    bool m_ended = true;           // the text ends at m_limit
 
     EMode m_mode = eMode_Start;
-    char m_quote = '"';
     unsigned int m_depth = 0;
-    StringSlice m_text;
-    unsigned long long m_tokenOffset = 0;
+    StringSlice m_text;                     // of the current token; its place too unless decoded
+    unsigned long long m_decodedOffset = 0; // the place of the text in m_scratch
+
+    // The lines up to m_counted, which count_lines() moves to the cursor.
+    char const * m_counted;
     unsigned long long m_line = 1;
     unsigned long long m_lineStart = 0; // offset of the first byte of the line
 
-    bool m_failed = false;
-    unsigned long long m_errorOffset = 0;
+    unsigned long long m_errorOffset = 0; // of a failed scan
     vxcore::ErrorInfo::Ptr m_error;
 
     char m_scratch[sm_scratchSize]; // decoded text

@@ -42,6 +42,7 @@ bool Tokenizer::refill() {
         return false;
     }
     auto const kept = static_cast<std::size_t>(m_limit - m_cursor);
+    count_lines();
     try {
         if (kept == m_capacity) {
             grow();
@@ -49,7 +50,7 @@ bool Tokenizer::refill() {
             std::memmove(m_buffer.get(), m_cursor, kept);
         }
         m_base = offset(m_cursor);
-        m_begin = m_cursor = m_buffer.get();
+        m_begin = m_cursor = m_counted = m_buffer.get();
         m_limit = m_begin + kept;
         auto const room = static_cast<unsigned int>(m_capacity - kept);
         // Limited, so that a faulty stream cannot move the limit out of the buffer.
@@ -75,8 +76,30 @@ void Tokenizer::grow() {
     m_capacity *= 2;
 }
 
+/// The place of the current token in the whole text, in bytes.
+unsigned long long Tokenizer::token_offset() const noexcept {
+    return m_text.data() == m_scratch ? m_decodedOffset : offset(m_text.data());
+}
+
+/// Counts the lines up to the cursor. Each line feed before it ends one: strings have none. Lines
+/// are counted only for a position and when the buffer loses text, since few callers ask.
+void Tokenizer::count_lines() noexcept {
+    while (m_counted != m_cursor) {
+        void const * const feed =
+            std::memchr(m_counted, '\n', static_cast<std::size_t>(m_cursor - m_counted));
+        if (feed == nullptr) {
+            m_counted = m_cursor;
+            return;
+        }
+        m_counted = static_cast<char const *>(feed) + 1;
+        m_lineStart = offset(m_counted);
+        ++m_line;
+    }
+}
+
 void Tokenizer::position(SourcePosition & out) {
-    unsigned long long const at = m_failed ? m_errorOffset : m_tokenOffset;
+    count_lines();
+    unsigned long long const at = m_mode == eMode_Failed ? m_errorOffset : token_offset();
     out.uri = m_options.uri;
     out.line = clamp(m_line);
     out.linePos = clamp(at - m_lineStart + 1);
@@ -94,10 +117,10 @@ void Tokenizer::set_error(vxcore::ErrorCode const & code, char const * message,
 
 /// @param expected  Describes what is required at `at`.
 EToken Tokenizer::fail(char const * at, char const * expected) {
-    if (m_failed) {
+    if (m_mode == eMode_Failed) {
         return eToken_Error; // the stream failed, which looked like the end of the text
     }
-    m_failed = true;
+    m_mode = eMode_Failed;
     m_errorOffset = offset(at);
     vxcore::ErrorParams params;
     params.insert_ref(vxcore::SourceString("expected", true)) = expected;
@@ -109,7 +132,7 @@ EToken Tokenizer::fail(char const * at, char const * expected) {
 }
 
 EToken Tokenizer::fail_limit(char const * at, char const * message, unsigned int limit) {
-    m_failed = true;
+    m_mode = eMode_Failed;
     m_errorOffset = offset(at);
     vxcore::ErrorParams params;
     params.insert_ref(vxcore::SourceString("limit", true)) = vxcore::to_string(limit);
@@ -119,7 +142,8 @@ EToken Tokenizer::fail_limit(char const * at, char const * message, unsigned int
 
 /// @param cause  Null for exceptions not derived from std::exception.
 void Tokenizer::fail_stream(std::exception const * cause) {
-    m_failed = m_ended = true;
+    m_mode = eMode_Failed;
+    m_ended = true;
     m_errorOffset = offset(m_limit);
     vxcore::ErrorInfo::Ptr nested;
     if (cause != nullptr) {

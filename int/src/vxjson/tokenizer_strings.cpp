@@ -1,7 +1,5 @@
 #include "vxjson/escape_impl.h"
-#include "vxjson/find_special_impl.h"
-#include "vxjson/lexis_impl.h"
-#include "vxjson/tokenizer.h"
+#include "vxjson/tokenizer_plain_internal.h"
 #include "vxjson/utf8_impl.h"
 
 #include <algorithm>
@@ -25,16 +23,17 @@ constexpr std::size_t longest_escape = 12;
 /// The end of the plain run at the cursor: a special byte, or the limit. With `High` the run
 /// consists of whole UTF-8 sequences.
 template <bool High>
-inline char const * Tokenizer::run_end() noexcept {
+inline char const * Tokenizer::run_end() const noexcept {
+    char const quote = m_mode == eMode_String ? '"' : '\'';
     char const * const limit = m_cursor + std::min(m_limit - m_cursor, max_run);
-    char const * at = find_special<High>(m_cursor, limit, m_quote);
+    char const * at = find_special<High>(m_cursor, limit, quote);
     if constexpr (High) {
         while (at != limit && static_cast<unsigned char>(*at) >= 0x80) {
             unsigned int const size = read_utf8(at, limit).size;
             if (size == 0) {
                 break; // broken, or cut by the limit
             }
-            at = find_special<High>(at + size, limit, m_quote);
+            at = find_special<High>(at + size, limit, quote);
         }
     }
     return at;
@@ -54,7 +53,7 @@ EToken Tokenizer::scan_string() {
             }
             return fail(m_cursor, "the end of the string");
         }
-        if (*m_cursor == m_quote) {
+        if (*m_cursor == (m_mode == eMode_String ? '"' : '\'')) {
             m_mode = eMode_Between;
             EToken const token = give(eToken_StringEnd, m_cursor, m_cursor);
             ++m_cursor;
@@ -102,7 +101,7 @@ EToken Tokenizer::scan_escapes() {
         }
     }
     m_text = StringSlice(m_scratch, 0, static_cast<unsigned int>(out - m_scratch));
-    m_tokenOffset = start;
+    m_decodedOffset = start;
     return eToken_CharData;
 }
 

@@ -1,5 +1,6 @@
 #include "vxcore/error_exception.h"
 #include "vxjson/error_codes_internal.h"
+#include "vxjson/reader_steps_internal.h"
 #include "vxjson/value_read_stream_internal.h"
 
 #include <algorithm>
@@ -17,7 +18,8 @@ constexpr char const * in_read = "Reader::Value::ValueReadStreamImpl::read()";
 } // namespace
 
 unsigned int Value::ValueReadStreamImpl::read(void * buffer, unsigned int size) {
-    return value().read_stream(static_cast<char *>(buffer), size);
+    ValuePtr const kept(&value()); // a failure makes the reader let go of it
+    return kept->read_stream(static_cast<char *>(buffer), size);
 }
 
 unsigned int Value::ValueReadStreamImpl::skip(unsigned int size) {
@@ -25,7 +27,8 @@ unsigned int Value::ValueReadStreamImpl::skip(unsigned int size) {
 }
 
 long long Value::ValueReadStreamImpl::size() const {
-    return value().stream_size();
+    ValuePtr const kept(&value());
+    return kept->stream_size();
 }
 
 /// The value. Raises if it is destroyed. The message then has no position, since the reader may be
@@ -51,7 +54,7 @@ long long Value::stream_size() {
     case eState_StreamEnded:
         return 0;
     case eState_Loaded:
-        return static_cast<long long>(m_data.size());
+        return static_cast<long long>(m_data.view().size());
     default:
         return -1;
     }
@@ -68,7 +71,7 @@ unsigned int Value::read_stream(char * buffer, unsigned int size) {
             m_state = eState_Streaming;
             // Text that `as_string` has loaded comes first. Without it the first piece is the next
             // token.
-            m_streamPos = m_data.empty() ? sm_noPosition : m_streamPos;
+            m_streamPos = m_data.view().empty() ? sm_noPosition : 0;
         }
         return read_stream_pieces(buffer, size);
     } catch (...) {
@@ -82,9 +85,10 @@ unsigned int Value::read_stream_pieces(char * buffer, unsigned int size) {
     unsigned int done = 0;
     while (done < size) {
         char * const room = buffer == nullptr ? nullptr : buffer + done;
-        if (m_streamPos < m_data.size()) {
-            done += take_piece(m_data, room, size - done);
-            if (m_streamPos == m_data.size()) {
+        std::string_view const loaded = m_data.view();
+        if (m_streamPos < loaded.size()) {
+            done += take_piece(loaded, room, size - done);
+            if (m_streamPos == loaded.size()) {
                 m_data.clear();
                 m_streamPos = sm_noPosition;
             }
@@ -128,10 +132,10 @@ unsigned int Value::take_piece(std::string_view text, char * buffer, unsigned in
 /// tokenizer. When the reader has left the value, the unread text is lost: the tokenizer would
 /// return the text of another value.
 bool Value::has_stream_ended() {
-    if (!m_wasLoaded && m_reader->m_current.get() != this && m_reader->m_failed) {
+    if (!m_wasLoaded && m_reader->m_current != this && m_reader->m_failed) {
         m_reader->fail_after_error(error::vxjson_reader, VXCORE_LOCATION(in_check_state));
     }
-    if (!m_wasLoaded && m_reader->m_current.get() == this) {
+    if (!m_wasLoaded && m_reader->m_current == this) {
         EToken const token = m_reader->m_token;
         if (token == eToken_StringBegin || token == eToken_CharData) {
             return false;
