@@ -38,9 +38,12 @@ struct NoTextLimit {
 template <typename Limit>
 constexpr bool scan_digits(NumberScan & scan, Limit limit) noexcept {
     char const * const start = scan.end;
-    while (limit.is_before(scan.end) && is_byte(*scan.end, eByte_Digit)) {
-        scan.digits = scan.digits * 10 + static_cast<unsigned char>(*scan.end - '0');
-        ++scan.end;
+    for (; limit.is_before(scan.end); ++scan.end) {
+        auto const digit = static_cast<unsigned char>(*scan.end - '0');
+        if (digit > 9) {
+            break;
+        }
+        scan.digits = scan.digits * 10 + digit;
     }
     scan.digitCount += scan.end - start;
     return scan.end != start;
@@ -109,7 +112,10 @@ inline constexpr double exact_powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e
 ///
 /// @pre  The thread is in the default floating-point environment, or the number is an integer of
 ///       at most 15 digits.
-constexpr bool exact_double(NumberScan const & scan, double & value) noexcept {
+/// Always inline: a call would need the scan in memory, and loading it again right after it was
+/// stored takes longer than the conversion.
+[[gnu::always_inline]] constexpr bool exact_double(NumberScan const & scan,
+                                                   double & value) noexcept {
     constexpr std::uint64_t exactIntegers = std::uint64_t(1) << DBL_MANT_DIG;
     if (scan.digitCount > NumberScan::exact_digits) {
         return false;

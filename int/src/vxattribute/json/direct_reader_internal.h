@@ -5,6 +5,8 @@
 #include "vxjson/fwd.h"
 #include "vxjson/text_cursor_impl.h"
 
+#include <cstddef>
+#include <memory_resource>
 #include <vector>
 
 namespace vxattribute::impl {
@@ -99,11 +101,14 @@ class DirectReader {
     vxjson::impl::TextCursor m_cursor;
     std::size_t const m_maxDepth;
     bool const m_allowsReservedNames;
-    std::vector<Open> m_open;
+    // What small documents need besides their values is on the stack.
+    alignas(std::max_align_t) std::byte m_room[512];
+    std::pmr::monotonic_buffer_resource m_memory{m_room, sizeof(m_room)};
+    std::pmr::vector<Open> m_open{&m_memory};
     MapBuilder m_elements;
     std::vector<AttributeMap> m_maps; // of all open arrays, those of the innermost last
     AttributeValue m_value;           // of the container that was closed last
-    NameSequence m_names;
+    NameSequence m_names{m_memory};
 
     // Elements of the array that is read; kept for their memory.
     std::vector<std::string> m_strings;

@@ -15,10 +15,10 @@ namespace {
 
 using vxjson::impl::NumberScan;
 
-/// The nearest double to a valid number. False beyond the range.
-bool nearest_double(NumberScan const & scan, char const * start, double & value) noexcept {
-    return vxjson::impl::exact_double(scan, value) ||
-           std::from_chars(start, scan.end, value).ec == std::errc();
+/// The nearest double to the valid number in [start, end). False beyond the range.
+[[gnu::noinline]] bool convert_double(char const * start, char const * end,
+                                      double & value) noexcept {
+    return std::from_chars(start, end, value).ec == std::errc();
 }
 
 /// A stream over a text in memory.
@@ -61,7 +61,8 @@ bool read_serialized_number(std::string_view text, AttributeValue & value) {
         return scan.digitCount <= maxDigits;
     }
     double number = 0;
-    bool const isInRange = nearest_double(scan, text.data(), number);
+    bool const isInRange =
+        vxjson::impl::exact_double(scan, number) || convert_double(text.data(), end, number);
     value = AttributeValue(number);
     return isInRange;
 }
@@ -137,7 +138,8 @@ inline bool DirectReader::take_number(Number & number) {
         number.isInteger = true;
         return true;
     }
-    if (!nearest_double(scan, start, number.value)) {
+    if (!vxjson::impl::exact_double(scan, number.value) &&
+        !convert_double(start, scan.end, number.value)) {
         return false;
     }
     number.isInteger = is_integer(number.value);

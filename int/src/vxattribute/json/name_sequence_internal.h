@@ -5,6 +5,7 @@
 #include "vxcore/text_fingerprint.h"
 
 #include <array>
+#include <memory_resource>
 #include <string_view>
 #include <vector>
 
@@ -22,7 +23,11 @@ namespace vxattribute::impl {
 ///     elements.add(names.take_current());
 class NameSequence {
   public:
-    NameSequence() { m_entries.reserve(8); }
+    /// @param memory  For the names; must outlive them.
+    explicit NameSequence(std::pmr::memory_resource & memory) : m_entries(&memory) {
+        m_entries.reserve(8);
+        m_entries.emplace_back();
+    }
 
     NameSequence(NameSequence const &) = delete;
     NameSequence & operator=(NameSequence const &) = delete;
@@ -86,7 +91,7 @@ class NameSequence {
     }
 
     // The first entry is the place before all names. It holds no name; its index ends each list.
-    std::vector<Entry> m_entries{1};
+    std::pmr::vector<Entry> m_entries;
     std::array<Index, 1 << sm_bucketBits> m_buckets{};
     std::size_t m_current = 0;
 };
