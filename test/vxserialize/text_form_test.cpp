@@ -1,6 +1,10 @@
 #include "forms.h"
 #include "support/expect_error.h"
 
+#include <charconv>
+#include <cmath>
+#include <random>
+
 namespace {
 
 using namespace vxtest;
@@ -22,6 +26,20 @@ TEST(TextForm, HoldsOnlyCharactersThatAnyTextCarries) {
                                      "abcdefghijklmnopqrstuvwxyz{|}~"),
               text.npos);
     EXPECT_EQ(text_to_binary(text, 3), "\xDD" + from_hex("0001") + bytes);
+}
+
+TEST(TextForm, DoublesHaveTheirShortestText) {
+    std::mt19937_64 random(20261125);
+    for (int i = 0; i < 100'000; ++i) {
+        // From 1 to 18 digits, from 9 places after the point to 9 zeros before it.
+        double const digits = static_cast<double>(random() >> 4 * (random() % 16 + 1));
+        double number = digits * std::pow(10, static_cast<double>(random() % 19) - 9);
+        number = i % 3 == 0 ? std::nextafter(number, 0) : i % 3 == 1 ? -number : number;
+        char text[32];
+        std::string expected(text, std::to_chars(text, text + 32, number).ptr);
+        expected += expected.find_first_of(".e") == expected.npos ? ".0" : "";
+        EXPECT_EQ(write_text_form([&](Writer & w) { w << number; }), expected);
+    }
 }
 
 TEST(TextForm, IndentsListsOnDemand) {

@@ -101,6 +101,7 @@ class VXSERIALIZE_API TextWriter final : public Writer {
     void begin_element();
 
     // Text for the buffer, which goes to the target when it is full.
+    char * room(unsigned int size);
     void put(char c);
     void put(std::string_view text);
 

@@ -1,9 +1,9 @@
 #include "vxserialize/text_writer.h"
 
-#include "vxcore/default_floating_point.h"
 #include "vxcore/hex.h"
 #include "vxserialize/failures_internal.h"
 #include "vxserialize/memory_list.h"
+#include "vxserialize/text/double_text_internal.h"
 #include "vxserialize/text/text_form_internal.h"
 
 #include <bit>
@@ -15,18 +15,13 @@ namespace vxserialize {
 
 namespace {
 
-/// In characters. The longest number is a double of 24.
-constexpr unsigned int number_size = 32;
+/// In characters: an integer of 64 bits with its sign.
+constexpr unsigned int number_size = 20;
 
 template <typename T>
 std::string_view format(char (&buffer)[number_size], T value) {
     auto const result = std::to_chars(buffer, buffer + number_size, value);
     return {buffer, static_cast<std::size_t>(result.ptr - buffer)};
-}
-
-std::string_view format(char (&buffer)[number_size], double value) {
-    vxcore::impl::DefaultFloatingPoint const environment;
-    return format<double>(buffer, value);
 }
 
 } // namespace
@@ -59,11 +54,17 @@ void TextWriter::flush() {
     m_state = eState_Open;
 }
 
-void TextWriter::put(char c) {
-    if (m_size == sm_bufferSize) {
+/// Returns the place for the next `size` characters. They count once m_size does.
+char * TextWriter::room(unsigned int size) {
+    if (size > sm_bufferSize - m_size) {
         flush();
     }
-    m_buffer[m_size++] = c;
+    return m_buffer + m_size;
+}
+
+void TextWriter::put(char c) {
+    *room(1) = c;
+    ++m_size;
 }
 
 void TextWriter::put(std::string_view text) {
@@ -140,7 +141,6 @@ void TextWriter::write_uint(unsigned int value) {
 }
 
 void TextWriter::write_double(double value) {
-    char buffer[number_size];
     if (std::isnan(value)) {
         put_word(impl::text::nan_prefix);
         auto const bits = std::bit_cast<unsigned long long>(value);
@@ -150,10 +150,13 @@ void TextWriter::write_double(double value) {
         put(')');
         return;
     }
-    std::string_view const text = format(buffer, value);
-    put_word(text);
+    begin_element();
+    char * const start = room(impl::text::double_size);
+    char * const end = impl::text::write_double(start, value);
+    m_size += static_cast<unsigned int>(end - start);
     // A double must not look like an integer; "inf" does not.
-    if (text.find_first_of(".en") == std::string_view::npos) {
+    std::string_view const text(start, static_cast<std::size_t>(end - start));
+    if (text.find('.') == text.npos && text.find_first_of("en") == text.npos) {
         put(".0");
     }
 }
@@ -234,8 +237,12 @@ void TextWriter::begin_list(unsigned int count) {
 void TextWriter::next_list_item() {
     check_open();
     m_containers.next_list_item("vxserialize::TextWriter::next_list_item()");
-    put(m_options.indent != 0 ? "," : ", ");
-    put_line();
+    put(',');
+    if (m_options.indent == 0) {
+        put(' ');
+    } else {
+        put_line();
+    }
 }
 
 void TextWriter::end_list() {
