@@ -74,7 +74,7 @@ TEST_F(ModuleCopies, TheInformationIsXmlInTheAgreedOrder) {
                     "</ModuleInfo>\n"));
 }
 
-/// Each thread keeps spent blocks, which unloading frees. A sibling that stays loaded keeps
+/// Each thread keeps free blocks, which unloading returns. A sibling that stays loaded keeps
 /// nothing.
 TEST_F(ModuleCopies, AUsedModuleGoesAndMayComeAgain) {
     std::latch used(2), unloaded(1);

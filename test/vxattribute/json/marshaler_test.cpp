@@ -205,7 +205,7 @@ TEST(JsonMarshaler, NoAllocationThatFailsLeavesAnythingBehind) {
         vxtest::fail_each_allocation([&] { EXPECT_EQ(value_to_json(value), written); },
                                      [&] { ASSERT_EQ(value, expected); });
     }
-    EXPECT_LE(vxtest::live_blocks() - before, 40) << "spent blocks that threads keep";
+    EXPECT_LE(vxtest::live_blocks() - before, 40) << "slabs that threads keep";
 }
 
 TEST(JsonMarshaler, ArraysOfNumbersMakeNoObjectPerElement) {
