@@ -1,11 +1,12 @@
-// The rule under test: equal strings share one token while a key on it lives, tokens of untrusted
-// names are released, and all this holds with several threads.
+// The rule under test: equal strings share one token while a key on it lives, few tokens without
+// keys are kept, and all this holds with several threads.
 
 #include "support/allocation.h"
 #include "support/threads.h"
 
 #include "vxcore/key_loan_impl.h"
 #include "vxcore/string/siphash_internal.h"
+#include "vxcore/string/token_shard_internal.h"
 #include "vxcore/string_key.h"
 
 #include <gtest/gtest.h>
@@ -79,7 +80,29 @@ TEST(StringKey, LoansDropTheReferencesThatTheyDidNotGive) {
     }
 }
 
-TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
+/// 100,000 names, as of untrusted input, leave 2,560 tokens behind, and texts of more than 64 bytes
+/// none. What is left serves later keys of the same texts, and is freed on demand.
+TEST(StringKey, FewTokensWithoutKeysAreKept) {
+    std::string const text = "made twice, and too long for a string";
+    vxcore::impl::free_kept_tokens();
+    long const before = vxtest::live_blocks();
+    StringKey{std::string(65, 'x')};
+    EXPECT_EQ(vxtest::live_blocks(), before);
+    for (std::size_t size : {10u, 64u}) {
+        for (int i = 0; i < 100000; ++i) {
+            StringKey(std::to_string(100000 + i) + std::string(size - 6, '.'));
+        }
+    }
+    EXPECT_LE(vxtest::live_blocks() - before, 2560 * 2 + 64); // with the buckets of each shard
+    StringKey(std::string_view(text));
+    EXPECT_EQ(vxtest::count_allocations([&text] { StringKey{std::string_view(text)}; }), 0u);
+    vxcore::impl::free_kept_tokens();
+    EXPECT_EQ(vxtest::live_blocks(), before);
+}
+
+/// Each token is made, dropped and reused by several threads at once, while others take its place
+/// among those that are kept.
+TEST(StringKey, ThreadsMakeDropAndReuseTheSameNames) {
     vxtest::in_four_threads([](int seed) {
         std::vector<StringKey> keys;
         for (int round = 0; round < 20000; ++round) {
@@ -90,10 +113,37 @@ TEST(StringKey, ThreadsMakeAndDropTheSameNames) {
             if (keys.size() > 50) {
                 keys.clear(); // the last reference of many, while others make them anew
             }
+            StringKey found, other("other name " + std::to_string(seed * 20000 + round));
+            ASSERT_TRUE(!StringKey::find_interned("name 1", found) || found.value() == "name 1");
+            if (round % 5000 == 0) {
+                vxcore::impl::free_kept_tokens();
+            }
         }
     });
     StringKey found;
     EXPECT_FALSE(StringKey::find_interned("name 1", found));
+}
+
+/// Texts that somebody chose for their hash: more than a few in a bucket make the shard rehash.
+TEST(TokenShard, ChainsOfCollidingTextsStayShort) {
+    vxcore::impl::TokenShard shard;
+    std::vector<vxcore::impl::StringToken *> tokens;
+    for (int i = 0; i < 5000; ++i) {
+        tokens.push_back(shard.intern("name " + std::to_string(i), 7));
+    }
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        int length = 0;
+        for (auto const * token = tokens[i]; token != nullptr && length < 50; token = token->next) {
+            ++length;
+        }
+        ASSERT_LT(length, 50);
+        ASSERT_EQ(shard.find("name " + std::to_string(i), 7), tokens[i]);
+        shard.release(tokens[i], 1);
+    }
+    for (auto * const token : tokens) {
+        shard.release(token, 1);
+    }
+    shard.free_kept(true);
 }
 
 /// Otherwise a waiter could keep a holder of lower priority off its processor for ever.

@@ -22,8 +22,9 @@ namespace vxattribute {
 /// The order is total while the names live. It is not alphabetical and means nothing to another
 /// process.
 ///
-/// Life. A token is freed with the last name on it, so a name that is kept nowhere is interned anew
-/// each time it is made. Maps, queries and packages keep theirs.
+/// Life. A token is given up with the last name on it: freed, or kept for a while in case the text
+/// comes again. So a name that is kept nowhere is interned each time it is made. Maps, queries and
+/// packages keep theirs.
 ///
 /// Cost. Making a name from characters hashes them and takes a lock: make the names you use once,
 /// as statics, and pass those. Everything else handles one pointer; a copy is one atomic count.
@@ -140,7 +141,7 @@ class VXATTRIBUTE_API AttributeName {
         return vxcore::TransferSource<AttributeName>(*this);
     }
 
-    /// The hash of the characters, stored with them: O(1). It involves a secret of the process, so
+    /// The hash of the characters, computed at the first use and stored: O(1). It involves a secret of the process, so
     /// it differs from run to run: do not store it. 0 for the empty name.
     unsigned int hash() const noexcept { return m_key.hash(); }
 

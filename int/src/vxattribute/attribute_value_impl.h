@@ -137,9 +137,10 @@ class ValueHolder {
         return *this;
     }
 
-    /// Releases the value; null needs no call.
+    /// Releases the value. Null needs no call; its address is not used, so that a program may drop
+    /// values of a library that it loads at run time.
     ~ValueHolder() {
-        if (m_value != &TypedValue<NullValueType>::sm_instance) {
+        if (m_value->type().id() != ValueTypeId::eId_Null) {
             m_value->release();
         }
     }

@@ -17,7 +17,9 @@ class KeyLoan;
 
 /// A handle on an interned string: equal strings share one token, so two keys compare by address.
 ///
-/// Tokens are reference-counted and freed with their last key. The empty string has no token.
+/// Tokens are reference-counted. A token without keys is freed, or kept for the next key of its
+/// text: at most 2,560 tokens in all, with texts of at most 64 bytes. The empty string has no
+/// token.
 ///
 /// Cost. One pointer wide. Making a key hashes its text and takes one lock among 64; make keys once
 /// and keep them. A copy is one atomic count, a plain one while the process has one thread.
@@ -72,9 +74,9 @@ class VXCORE_API StringKey {
     }
 
     /// SipHash-1-3 (Aumasson and Bernstein, 2012), keyed with a random secret of the process: it
-    /// differs from run to run, and nobody can choose texts that collide. Computed once per token.
-    /// 0 for the empty string.
-    unsigned int hash() const noexcept { return m_token != nullptr ? m_token->hash : 0; }
+    /// differs from run to run, and nobody can choose texts that collide. Computed at the first
+    /// use, once per token. 0 for the empty string.
+    unsigned int hash() const noexcept { return m_token != nullptr ? m_token->get_hash() : 0; }
 
     /// The address of the token: equal for equal strings, null for the empty one. It identifies the
     /// string only while a key of it lives; another string may get the address afterwards.

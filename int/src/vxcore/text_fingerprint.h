@@ -32,11 +32,11 @@ struct TextFingerprint {
     explicit TextFingerprint(std::string_view text) noexcept : size(text.size()) {
         char const * const data = text.data();
         if (size >= 8) {
-            std::memcpy(&head, data, 8);
-            std::memcpy(&tail, data + size - 8, 8);
+            head = load<std::uint64_t>(data);
+            tail = load<std::uint64_t>(data + size - 8);
         } else if (size >= 4) {
-            std::memcpy(&head, data, 4);
-            std::memcpy(&tail, data + size - 4, 4);
+            head = load<std::uint32_t>(data);
+            tail = load<std::uint32_t>(data + size - 4);
         } else if (size != 0) {
             head = static_cast<unsigned char>(data[0]);
             tail = static_cast<std::uint64_t>(static_cast<unsigned char>(data[size / 2])) << 8 |
@@ -59,6 +59,14 @@ struct TextFingerprint {
     std::uint64_t head = 0;
     std::uint64_t tail = 0;
     std::size_t size = 0;
+
+  private:
+    template <typename Word>
+    static Word load(char const * data) noexcept {
+        Word word;
+        std::memcpy(&word, data, sizeof(word));
+        return word;
+    }
 };
 
 } // namespace vxcore

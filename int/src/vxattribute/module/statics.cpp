@@ -10,7 +10,7 @@
 // 5. The defaults of the element types; that of maps uses the shared empty map.
 // 6. Ciphers and their providers.
 // 7. Trace settings, then `defaultTraceFormatter`.
-// 8. The name of the JSON form.
+// 8. The end of names, then the name of the JSON form.
 // 9. The registrar, last: a registered library is complete.
 
 #include "vxattribute/element_types.h"
@@ -166,7 +166,17 @@ vxcore::RefCountPtr<impl::TraceFormatterImpl const> const impl::defaultTraceSett
 static TraceFormatter const defaultFormatter;
 constinit TraceFormatter const & defaultTraceFormatter = defaultFormatter;
 
-// 8. The name of the JSON form
+// 8. Names
+
+namespace {
+
+/// Frees the names that were dropped, after those below are: vxcore, which keeps some for reuse,
+/// may stay loaded.
+struct EndOfNames {
+    ~EndOfNames() { vxcore::impl::free_kept_tokens(); }
+} const endOfNames;
+
+} // namespace
 
 vxcore::StaticInstance<vxcore::StringKey const> const
     impl::jsonSerializedKey(std::string_view("vxserialize"));

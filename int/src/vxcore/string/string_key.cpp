@@ -14,21 +14,6 @@ StringKey::StringKey(std::string_view text) {
     }
 }
 
-void impl::StringToken::drop_shared_refs(unsigned int n) noexcept {
-    // Without the lock unless these may be the last references. Those are dropped under the lock:
-    // otherwise another thread could find the token in the table and use it while it is deleted.
-    // Each decrement releases and the last one acquires, so all uses of the token come before its
-    // deletion.
-    unsigned int held = count.load(std::memory_order_relaxed);
-    while (held > n) {
-        if (count.compare_exchange_weak(held, held - n, std::memory_order_release,
-                                        std::memory_order_relaxed)) {
-            return;
-        }
-    }
-    impl::release_token(this, n);
-}
-
 bool StringKey::find_interned(std::string_view text, StringKey & key) noexcept {
     StringKey found;
     if (!text.empty()) {

@@ -10,10 +10,7 @@ namespace vxcore::impl {
 /// @raises std::bad_alloc: no memory; the table is unchanged.
 StringToken * intern_token(std::string_view text);
 
-/// Returns the token of `text` with one more reference, or null if there is none.
+/// Returns the token of `text` with one more reference, or null if no key of it is alive.
 StringToken * find_token(std::string_view text);
-
-/// Drops `n` references, and with the last one the token.
-void release_token(StringToken * token, unsigned int n) noexcept;
 
 } // namespace vxcore::impl
