@@ -4,10 +4,13 @@
 #include "documents.h"
 #include "measure.h"
 
-#include "vxattribute/attribute_map.h"
+#include "vxattribute/make_value.h"
 
 #include <algorithm>
 #include <random>
+#include <span>
+#include <utility>
+#include <vector>
 
 #ifdef VX_BENCH_NLOHMANN
 #include <nlohmann/json.hpp>
@@ -20,7 +23,7 @@ namespace vxbench {
 
 namespace {
 
-// A peer defines its types and three operations; the work is the same for all.
+// A peer defines its types and four operations; the work is the same for all.
 
 struct Vxattribute {
     using Map = vxattribute::MutableAttributeMap;
@@ -34,6 +37,10 @@ struct Vxattribute {
     static void write(Map & map, Name const & name, long long number) { map[name] = number; }
 
     static auto find(Map const & map, Name const & name) { return map.query_ptr(name); }
+
+    using List = std::vector<vxattribute::Attribute>;
+
+    static auto make_map(List const & list) { return vxattribute::make_map(std::span(list)); }
 };
 
 struct StdMap {
@@ -48,6 +55,10 @@ struct StdMap {
     static void write(Map & map, Name const & name, long long number) { map[name].data = number; }
 
     static auto find(Map const & map, Name const & name) { return &map.find(name)->second; }
+
+    using List = std::vector<std::pair<std::string, PlainValue>>;
+
+    static auto make_map(List const & list) { return Map(list.begin(), list.end()); }
 };
 
 #ifdef VX_BENCH_NLOHMANN
@@ -63,6 +74,10 @@ struct Nlohmann {
     static void write(Map & map, Name const & name, long long number) { map[name] = number; }
 
     static auto find(Map const & map, Name const & name) { return &*map.find(name); }
+
+    using List = std::vector<std::pair<std::string, nlohmann::json>>;
+
+    static Map make_map(List const & list) { return Map::object_t(list.begin(), list.end()); }
 };
 #endif
 
@@ -79,6 +94,10 @@ struct BoostJson {
     static void write(Map & map, Name const & name, long long number) { map[name] = number; }
 
     static auto find(Map const & map, Name const & name) { return &map.find(name)->value(); }
+
+    using List = std::vector<std::pair<std::string, boost::json::value>>;
+
+    static auto make_map(List const & list) { return Map(list.begin(), list.end()); }
 };
 #endif
 
@@ -123,6 +142,18 @@ struct Maps {
         Names const ready = names(size);
         measure(state, 1, [&] {
             Map map = make(ready, isMixed);
+            benchmark::DoNotOptimize(map);
+        });
+    }
+
+    /// Copies all elements at once from a list of names and values.
+    static void build_from_list(benchmark::State & state, unsigned int size, bool) {
+        typename Peer::List list;
+        for (auto const & name : names(size)) {
+            list.emplace_back(name, 1000LL + static_cast<long long>(list.size()));
+        }
+        measure(state, 1, [&] {
+            auto map = Peer::make_map(list);
             benchmark::DoNotOptimize(map);
         });
     }
@@ -194,6 +225,7 @@ struct Maps {
             add_sizes("build_map", build, {100}, isMixed);
             add_sizes("copy_map_and_write_one", copy_and_write, {100, 10'000}, isMixed);
         }
+        add_sizes("build_map_from_list", build_from_list, {100}, false);
         add_sizes("copy_map", copy, {100}, false);
         add_sizes("find", find, {16, 100, 10'000}, false);
         add_sizes("find_text", find_text, {16, 100}, false);

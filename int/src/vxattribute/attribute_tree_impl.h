@@ -99,8 +99,9 @@ class VXATTRIBUTE_API AttributeTree {
     /// @pre  The tree was empty since it was made or cleared.
     void reserve(std::size_t count) { m_memory.reserve(count); }
 
-    void append_unlinked(AttributeName && name, AttributeValue && value) noexcept {
-        m_last = ::new (m_memory.allocate_next()) TreeNode(std::move(name), std::move(value));
+    template <typename Name, typename Value>
+    void append_unlinked(Name && name, Value && value) {
+        m_last = m_memory.make_next(std::forward<Name>(name), std::forward<Value>(value));
         ++m_size;
     }
 
@@ -127,7 +128,7 @@ class VXATTRIBUTE_API AttributeTree {
     /// Where a name is, or would be inserted.
     struct Place {
         TreeLinks * parent;
-        TreeLinks * before; // the node before the new one; null if there is none
+        TreeLinks * before; // the last node below it on the way; null if there is none
         TreeLinks * found;  // the node of that name; null if there is none
         unsigned int side;
     };
@@ -150,6 +151,7 @@ class VXATTRIBUTE_API AttributeTree {
     Place place_before(TreeLinks * next, std::uintptr_t key) const noexcept;
     TreeNode * make_node(AttributeName const & name, AttributeValue && value);
     iterator attach(TreeNode * node, Place const & place) noexcept;
+    void remove(TreeLinks * node, TreeLinks * before) noexcept;
     void reset() noexcept;
 
     TreeLinks m_head; // its higher child is null

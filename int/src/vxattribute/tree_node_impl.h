@@ -42,6 +42,10 @@ struct alignas(8) TreeLinks {
 
     void set_balance(unsigned int to) noexcept { up = (up & ~balance_bits) | to; }
 
+    void set(TreeLinks const * parent, unsigned int balance) noexcept {
+        up = reinterpret_cast<std::uintptr_t>(parent) | (up & adjacent_bit) | balance;
+    }
+
     bool is_next_adjacent() const noexcept { return (up & adjacent_bit) != 0; }
 
     void set_next_adjacent(bool to) noexcept {
@@ -51,23 +55,29 @@ struct alignas(8) TreeLinks {
     /// The side of its parent on which this node is.
     unsigned int side() const noexcept { return parent()->child[1] == this ? 1 : 0; }
 
-    /// The next node on that side in the order of names; the head after the last one. O(1) on
-    /// average.
+    /// The next node in the order of names; the head after the last one. O(1) on average. Through a
+    /// map that was made in the order of names, it is a walk through memory.
     ///
-    /// @pre  There is one: not after the head, nor before the first node.
-    VXATTRIBUTE_API TreeLinks * neighbour(unsigned int side) const noexcept;
-
-    /// `neighbour(1)`. A walk through a map that was made in the order of names is one through
-    /// memory.
+    /// @pre  This is not the head.
     TreeLinks * next() const noexcept;
+
+    /// The next node by the links alone.
+    VXATTRIBUTE_API TreeLinks * linked_next() const noexcept;
+
+    /// The node before this one; the last one before the head.
+    ///
+    /// @pre  This is not the first node, nor the head of an empty tree.
+    VXATTRIBUTE_API TreeLinks * previous() const noexcept;
 };
 
 /// A node in use.
 struct TreeNode : TreeLinks {
     using Element = std::pair<AttributeName const, AttributeValue>;
 
-    TreeNode(AttributeName && name, AttributeValue && value) noexcept
-        : TreeLinks{{nullptr, nullptr}, even}, element(std::move(name), std::move(value)) {}
+    template <typename Name, typename Value>
+    TreeNode(Name && name, Value && value)
+        : TreeLinks{{nullptr, nullptr}, even},
+          element(std::forward<Name>(name), std::forward<Value>(value)) {}
 
     Element element;
 };
@@ -76,7 +86,7 @@ inline TreeLinks * TreeLinks::next() const noexcept {
     if (is_next_adjacent()) {
         return const_cast<TreeNode *>(static_cast<TreeNode const *>(this) + 1);
     }
-    return neighbour(1);
+    return linked_next();
 }
 
 /// A bidirectional iterator over the elements of a map. It holds until its element is erased or the
@@ -108,7 +118,7 @@ class TreeIterator {
     }
 
     TreeIterator & operator--() noexcept {
-        m_links = m_links->neighbour(0);
+        m_links = m_links->previous();
         return *this;
     }
 
@@ -178,13 +188,18 @@ class VXATTRIBUTE_API TreeMemory {
         m_free = ::new (static_cast<void *>(node)) TreeLinks{{m_free, nullptr}, 0};
     }
 
-    /// Makes sure that the next `count` calls of `allocate_next` find memory.
+    /// Makes sure that the next `count` calls of `make_next` find memory.
     ///
     /// @raises std::bad_alloc: nothing has changed.
     void reserve(std::size_t count);
 
-    /// Memory that follows the node which was allocated last, within what was reserved.
-    void * allocate_next() noexcept { return m_next++; }
+    /// Makes a node right after the one that was made last, within what was reserved.
+    template <typename Name, typename Value>
+    TreeNode * make_next(Name && name, Value && value) {
+        ::new (static_cast<void *>(m_next))
+            TreeNode(std::forward<Name>(name), std::forward<Value>(value));
+        return m_next++;
+    }
 
     /// Destroys all nodes in use, and frees all runs but the first one if it lies beside the tree.
     void clear() noexcept;

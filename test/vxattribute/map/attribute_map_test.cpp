@@ -239,6 +239,56 @@ TEST(AttributeMapModel, RandomChangesAgreeWithPlainMaps) {
     }
 }
 
+// The orders exercise all rotations, and both ways to build a tree must agree.
+TEST(AttributeMapModel, IteratorsHoldThroughLongRunsOfChanges) {
+    std::vector<AttributeName> names;
+    for (int i = 0; i < 600; ++i) {
+        names.emplace_back("run " + std::to_string(i));
+    }
+    std::sort(names.begin(), names.end());
+    for (char const * const order : {"sorted", "reversed", "random"}) {
+        MutableAttributeMap map;
+        Model model;
+        std::vector<Attribute> list;
+        std::vector<MutableAttributeMap::iterator> places;
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            AttributeValue const value(static_cast<long long>(i));
+            places.push_back(map.insert({names[i], value}).first);
+            model[names[i]] = value;
+            list.emplace_back(names[(i + names.size()) / 2], -1); // overridden by what follows
+            list.emplace_back(names[i], value);
+            ASSERT_TRUE(has_valid_tree(map)) << order << ' ' << i;
+        }
+        AttributeMap const made = make_map(std::span(list));
+        EXPECT_TRUE(made == map && has_valid_tree(made)) << order;
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (i % 4 != 0) {
+                auto const next = std::next(places[i]);
+                EXPECT_TRUE(i % 4 != 1 || map.erase(places[i]) == next);
+                EXPECT_EQ(map.erase(names[i]), i % 4 == 1 ? 0u : 1u);
+                model.erase(names[i]);
+                ASSERT_TRUE(has_valid_tree(map)) << order << ' ' << map.size();
+            }
+        }
+        EXPECT_TRUE(std::equal(model.rbegin(), model.rend(), std::reverse_iterator(map.end())));
+        for (std::size_t i = 0; i < names.size(); i += 4) {
+            EXPECT_EQ(&*places[i], &*map.find(names[i])) << order;
+            EXPECT_EQ(std::next(places[i]), map.upper_bound(names[i])) << order;
+        }
+        order[0] == 's' ? std::reverse(names.begin(), names.end())
+                        : std::shuffle(names.begin(), names.end(), std::mt19937(3));
+    }
+}
+
+TEST(AttributeMap, MapsOfOneListMayHaveTheirNamesInAnyOrder) {
+    AttributeValue const maps = value_from_json(
+        R"([{"a":1,"b":2,"c":3}, {"c":4,"b":5,"a":6}, {"b":7,"b":8,"a":9}, {"a":1}])");
+    EXPECT_EQ(maps,
+              make_list<AttributeMap>({make_map({{"a", 1}, {"b", 2}, {"c", 3}}),
+                                       make_map({{"a", 6}, {"b", 5}, {"c", 4}}),
+                                       make_map({{"a", 9}, {"b", 8}}), make_map({{"a", 1}})}));
+}
+
 TEST(AttributeMapFailure, FailedChangesLeaveTheMapAsItWas) {
     using Change = void (*)(MutableAttributeMap &, AttributeMap const &);
     Change const changes[] = {
@@ -250,6 +300,9 @@ TEST(AttributeMapFailure, FailedChangesLeaveTheMapAsItWas) {
         [](auto & map, auto &) { map["new"]; },
         [](auto & map, auto &) { map.erase("a"); },
         [](auto & map, auto &) { map.clear(); },
+        [](auto & map, auto &) {
+            map = make_map({{"b", "a long text, to allocate"}, {"a", 0.5}});
+        },
     };
     std::thread([&changes] {
         AttributeMap const more = make_map({{"a", 1000}, {"x", 2000}, {"y", "text"}, {"z", 1.5}});
@@ -260,8 +313,9 @@ TEST(AttributeMapFailure, FailedChangesLeaveTheMapAsItWas) {
                 AttributeMap const sharer = isShared ? AttributeMap(map) : AttributeMap();
                 AttributeMap const before =
                     vxtest::deep_copy(AttributeValue(map)).get<AttributeMap>();
-                vxtest::fail_each_allocation([&] { change(map, more); },
-                                             [&] { ASSERT_TRUE(map == before); });
+                vxtest::fail_each_allocation(
+                    [&] { change(map, more); },
+                    [&] { ASSERT_TRUE(map == before && has_valid_tree(map)); });
                 EXPECT_TRUE(!isShared || sharer == before);
             }
         }

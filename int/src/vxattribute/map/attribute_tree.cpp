@@ -48,7 +48,7 @@ AttributeTree::Place AttributeTree::place_before(TreeLinks * next,
     if (m_size == 0 || (next != head() && key_of(next) <= key)) {
         return place_of(key);
     }
-    TreeLinks * const before = next != m_first ? next->neighbour(0) : nullptr;
+    TreeLinks * const before = next != m_first ? next->previous() : nullptr;
     if (before != nullptr && key_of(before) >= key) {
         return place_of(key);
     }
@@ -62,7 +62,7 @@ AttributeTree::Place AttributeTree::place_before(TreeLinks * next,
 // Insertion
 
 inline TreeNode * AttributeTree::make_node(AttributeName const & name, AttributeValue && value) {
-    return ::new (m_memory.allocate(m_size)) TreeNode(AttributeName(name), std::move(value));
+    return ::new (m_memory.allocate(m_size)) TreeNode(name, std::move(value));
 }
 
 inline AttributeTree::iterator AttributeTree::attach(TreeNode * node,
@@ -72,10 +72,15 @@ inline AttributeTree::iterator AttributeTree::attach(TreeNode * node,
     } else {
         place.before->set_next_adjacent(static_cast<TreeNode *>(place.before) + 1 == node);
     }
-    if (place.before == m_last || m_size == 0) {
+    ++m_size;
+    if (place.before == m_last) {
+        link_last(head(), node, m_last);
+        m_last = node;
+        return iterator(node);
+    }
+    if (m_size == 1) {
         m_last = node;
     }
-    ++m_size;
     link_leaf(head(), node, place.parent, place.side);
     return iterator(node);
 }
@@ -123,7 +128,7 @@ void AttributeTree::link_appended() noexcept {
 void AttributeTree::assign_copy(AttributeTree const & other) {
     reserve(other.size());
     for (auto const & [name, value] : other) {
-        append_unlinked(AttributeName(name), AttributeValue(value));
+        append_unlinked(name, value);
     }
     link_appended();
 }
@@ -131,20 +136,9 @@ void AttributeTree::assign_copy(AttributeTree const & other) {
 // Removal
 
 AttributeTree::iterator AttributeTree::erase(const_iterator position) noexcept {
-    auto * const node = static_cast<TreeNode *>(position.m_links);
+    TreeLinks * const node = position.m_links;
     TreeLinks * const next = node->next();
-    TreeLinks * const before = node != m_first ? node->neighbour(0) : nullptr;
-    if (before != nullptr) {
-        before->set_next_adjacent(false);
-    } else {
-        m_first = next;
-    }
-    if (node == m_last) {
-        m_last = before != nullptr ? before : head();
-    }
-    --m_size;
-    unlink(head(), node);
-    m_memory.free(node);
+    remove(node, node != m_first ? node->previous() : nullptr);
     return iterator(next);
 }
 
@@ -156,12 +150,27 @@ AttributeTree::iterator AttributeTree::erase(const_iterator first, const_iterato
 }
 
 std::size_t AttributeTree::erase(AttributeName const & name) noexcept {
-    TreeLinks * const node = find_node(key_of(name));
-    if (node == head()) {
+    Place const place = place_of(key_of(name));
+    if (place.found == nullptr) {
         return 0;
     }
-    erase(const_iterator(node));
+    remove(place.found, place.found->child[0] != nullptr ? place.found->previous() : place.before);
     return 1;
+}
+
+/// @param before  The node before it; null if it is the first.
+void AttributeTree::remove(TreeLinks * node, TreeLinks * before) noexcept {
+    if (before != nullptr) {
+        before->set_next_adjacent(false);
+    } else {
+        m_first = node->next();
+    }
+    if (node == m_last) {
+        m_last = before != nullptr ? before : head();
+    }
+    --m_size;
+    unlink(head(), node);
+    m_memory.free(static_cast<TreeNode *>(node));
 }
 
 void AttributeTree::reset() noexcept {
@@ -243,7 +252,7 @@ bool AttributeTree::is_valid() const noexcept {
             return false;
         }
         last = node;
-        node = node->neighbour(1);
+        node = node->linked_next();
         if (last->next() != node) {
             return false;
         }

@@ -1,49 +1,71 @@
 #include "vxattribute/map/map_builder_internal.h"
 
 #include <algorithm>
-#include <tuple>
 
-namespace vxattribute {
+namespace vxattribute::impl {
 
-/// Puts the elements from `start` on into map order, the earlier of equal names first.
-void impl::MapBuilder::sort(std::size_t start) {
-    std::size_t const count = m_elements.size() - start;
-    // The order of the last map is tried first: lists of maps mostly have the same names in the
-    // same order, whose addresses have no order.
-    if (m_order.size() != count) {
-        m_order.resize(count);
+bool MapOrder::is_sorted(std::span<Rank const> ranks) noexcept {
+    return std::adjacent_find(ranks.begin(), ranks.end(), [](Rank const & a, Rank const & b) {
+               return a.key >= b.key;
+           }) == ranks.end();
+}
+
+// The order of the last map is tried first: maps of one list mostly have the same names in the same
+// order, and their addresses have none.
+template <typename NameAt>
+void MapOrder::sort(std::size_t count, NameAt nameAt) {
+    if (m_ranks.size() != count) {
+        m_ranks.resize(count);
         for (std::size_t i = 0; i != count; ++i) {
-            m_order[i].index = i;
+            m_ranks[i].index = i;
         }
     }
-    bool isSorted = true;
-    std::uintptr_t last = 0;
-    for (Rank & rank : m_order) {
-        void const * const name = m_elements[start + rank.index].first.key().key_value();
-        rank.key = reinterpret_cast<std::uintptr_t>(name);
-        isSorted = isSorted && (rank.key > last || &rank == m_order.data());
-        last = rank.key;
+    for (Rank & rank : m_ranks) {
+        rank.key = reinterpret_cast<std::uintptr_t>(nameAt(rank.index).key().key_value());
     }
-    if (!isSorted) {
-        std::sort(m_order.begin(), m_order.end(), [](Rank const & a, Rank const & b) {
-            return std::tie(a.key, a.index) < std::tie(b.key, b.index);
+    if (!is_sorted(m_ranks)) {
+        std::sort(m_ranks.begin(), m_ranks.end(), [](Rank const & a, Rank const & b) {
+            return a.key != b.key ? a.key < b.key : a.index < b.index;
         });
     }
 }
 
-AttributeMap impl::MapBuilder::take(std::size_t start) {
-    sort(start);
-    auto holder = AttributeMapBase::MapHolder::make(m_order.size());
-    for (std::size_t i = 0; i != m_order.size(); ++i) {
-        if (i + 1 != m_order.size() && m_order[i].key == m_order[i + 1].key) {
-            continue;
+template <typename Use>
+void MapOrder::for_each(Use use) const {
+    for (std::size_t i = 0; i != m_ranks.size(); ++i) {
+        if (i + 1 == m_ranks.size() || m_ranks[i].key != m_ranks[i + 1].key) {
+            use(m_ranks[i].index);
         }
-        auto & [name, value] = m_elements[start + m_order[i].index];
-        holder->m_map.append_unlinked(std::move(name), std::move(value));
     }
+}
+
+AttributeMap MapBuilder::take(std::size_t start) {
+    std::size_t const count = m_elements.size() - start;
+    auto const first = m_elements.begin() + static_cast<std::ptrdiff_t>(start);
+    m_order.sort(count, [first](std::size_t i) -> AttributeName const & { return first[i].first; });
+    auto holder = AttributeMapBase::MapHolder::make(count);
+    m_order.for_each([&map = holder->m_map, first](std::size_t i) {
+        map.append_unlinked(std::move(first[i].first), std::move(first[i].second));
+    });
     holder->m_map.link_appended();
     m_elements.resize(start);
     return AttributeMap(holder);
 }
 
-} // namespace vxattribute
+AttributeMap MapBuilder::make(std::span<Attribute const> attributes) {
+    if (attributes.empty()) {
+        return AttributeMap();
+    }
+    MapOrder order;
+    order.sort(attributes.size(), [attributes](std::size_t i) -> AttributeName const & {
+        return attributes[i].name();
+    });
+    auto holder = AttributeMapBase::MapHolder::make(attributes.size());
+    order.for_each([&map = holder->m_map, attributes](std::size_t i) {
+        map.append_unlinked(attributes[i].name(), attributes[i].value());
+    });
+    holder->m_map.link_appended();
+    return AttributeMap(holder);
+}
+
+} // namespace vxattribute::impl

@@ -3,9 +3,35 @@
 #include "vxattribute/attribute_map.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace vxattribute::impl {
+
+/// Puts elements that are known together into map order.
+class MapOrder {
+  public:
+    /// Sorts `count` elements, the earlier of equal names first.
+    ///
+    /// @param nameAt  Returns the name of the element at an index.
+    template <typename NameAt>
+    void sort(std::size_t count, NameAt nameAt);
+
+    /// Calls `use(index)` for each element in map order, but of equal names for the last one only.
+    template <typename Use>
+    void for_each(Use use) const;
+
+  private:
+    struct Rank {
+        std::uintptr_t key; // the address of the name
+        std::size_t index;
+    };
+
+    /// Returns true if no key is below or equal to the one before.
+    static bool is_sorted(std::span<Rank const> ranks) noexcept;
+
+    std::vector<Rank> m_ranks;
+};
 
 /// Collects the elements of nested maps that are being read, those of the innermost map last. A map
 /// is made when all its elements are known: they are sorted, and its tree is linked in one pass.
@@ -33,17 +59,12 @@ class MapBuilder {
     /// @raises std::bad_alloc: the elements are still there.
     AttributeMap take(std::size_t start);
 
+    /// Makes a map of copies of the attributes. Of equal names the last is kept.
+    static AttributeMap make(std::span<Attribute const> attributes);
+
   private:
-    /// The place of an element in map order.
-    struct Rank {
-        std::uintptr_t key; // the address of the name
-        std::size_t index;  // of the element, from the start of its map
-    };
-
-    void sort(std::size_t start);
-
     std::vector<std::pair<AttributeName, AttributeValue>> m_elements;
-    std::vector<Rank> m_order; // of the map that was made last
+    MapOrder m_order; // of the map that was made last
 };
 
 } // namespace vxattribute::impl

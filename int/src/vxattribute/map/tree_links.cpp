@@ -4,23 +4,24 @@
 
 namespace vxattribute::impl {
 
-TreeLinks * TreeLinks::neighbour(unsigned int side) const noexcept {
-    if (TreeLinks * node = child[side]) {
-        while (TreeLinks * const below = node->child[1 - side]) {
-            node = below;
+namespace {
+
+/// The next node on that side in the order of names, or the head.
+template <unsigned int side>
+TreeLinks * neighbour(TreeLinks const * node) noexcept {
+    if (TreeLinks * found = node->child[side]) {
+        while (TreeLinks * const below = found->child[1 - side]) {
+            found = below;
         }
-        return node;
+        return found;
     }
-    TreeLinks const * node = this;
-    TreeLinks * above = parent();
+    TreeLinks * above = node->parent();
     while (above->child[side] == node) {
         node = above;
         above = above->parent();
     }
     return above;
 }
-
-namespace {
 
 void set_child(TreeLinks * parent, unsigned int side, TreeLinks * child) noexcept {
     parent->child[side] = child;
@@ -29,18 +30,23 @@ void set_child(TreeLinks * parent, unsigned int side, TreeLinks * child) noexcep
     }
 }
 
-/// Puts the child of `top` on `side` into its place, and `top` below it. Keeps the order.
-void rotate(TreeLinks * top, unsigned int side) noexcept {
+/// Puts the child of `top` on `side` into its place, and `top` below it, with these balances. Keeps
+/// the order.
+inline void rotate(TreeLinks * top, unsigned int side, unsigned int topBalance,
+                   unsigned int childBalance) noexcept {
+    TreeLinks * const above = top->parent();
     TreeLinks * const child = top->child[side];
-    set_child(top->parent(), top->side(), child);
+    above->child[top->side()] = child;
+    child->set(above, childBalance);
     set_child(top, side, child->child[1 - side]);
-    set_child(child, 1 - side, top);
+    child->child[1 - side] = top;
+    top->set(child, topBalance);
 }
 
 /// Balances the tree below `top`, which is two levels higher on `side` and balanced below. Returns
 /// its new top: that is even unless the tree is as high as before, which only happens after a
 /// removal.
-TreeLinks * rebalance(TreeLinks * top, unsigned int side) noexcept {
+[[gnu::always_inline]] inline TreeLinks * rebalance(TreeLinks * top, unsigned int side) noexcept {
     unsigned int const heavy = 2 * side;
     unsigned int const light = 2 - heavy;
     TreeLinks * const child = top->child[side];
@@ -48,23 +54,31 @@ TreeLinks * rebalance(TreeLinks * top, unsigned int side) noexcept {
         // The middle node has what is too high. Its two sides go to `child` and `top`.
         TreeLinks * const middle = child->child[1 - side];
         unsigned int const was = middle->balance();
-        rotate(child, 1 - side);
-        rotate(top, side);
-        top->set_balance(was == heavy ? light : TreeLinks::even);
-        child->set_balance(was == light ? heavy : TreeLinks::even);
-        middle->set_balance(TreeLinks::even);
+        rotate(child, 1 - side, was == light ? heavy : TreeLinks::even, TreeLinks::even);
+        rotate(top, side, was == heavy ? light : TreeLinks::even, TreeLinks::even);
         return middle;
     }
     bool const wasEven = child->balance() == TreeLinks::even;
-    rotate(top, side);
-    top->set_balance(wasEven ? heavy : TreeLinks::even);
-    child->set_balance(wasEven ? light : TreeLinks::even);
+    rotate(top, side, wasEven ? heavy : TreeLinks::even, wasEven ? light : TreeLinks::even);
     return child;
 }
 
 } // namespace
 
-void link_leaf(TreeLinks * head, TreeLinks * node, TreeLinks * parent, unsigned int side) noexcept {
+TreeLinks * TreeLinks::linked_next() const noexcept {
+    return neighbour<1>(this);
+}
+
+TreeLinks * TreeLinks::previous() const noexcept {
+    return neighbour<0>(this);
+}
+
+namespace {
+
+/// `link_leaf`. The sides are known beforehand when each is the higher one.
+template <bool isLast>
+[[gnu::always_inline]] inline void link(TreeLinks * head, TreeLinks * node, TreeLinks * parent,
+                                        unsigned int side) noexcept {
     node->set_parent(parent);
     parent->child[side] = node;
     // The tree below `node` is one level higher than before.
@@ -82,8 +96,18 @@ void link_leaf(TreeLinks * head, TreeLinks * node, TreeLinks * parent, unsigned 
         parent->set_balance(heavy);
         node = parent;
         parent = node->parent();
-        side = node->side();
+        side = isLast ? 1 : node->side();
     }
+}
+
+} // namespace
+
+void link_leaf(TreeLinks * head, TreeLinks * node, TreeLinks * parent, unsigned int side) noexcept {
+    link<false>(head, node, parent, side);
+}
+
+void link_last(TreeLinks * head, TreeLinks * node, TreeLinks * last) noexcept {
+    link<true>(head, node, last, 1);
 }
 
 void unlink(TreeLinks * head, TreeLinks * node) noexcept {

@@ -12,6 +12,9 @@ namespace vxattribute::impl {
 /// @pre  `node` has no children and an even balance. `parent` has no child on that side.
 void link_leaf(TreeLinks * head, TreeLinks * node, TreeLinks * parent, unsigned int side) noexcept;
 
+/// The same, faster, for a node after the last one.
+void link_last(TreeLinks * head, TreeLinks * node, TreeLinks * last) noexcept;
+
 /// Takes `node` out of the tree and balances it: O(log n), O(1) on average.
 void unlink(TreeLinks * head, TreeLinks * node) noexcept;
 
