@@ -18,7 +18,7 @@ namespace vxjson::impl {
 /// Some neighbouring bytes that are compared at once: 16 with SSE2 or NEON, otherwise 8.
 ///
 /// A comparison marks bytes by their top bits; the other bits of its result have no meaning. `|`
-/// joins the marks of two comparisons.
+/// joins the marks of two comparisons, and `~` marks the bytes that were not marked.
 ///
 ///     ByteBlock const block(at);
 ///     if (auto const marks = (block.equal('"') | block.at_most(0x1F)).marks(); marks.any()) {
@@ -88,6 +88,10 @@ class ByteBlock {
         return ByteBlock(_mm_cmpeq_epi8(low, m_bytes));
     }
 
+    friend ByteBlock operator~(ByteBlock a) noexcept {
+        return ByteBlock(_mm_xor_si128(a.m_bytes, _mm_set1_epi8(-1)));
+    }
+
     friend ByteBlock operator|(ByteBlock a, ByteBlock b) noexcept {
         return ByteBlock(_mm_or_si128(a.m_bytes, b.m_bytes));
     }
@@ -96,10 +100,6 @@ class ByteBlock {
         return Marks(static_cast<unsigned int>(_mm_movemask_epi8(m_bytes)));
     }
 
-    /// The marks of all bytes that this comparison has not marked.
-    Marks others() const noexcept {
-        return Marks(marks().m_bits ^ 0xFFFF);
-    }
 #elif defined(__aarch64__) && defined(__ARM_NEON)
     ByteBlock equal(char c) const noexcept {
         return ByteBlock(vceqq_u8(m_bytes, vdupq_n_u8(static_cast<unsigned char>(c))));
@@ -108,6 +108,10 @@ class ByteBlock {
     /// Marks the bytes up to `limit`, which is below 0x80.
     ByteBlock at_most(char limit) const noexcept {
         return ByteBlock(vcleq_u8(m_bytes, vdupq_n_u8(static_cast<unsigned char>(limit))));
+    }
+
+    friend ByteBlock operator~(ByteBlock a) noexcept {
+        return ByteBlock(vmvnq_u8(a.m_bytes));
     }
 
     friend ByteBlock operator|(ByteBlock a, ByteBlock b) noexcept {
@@ -121,10 +125,6 @@ class ByteBlock {
         return Marks(vget_lane_u64(vreinterpret_u64_u8(narrow), 0));
     }
 
-    /// The marks of all bytes that this comparison has not marked.
-    Marks others() const noexcept {
-        return Marks(~marks().m_bits);
-    }
 #else
     ByteBlock equal(char c) const noexcept {
         Bytes const different = m_bytes ^ sm_each * static_cast<unsigned char>(c);
@@ -138,6 +138,10 @@ class ByteBlock {
         return ByteBlock(~(above | m_bytes));
     }
 
+    friend ByteBlock operator~(ByteBlock a) noexcept {
+        return ByteBlock(~a.m_bytes);
+    }
+
     friend ByteBlock operator|(ByteBlock a, ByteBlock b) noexcept {
         return ByteBlock(a.m_bytes | b.m_bytes);
     }
@@ -146,10 +150,6 @@ class ByteBlock {
         return Marks(m_bytes & ~sm_low);
     }
 
-    /// The marks of all bytes that this comparison has not marked.
-    Marks others() const noexcept {
-        return Marks(~m_bytes & ~sm_low);
-    }
 #endif
 
   private:

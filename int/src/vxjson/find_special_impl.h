@@ -20,9 +20,9 @@ struct SpecialBytes {
         return byte < 0x20 || c == quote || c == '\\' || (High && byte >= 0x80);
     }
 
-    ByteBlock::Marks find(ByteBlock block) const noexcept {
+    ByteBlock mark(ByteBlock block) const noexcept {
         ByteBlock const special = block.equal(quote) | block.equal('\\') | block.at_most(0x1F);
-        return (High ? special | block.high() : special).marks();
+        return High ? special | block.high() : special;
     }
 };
 
@@ -30,17 +30,27 @@ struct SpecialBytes {
 struct NonBlankBytes {
     bool contains(char c) const noexcept { return c != ' '; }
 
-    ByteBlock::Marks find(ByteBlock block) const noexcept { return block.equal(' ').others(); }
+    ByteBlock mark(ByteBlock block) const noexcept { return ~block.equal(' '); }
 };
 
 /// The first byte from `at` on that `bytes` contains; `limit` when there is none.
 ///
-/// @cost  A block a step. Never reads at or past `limit`.
+/// @cost  A block a step, and four blocks a step from the second block on. Never reads at or past
+///        `limit`.
 template <typename Bytes>
 char const * find_byte(char const * at, char const * limit, Bytes bytes) noexcept {
-    for (; limit - at >= ByteBlock::size; at += ByteBlock::size) {
-        if (auto const marks = bytes.find(ByteBlock(at)); marks.any()) {
+    constexpr std::ptrdiff_t size = ByteBlock::size;
+    while (limit - at >= size) {
+        if (auto const marks = bytes.mark(ByteBlock(at)).marks(); marks.any()) {
             return at + marks.first();
+        }
+        at += size;
+        while (limit - at >= 4 * size &&
+               !(bytes.mark(ByteBlock(at)) | bytes.mark(ByteBlock(at + size)) |
+                 bytes.mark(ByteBlock(at + 2 * size)) | bytes.mark(ByteBlock(at + 3 * size)))
+                    .marks()
+                    .any()) {
+            at += 4 * size;
         }
     }
     while (at != limit && !bytes.contains(*at)) {
@@ -71,11 +81,11 @@ bool has_special(std::string_view text) noexcept {
         return std::any_of(text.begin(), text.end(), [bytes](char c) { return bytes.contains(c); });
     }
     for (; left > ByteBlock::size; at += ByteBlock::size, left -= ByteBlock::size) {
-        if (bytes.find(ByteBlock(at)).any()) {
+        if (bytes.mark(ByteBlock(at)).marks().any()) {
             return true;
         }
     }
-    return bytes.find(ByteBlock(at + left - ByteBlock::size)).any();
+    return bytes.mark(ByteBlock(at + left - ByteBlock::size)).marks().any();
 }
 
 } // namespace vxjson::impl

@@ -56,9 +56,12 @@ bool read_serialized_number(std::string_view text, AttributeValue & value) {
         return false;
     }
     if (text.find_first_of(".eE") == text.npos) {
+        if (scan.digitCount > maxDigits) {
+            return false;
+        }
         auto const magnitude = static_cast<long long>(scan.digits);
         value = AttributeValue(scan.isNegative ? -magnitude : magnitude);
-        return scan.digitCount <= maxDigits;
+        return true;
     }
     double number = 0;
     bool const isInRange =
