@@ -8,7 +8,9 @@
 #include "vxjson/text_output_impl.h"
 #include "vxjson/writer_failures_internal.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace vxjson {
@@ -109,7 +111,8 @@ void TextWriter::begin_line() {
         return;
     }
     if (m_state == eState_Full) {
-        put(",");
+        m_at = room();
+        *m_at++ = ',';
     }
     put_line();
     m_state = eState_Named;
@@ -117,12 +120,13 @@ void TextWriter::begin_line() {
 
 /// Writes a line break and the indentation of the innermost open container.
 void TextWriter::put_line() {
-    put("\n");
-    constexpr std::string_view blanks = "                                ";
+    m_at = room();
+    *m_at++ = '\n';
     for (std::size_t left = m_options.indent * m_open.size(); left != 0;) {
-        std::string_view const some = blanks.substr(0, left);
-        put(some);
-        left -= some.size();
+        std::size_t const size = std::min<std::size_t>(left, sm_room);
+        std::memset(room(), ' ', sm_room); // of a fixed size: no call
+        m_at += size;
+        left -= size;
     }
 }
 
