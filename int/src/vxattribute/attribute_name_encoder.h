@@ -72,8 +72,9 @@ class VXATTRIBUTE_API AttributeNameEncoder final : public IAttributeNameEncoder 
     /// Sets `token` for a name of a package in use. Returns false for any other name.
     bool find_token(AttributeName const & name, unsigned int & token) const noexcept {
         for (auto const & [package, base] : m_mappings) {
-            if (AttributeName const * const found = package->find(name); found != package->end()) {
-                token = base + static_cast<unsigned int>(found - package->begin());
+            if (unsigned int const position = package->position_of(name);
+                position != impl::NameIndex::sm_none) {
+                token = base + position;
                 return true;
             }
         }

@@ -87,7 +87,7 @@ class VXATTRIBUTE_API AttributeNamePackage final
     /// A pointer to the name in the package; `end()` when the package lacks it. Its distance from
     /// `begin()` is the position.
     AttributeName const * find(AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND {
-        unsigned int const position = m_index.find(begin(), name);
+        unsigned int const position = position_of(name);
         return position == impl::NameIndex::sm_none ? end() : begin() + position;
     }
 
@@ -102,6 +102,13 @@ class VXATTRIBUTE_API AttributeNamePackage final
     void write(vxserialize::Writer & writer) const;
 
   private:
+    friend class AttributeNameEncoder;
+
+    /// The position of the name, or `NameIndex::sm_none`.
+    unsigned int position_of(AttributeName const & name) const noexcept {
+        return m_index.find(begin(), name);
+    }
+
     AttributeNamePackage(vxcore::Uuid const & id, std::vector<AttributeName> & names,
                          impl::NameIndex & index) noexcept;
     ~AttributeNamePackage() override;

@@ -11,6 +11,8 @@
 
 namespace vxserialize::impl {
 
+static_assert(binary::string_tags.small == 0, "the tag of a short string is its size");
+
 /// The reads of a MemoryReader in line, for code that reads many elements.
 ///
 /// A view has no state of its own: calls of a view and of its reader may be mixed. MemoryReader
@@ -100,20 +102,26 @@ class MemoryReaderView {
     ///
     /// @keeps  The text holds until `joined` changes, and as long as the list of the reader.
     std::string_view read_text(std::string & joined) {
+        // The common case, a short string in this segment: the tag is its size.
+        if (m_at.m_data != m_at.m_end && *m_at.m_data <= binary::string_tags.small_max &&
+            *m_at.m_data < m_at.m_end - m_at.m_data) [[likely]] {
+            unsigned int const size = *m_at.m_data;
+            ++m_at.m_data;
+            m_containers.element();
+            return take_text(size);
+        }
         unsigned int const size = take_size(binary::string_tags);
         m_containers.element();
-        if (size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data)) [[likely]] {
-            std::string_view const text(reinterpret_cast<char const *>(m_at.m_data), size);
-            m_at.m_data += size;
-            return text;
+        if (size <= static_cast<unsigned int>(m_at.m_end - m_at.m_data)) {
+            return take_text(size);
         }
         joined.resize(size); // bounded by the bytes that are left
         m_reader.take_bytes(joined.data(), size);
         return joined;
     }
 
-    vxcore::StringKey read_string_key() {
-        std::string joined;
+    /// @param joined  As in `read_text`.
+    vxcore::StringKey read_string_key(std::string & joined) {
         return m_reader.m_names.find(read_text(joined));
     }
 
@@ -164,6 +172,13 @@ class MemoryReaderView {
     }
 
   private:
+    /// The next bytes, which are in this segment.
+    std::string_view take_text(unsigned int size) noexcept {
+        std::string_view const text(reinterpret_cast<char const *>(m_at.m_data), size);
+        m_at.m_data += size;
+        return text;
+    }
+
     /// A size, count or value that is part of the tag or follows it in 1 to 4 bytes.
     unsigned int take_number(binary::NumberTags const & tags) {
         unsigned int const tag = peek_tag();

@@ -37,8 +37,11 @@ class ValueReader {
 
     /// Of equal names the last value is kept.
     AttributeMap read_map() {
-        m_source.begin_list();
+        unsigned int const count = m_source.begin_list();
         std::size_t const start = m_elements.size();
+        if (start == 0) { // only the outermost map: exact room for each would be moved each time
+            m_elements.reserve(list_room(count, maxRoomForMapElements));
+        }
         while (m_source.has_next()) {
             m_elements.add(read_name());
             ValueHolder value = read_value();
@@ -166,8 +169,11 @@ class ValueReader {
     template <typename T>
     void append_rest(RefCountedValueImpl<T> & list) {
         while (m_source.has_next()) {
-            // Strings and maps are read in their place, which saves a copy of each.
-            if constexpr (std::is_same_v<T, std::string> || std::is_same_v<T, AttributeMap>) {
+            if constexpr (is_in_line && std::is_same_v<T, std::string>) {
+                list.push_back(read_text());
+            } else if constexpr (std::is_same_v<T, std::string> ||
+                                 std::is_same_v<T, AttributeMap>) {
+                // Read in their place, which saves a copy of each.
                 read(list.push_back_default());
             } else {
                 list.push_back(read_new<T>());
@@ -187,9 +193,7 @@ class ValueReader {
 
     ValueHolder read_string() {
         if constexpr (is_in_line) {
-            std::string_view const text = m_source.read_text(m_joined);
-            return ValueHolder(ValueFactory<std::string>::create_value(
-                TextArg(text.data(), static_cast<unsigned int>(text.size()))));
+            return ValueHolder(ValueFactory<std::string>::create_value(read_text()));
         } else {
             // Read in place: a long string is copied once. An empty one is a shared static.
             ValueHolder result = read_into_new<std::string>();
@@ -197,6 +201,12 @@ class ValueReader {
             return typed.begin()->empty() ? ValueHolder(ValueFactory<std::string>::create_value(""))
                                           : std::move(result);
         }
+    }
+
+    /// For a source in line: the text where it lies.
+    TextArg read_text() {
+        std::string_view const text = m_source.read_text(m_joined);
+        return TextArg(text.data(), static_cast<unsigned int>(text.size()));
     }
 
     template <typename T>
@@ -209,7 +219,11 @@ class ValueReader {
 
     AttributeName read_name() {
         if (m_decoder == nullptr) {
-            return AttributeName(m_source.read_string_key());
+            if constexpr (is_in_line) {
+                return AttributeName(m_source.read_string_key(m_joined));
+            } else {
+                return AttributeName(m_source.read_string_key());
+            }
         }
         // A token of the usual decoder needs no call of it.
         if (m_tokens != nullptr && m_source.next_type() == vxserialize::eElement_Unsigned) {

@@ -114,7 +114,8 @@ void MemoryReader::read_string(std::string & value) {
 }
 
 vxcore::StringKey MemoryReader::read_string_key() {
-    return MemoryReaderView(*this).read_string_key();
+    std::string joined;
+    return MemoryReaderView(*this).read_string_key(joined);
 }
 
 vxcore::AbsoluteTime MemoryReader::read_absolute_time() {
