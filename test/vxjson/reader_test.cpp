@@ -73,8 +73,14 @@ std::string describe(ITokenizer & tokenizer, Reader & reader, std::size_t habit,
                 std::string byte(1, ' ');
                 byte.resize(value->as_stream()->read(byte.data(), 1));
                 line += byte;
+            } else if (habit % 4 == 2 && value->type() == Value::eType_Number) {
+                vxcore::ErrorInfo::Ptr failure; // a number may be too large
+                line += std::to_string(value->as_double(&failure));
             } else if (habit % 4 != 2) {
                 kept.push_back(value);
+                if (habit % 16 == 15) {
+                    return line; // the reader ends before its document
+                }
             }
         }
         return line + '.';
@@ -102,7 +108,7 @@ void compare_roads(std::string const & text, std::size_t seed) {
     options.tokenizer.allow_single_quotes = seed % 5 == 0;
     options.tokenizer.validate_utf8 = seed % 7 == 0;
     options.tokenizer.max_depth = static_cast<unsigned int>(1 + seed % 5);
-    options.tokenizer.max_number_size = 4;
+    options.tokenizer.max_number_size = 5;
     options.tokenizer.buffer_size = static_cast<unsigned int>(1 + seed % 19);
     Tokenizer source(text.data(), text.size(), options.tokenizer);
     ForwardingTokenizer forwarding(source);

@@ -87,7 +87,7 @@ TEST(ReaderValue, GivesWhatTheTableTells) {
 
 TEST(ReaderValue, StreamsOutliveTheirValueOnlyToRaise) {
     std::optional<Document> document(std::in_place, "[\"abc\",\"def\"]", 13u);
-    document->reader().next_value();
+    auto const array = document->reader().next_value(); // which must not keep its elements
     auto const expect_gone = [](vxcore::IReadStream & stream) {
         vxtest::expect_error([&] { stream.skip(1); },
                              vxcore::ErrorCode("error.vxjson.reader.value", true),
@@ -100,6 +100,12 @@ TEST(ReaderValue, StreamsOutliveTheirValueOnlyToRaise) {
     EXPECT_EQ(last->skip(2), 2u);
     document.reset();
     expect_gone(*last);
+    document.emplace("[\"ab", 4u);
+    document->reader().next_value();
+    auto const broken = document->reader().next_value()->as_stream();
+    EXPECT_THROW(broken->skip(3),
+                 vxcore::ErrorException); // the reader lets go of the value meanwhile
+    expect_gone(*broken);
 }
 
 TEST(ReaderValue, HoldsStringsUpToTheLimitAndStreamsAny) {

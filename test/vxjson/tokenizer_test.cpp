@@ -69,7 +69,7 @@ TEST(Tokenizer, KeepsItsLimits) {
     EXPECT_EQ(scan(std::string(256, '{') + "}{").substr(256), "}{.");
     std::string const digits(65536, '7');
     EXPECT_EQ(scan("[" + digits + "]"), "[" + digits + " ].");
-    for (std::string const & text : {digits + "e", std::string(1'000'000, '7')}) {
+    for (std::string const & text : {digits + "e", digits + "7 ", std::string(1'000'000, '7')}) {
         EXPECT_EQ(scan(text), "! [line 1, pos 65537]: A number is longer than 65536 bytes @65536");
     }
 }

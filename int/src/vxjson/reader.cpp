@@ -30,21 +30,16 @@ Reader::Reader(ITokenizer & tokenizer, Tokenizer * known, Options const & option
       m_current(m_root.get()), m_options(options) {}
 
 Reader::~Reader() {
-    keep_texts();
+    drop_values();
 }
 
-/// Lets the current value and its ancestors go without the reader and the text.
-void Reader::keep_texts() noexcept {
-    for (Value * value = m_current; value != nullptr; value = value->m_parent) {
-        value->keep_texts();
-    }
-}
-
-/// Lets go of all values, at the end.
+/// Lets go of the current value and of its ancestors, one by one: a caller that holds one of them
+/// must not keep those inside it, whose streams need the reader.
 void Reader::drop_values() noexcept {
-    keep_texts();
-    m_current = nullptr;
-    m_root.reset();
+    while (m_current != nullptr) {
+        leave_value();
+        (m_current == nullptr ? m_root : m_current->m_inner).reset();
+    }
 }
 
 /// Replaces the object in `place`, which is missing or is held by somebody else. The new one takes
@@ -68,7 +63,7 @@ Reader::ValuePtr Reader::next_value() {
         return current();
     }
     try {
-        if (!advance_to_number()) {
+        if (m_token != eToken_Number || !advance_to_number()) {
             advance();
         }
         return current();

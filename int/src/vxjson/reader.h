@@ -108,7 +108,7 @@ class VXJSON_API Reader {
   private:
     friend class impl::DirectRead; // reads whole containers from the text
 
-    Reader(ITokenizer & tokenizer, Tokenizer * known, Options const & options);
+    VXJSON_LOCAL Reader(ITokenizer & tokenizer, Tokenizer * known, Options const & options);
 
     /// Longest name, and longest string that is read as a whole, in bytes.
     static constexpr unsigned int sm_maxStringSize = 0x8000000;
@@ -141,7 +141,6 @@ class VXJSON_API Reader {
     VXJSON_LOCAL Value & make_value(ValuePtr & place);
     VXJSON_LOCAL void leave_value() noexcept;
     VXJSON_LOCAL void drop_values() noexcept;
-    VXJSON_LOCAL void keep_texts() noexcept;
 
     // Failures (reader_failures.cpp).
     void keep_tokenizer_error() noexcept;
@@ -160,7 +159,7 @@ class VXJSON_API Reader {
     bool m_currentPending = false;  // next_value() returns m_current once more
     bool m_failed = false;          // set even when no memory was left for m_error
     ValuePtr m_root;                // holds all values down to m_current, and objects for reuse
-    Value * m_current;
+    Value * m_current;              // null at the end and after a failure
     vxcore::ErrorInfo::Ptr m_error;
     Options const m_options;
 };
@@ -252,7 +251,6 @@ class VXJSON_API Reader::Value final : public vxcore::RefCounted<vxcore::NonAtom
 
     ~Value() override;
 
-    VXJSON_LOCAL void keep_texts() noexcept;
     VXJSON_LOCAL void begin(EType type);
     void load_string();
     void check_scalar(EType type, char const * message, char const * function);

@@ -42,13 +42,12 @@ Value::EType scalar_type(EToken token) noexcept {
 
 } // namespace
 
-/// Moves from a number to the next one in the same array: the object remains. False, with nothing
-/// changed, if something else is needed.
+/// Moves from a number to the next one in the same array, which is the current token: the object
+/// remains. False, with nothing changed, if something else is needed.
 bool Reader::advance_to_number() {
     Value & value = *m_current;
-    if (!m_tokenPushedBack || m_token != eToken_Number || value.m_type != Value::eType_Number ||
-        m_known == nullptr || value.m_parent->m_type != Value::eType_Array ||
-        !value.has_unique_ref()) {
+    if (!m_tokenPushedBack || value.m_type != Value::eType_Number || m_known == nullptr ||
+        value.m_parent->m_type != Value::eType_Array || !value.has_unique_ref()) {
         return false;
     }
     std::string_view const text = m_known->m_text.view();

@@ -80,17 +80,12 @@ inline void Reader::Value::begin(EType type) {
 inline void Reader::leave_value() noexcept {
     Value & left = *m_current;
     m_current = left.m_parent;
-    left.keep_texts();
+    if (!left.has_unique_ref()) [[unlikely]] {
+        left.m_name.keep(); // the holder can still ask for them
+        left.m_data.keep();
+    }
     if (left.m_stream) [[unlikely]] {
         m_current->m_inner.reset(); // the stream reports that its value is gone
-    }
-}
-
-/// Copies the texts that are lent, if another holder can still ask for them.
-inline void Reader::Value::keep_texts() noexcept {
-    if (!has_unique_ref()) [[unlikely]] {
-        m_name.keep();
-        m_data.keep();
     }
 }
 

@@ -161,8 +161,8 @@ class VXJSON_API Tokenizer final : public ITokenizer {
         return token;
     }
 
-    unsigned long long token_offset() const noexcept;
-    void count_lines() noexcept;
+    VXJSON_LOCAL unsigned long long token_offset() const noexcept;
+    VXJSON_LOCAL void count_lines() noexcept;
 
     /// The place of a byte of the buffer in the whole text, in bytes.
     unsigned long long offset(char const * at) const noexcept {
