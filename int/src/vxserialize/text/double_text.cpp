@@ -1,6 +1,5 @@
-#include "vxserialize/text/double_text_internal.h"
-
 #include "vxcore/default_floating_point.h"
+#include "vxserialize/text/double_text_internal.h"
 
 #include <charconv>
 #include <cmath>
