@@ -59,7 +59,7 @@ class ValueReader {
             return ValueHolder();
         }
         return with_bare_element_type(
-            kind, [this]<typename T>() { return read_lone_element<T>(); },
+            kind, [this]<typename T>() { return this->template read_lone_element<T>(); },
             [this] { return read_tagged(m_source.read_uint()); });
     }
 
