@@ -7,48 +7,31 @@
 /// library takes the general way for them.
 namespace vxtest {
 
+// clang-format off
+#define VX_FORWARD(Type, name) Type name() override { return m_target.name(); }
+#define VX_FORWARD_1(Type, name) void name(Type value) override { m_target.name(value); }
+#define VX_FORWARD_2(Type, name) void name(Type data, unsigned int size) override { m_target.name(data, size); }
+
 class ForwardingReader final : public vxserialize::Reader {
   public:
     explicit ForwardingReader(vxserialize::Reader & target) : m_target(target) {}
-
-    vxserialize::EElementKind next_type() override { return m_target.next_type(); }
-
-    void read_null() override { return m_target.read_null(); }
-
-    bool read_if_null() override { return m_target.read_if_null(); }
-
-    bool read_bool() override { return m_target.read_bool(); }
-
-    long long read_integer() override { return m_target.read_integer(); }
-
-    unsigned int read_uint() override { return m_target.read_uint(); }
-
-    double read_double() override { return m_target.read_double(); }
-
-    vxcore::StringKey read_string_key() override { return m_target.read_string_key(); }
-
-    vxcore::AbsoluteTime read_absolute_time() override { return m_target.read_absolute_time(); }
-
-    vxcore::RelativeTime read_relative_time() override { return m_target.read_relative_time(); }
-
-    vxcore::Uuid read_uuid() override { return m_target.read_uuid(); }
-
-    vxserialize::ReadStreamPtr read_binary() override { return m_target.read_binary(); }
-
-    vxcore::RefCountPtr<vxserialize::MemoryList> read_binary_as_memory_list() override {
-        return m_target.read_binary_as_memory_list();
-    }
-
-    unsigned int begin_list() override { return m_target.begin_list(); }
-
-    bool has_next() override { return m_target.has_next(); }
-
-    void begin_record() override { return m_target.begin_record(); }
-
-    void end_record() override { return m_target.end_record(); }
-
-    void read_string(std::string & value) override { m_target.read_string(value); }
-
+    VX_FORWARD(vxserialize::EElementKind, next_type)
+    VX_FORWARD(void, read_null)
+    VX_FORWARD(bool, read_if_null)
+    VX_FORWARD(bool, read_bool)
+    VX_FORWARD(long long, read_integer)
+    VX_FORWARD(unsigned int, read_uint)
+    VX_FORWARD(double, read_double)
+    VX_FORWARD_1(std::string &, read_string)
+    VX_FORWARD(vxcore::StringKey, read_string_key)
+    VX_FORWARD(vxcore::AbsoluteTime, read_absolute_time)
+    VX_FORWARD(vxcore::RelativeTime, read_relative_time)
+    VX_FORWARD(vxcore::Uuid, read_uuid)
+    VX_FORWARD(vxserialize::ReadStreamPtr, read_binary)
+    VX_FORWARD(unsigned int, begin_list)
+    VX_FORWARD(bool, has_next)
+    VX_FORWARD(void, begin_record)
+    VX_FORWARD(void, end_record)
   private:
     vxserialize::Reader & m_target;
 };
@@ -56,55 +39,28 @@ class ForwardingReader final : public vxserialize::Reader {
 class ForwardingWriter final : public vxserialize::Writer {
   public:
     explicit ForwardingWriter(vxserialize::Writer & target) : m_target(target) {}
-
-    void write_null() override { m_target.write_null(); }
-
-    void write_bool(bool value) override { m_target.write_bool(value); }
-
-    void write_integer(long long value) override { m_target.write_integer(value); }
-
-    void write_uint(unsigned int value) override { m_target.write_uint(value); }
-
-    void write_double(double value) override { m_target.write_double(value); }
-
-    void write_string_key(vxcore::StringKey const & value) override {
-        m_target.write_string_key(value);
-    }
-
-    void write_absolute_time(vxcore::AbsoluteTime value) override {
-        m_target.write_absolute_time(value);
-    }
-
-    void write_relative_time(vxcore::RelativeTime value) override {
-        m_target.write_relative_time(value);
-    }
-
-    void write_uuid(vxcore::Uuid const & value) override { m_target.write_uuid(value); }
-
-    void write_memory_list(vxserialize::MemoryListBase const & value) override {
-        m_target.write_memory_list(value);
-    }
-
-    void begin_list(unsigned int value) override { m_target.begin_list(value); }
-
-    void next_list_item() override { m_target.next_list_item(); }
-
-    void end_list() override { m_target.end_list(); }
-
-    void begin_record() override { m_target.begin_record(); }
-
-    void end_record() override { m_target.end_record(); }
-
-    void write_string(char const * data, unsigned int size) override {
-        m_target.write_string(data, size);
-    }
-
-    void write_binary(void const * data, unsigned int size) override {
-        m_target.write_binary(data, size);
-    }
-
+    VX_FORWARD(void, write_null)
+    VX_FORWARD_1(bool, write_bool)
+    VX_FORWARD_1(long long, write_integer)
+    VX_FORWARD_1(unsigned int, write_uint)
+    VX_FORWARD_1(double, write_double)
+    VX_FORWARD_2(char const *, write_string)
+    VX_FORWARD_1(vxcore::StringKey const &, write_string_key)
+    VX_FORWARD_1(vxcore::AbsoluteTime, write_absolute_time)
+    VX_FORWARD_1(vxcore::RelativeTime, write_relative_time)
+    VX_FORWARD_1(vxcore::Uuid const &, write_uuid)
+    VX_FORWARD_2(void const *, write_binary)
+    VX_FORWARD_1(unsigned int, begin_list)
+    VX_FORWARD(void, next_list_item)
+    VX_FORWARD(void, end_list)
+    VX_FORWARD(void, begin_record)
+    VX_FORWARD(void, end_record)
   private:
     vxserialize::Writer & m_target;
 };
+#undef VX_FORWARD
+#undef VX_FORWARD_1
+#undef VX_FORWARD_2
+// clang-format on
 
 } // namespace vxtest
