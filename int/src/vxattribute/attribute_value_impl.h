@@ -137,10 +137,10 @@ class ValueHolder {
         return *this;
     }
 
-    /// Releases the value. Null needs no call; its address is not used, so that a program may drop
-    /// values of a library that it loads at run time.
+    /// Releases the value; null needs no call. Where a value was moved from, compilers know its
+    /// address and leave the destructor out.
     ~ValueHolder() {
-        if (m_value->type().id() != ValueTypeId::eId_Null) {
+        if (m_value != &TypedValue<NullValueType>::sm_instance) {
             m_value->release();
         }
     }
