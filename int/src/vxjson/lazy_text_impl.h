@@ -9,8 +9,10 @@
 
 namespace vxjson::impl {
 
-/// The text of a value: a string of its own, or one that is copied from the source when it is
-/// first asked for. Walking through a document copies nothing that nobody reads.
+/// The text of a value: a string of its own, or one that is lent, and copied when it is first asked
+/// for. So walking through a document copies nothing that nobody reads.
+///
+/// Threads. A text belongs to one thread, even where it is const: the first read may copy it.
 class LazyText {
   public:
     /// Takes the text of a source that stays as it is until `keep()` or the next change. Memory for

@@ -33,13 +33,12 @@ Reader::~Reader() {
     drop_values();
 }
 
-/// Lets go of the current value and of its ancestors, one by one: a caller that holds one of them
-/// must not keep those inside it, whose streams need the reader.
+/// Leaves the current value and all its ancestors, of which callers may hold some.
 void Reader::drop_values() noexcept {
     while (m_current != nullptr) {
         leave_value();
-        (m_current == nullptr ? m_root : m_current->m_inner).reset();
     }
+    m_root.reset();
 }
 
 /// Replaces the object in `place`, which is missing or is held by somebody else. The new one takes
