@@ -205,7 +205,7 @@ class VXATTRIBUTE_API TreeMemory {
     void clear() noexcept;
 
   private:
-    struct alignas(16) Run {
+    struct alignas(TreeNode) Run {
         Run * next;
         unsigned int count; // of its nodes
         bool isBesideTree;

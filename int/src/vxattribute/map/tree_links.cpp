@@ -153,17 +153,37 @@ void unlink(TreeLinks * head, TreeLinks * node) noexcept {
     }
 }
 
-// The recursion is as deep as the tree is high, 32 levels for 4 billion nodes.
+namespace {
+
+void set_links(TreeNode * node, TreeLinks * parent, unsigned int balance, TreeNode * lower,
+               TreeNode * higher) noexcept {
+    node->child[0] = lower;
+    node->child[1] = higher;
+    node->up = reinterpret_cast<std::uintptr_t>(parent) | balance | TreeLinks::adjacent_bit;
+}
+
+} // namespace
+
+// The recursion is as deep as the tree is high, 32 levels for 4 billion nodes. It ends at one or
+// two nodes rather than at none, which spares most of the calls.
 TreeNode * link_run(TreeNode * first, std::size_t count, TreeLinks * parent) noexcept {
+    if (count == 1) {
+        set_links(first, parent, TreeLinks::even, nullptr, nullptr);
+        return first;
+    }
+    TreeNode * const middle = first + count / 2;
+    if (count == 2) {
+        set_links(first, middle, TreeLinks::even, nullptr, nullptr);
+        set_links(middle, parent, 0, first, nullptr);
+        return middle;
+    }
     std::size_t const lower = count / 2;
     std::size_t const higher = count - 1 - lower;
-    TreeNode * const middle = first + lower;
     // A tree of n nodes that is made so is bit_width(n) levels high.
     auto const balance =
         static_cast<unsigned int>(TreeLinks::even + std::bit_width(higher) - std::bit_width(lower));
-    middle->up = reinterpret_cast<std::uintptr_t>(parent) | balance | TreeLinks::adjacent_bit;
-    middle->child[0] = lower != 0 ? link_run(first, lower, middle) : nullptr;
-    middle->child[1] = higher != 0 ? link_run(middle + 1, higher, middle) : nullptr;
+    set_links(middle, parent, balance, link_run(first, lower, middle),
+              link_run(middle + 1, higher, middle));
     return middle;
 }
 
