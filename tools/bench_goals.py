@@ -14,7 +14,7 @@ ROWS = [
     ("copy_list_1000", ["nlohmann"], 0.01),
     ("build_map_100", ["nlohmann", "boost_json"], 0.33),
     ("build_map_100_mixed", ["nlohmann", "boost_json"], 0.33),
-    ("build_map_100_at_once", ["nlohmann", "boost_json"], 0.2),
+    ("build_map_from_list_100", ["nlohmann", "boost_json"], 0.2),
     ("copy_map_and_write_one_100", ["nlohmann"], 0.5),
     ("copy_map_and_write_one_10000", ["nlohmann"], 0.5),
     ("copy_map_and_write_one_100_mixed", ["nlohmann"], 0.5),

@@ -141,8 +141,8 @@ class VXATTRIBUTE_API AttributeName {
         return vxcore::TransferSource<AttributeName>(*this);
     }
 
-    /// The hash of the characters, computed at the first use and stored: O(1). It involves a secret of the process, so
-    /// it differs from run to run: do not store it. 0 for the empty name.
+    /// The hash of the characters, computed at the first use and stored: O(1). It involves a secret
+    /// of the process, so it differs from run to run: do not store it. 0 for the empty name.
     unsigned int hash() const noexcept { return m_key.hash(); }
 
     /// Reads the name as one string, or as the decoder does. The name is interned. Names from
