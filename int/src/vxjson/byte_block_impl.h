@@ -89,7 +89,7 @@ class ByteBlock {
     }
 
     friend ByteBlock operator~(ByteBlock a) noexcept {
-        return ByteBlock(_mm_xor_si128(a.m_bytes, _mm_set1_epi8(-1)));
+        return ByteBlock(_mm_xor_si128(a.m_bytes, _mm_set1_epi32(-1)));
     }
 
     friend ByteBlock operator|(ByteBlock a, ByteBlock b) noexcept {

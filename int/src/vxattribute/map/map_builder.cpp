@@ -41,7 +41,7 @@ void MapOrder::for_each(Use use) const {
 
 AttributeMap MapBuilder::take(std::size_t start) {
     std::size_t const count = m_elements.size() - start;
-    auto const first = m_elements.begin() + static_cast<std::ptrdiff_t>(start);
+    auto * const first = m_elements.data() + start;
     m_order.sort(count, [first](std::size_t i) -> AttributeName const & { return first[i].first; });
     auto holder = AttributeMapBase::MapHolder::make(count);
     m_order.for_each([&map = holder->m_map, first](std::size_t i) {
