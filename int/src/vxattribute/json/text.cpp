@@ -4,6 +4,8 @@
 #include "vxattribute/json_text.h"
 #include "vxjson/direct_read_impl.h"
 
+#include <algorithm>
+
 namespace vxattribute {
 
 namespace {
@@ -37,6 +39,19 @@ bool read_plain(std::string_view text, vxjson::impl::PlainText plain, AttributeV
 AttributeValue read_tolerantly(std::string_view text, vxjson::Document::Options const & options) {
     vxjson::Document document(text.data(), text.size(), options);
     return only_value(document.reader(), impl::read_through_values(document.reader()));
+}
+
+/// Makes the buffer large enough for the whole text and for one byte more, whose absence shows the
+/// end, so that the text can be read directly. Only for a stream that knows its size, which may be
+/// wrong; hence the limit.
+vxjson::Document::Options with_room_for_all(vxcore::IReadStream & stream,
+                                            vxjson::Document::Options options) {
+    constexpr long long maxSize = 16 << 20;
+    if (long long const size = stream.size(); size >= 0 && size < maxSize) {
+        options.tokenizer.buffer_size =
+            std::max(options.tokenizer.buffer_size, static_cast<unsigned int>(size) + 1);
+    }
+    return options;
 }
 
 void write(vxjson::TextWriter & writer, AttributeValue const & value, bool sorted) {
@@ -89,7 +104,7 @@ AttributeValue value_from_json(vxcore::IReadStream & stream) {
 
 AttributeValue value_from_json(vxcore::IReadStream & stream,
                                vxjson::Document::Options const & options) {
-    vxjson::Document document(stream, options);
+    vxjson::Document document(stream, with_room_for_all(stream, options));
     AttributeValue value = read_attribute_value(document.reader());
     return only_value(document.reader(), std::move(value));
 }
