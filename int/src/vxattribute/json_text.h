@@ -53,8 +53,8 @@ VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text);
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text,
                                                vxjson::Document::Options const & options);
 
-/// Reads a stream to its end, through a buffer; otherwise as above. A stream that knows its size, if
-/// that is below 16 MiB, is read into memory at once, which is faster.
+/// Reads a stream to its end, through a buffer; otherwise as above. A stream that knows its size,
+/// if that is below 16 MiB, is read into memory at once, which is faster.
 ///
 /// @raises error.vxjson.reader.tokenizer.stream: the stream failed; its failure is nested.
 VXATTRIBUTE_API AttributeValue value_from_json(vxcore::IReadStream & stream);
