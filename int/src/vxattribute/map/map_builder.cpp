@@ -10,8 +10,8 @@ bool MapOrder::is_sorted(std::span<Rank const> ranks) noexcept {
            }) == ranks.end();
 }
 
-// The order of the last map is tried first: maps of one list mostly have the same names in the same
-// order, and their addresses have none.
+// The order of the last map of this size is tried first: maps of one list mostly have the same
+// names in the same order, and their addresses have none.
 template <typename NameAt>
 void MapOrder::sort(std::size_t count, NameAt nameAt) {
     if (m_ranks.size() != count) {
@@ -42,9 +42,10 @@ void MapOrder::for_each(Use use) const {
 AttributeMap MapBuilder::take(std::size_t start) {
     std::size_t const count = m_elements.size() - start;
     auto * const first = m_elements.data() + start;
-    m_order.sort(count, [first](std::size_t i) -> AttributeName const & { return first[i].first; });
+    MapOrder & order = m_orders[count % m_orders.size()];
+    order.sort(count, [first](std::size_t i) -> AttributeName const & { return first[i].first; });
     auto holder = AttributeMapBase::MapHolder::make(count);
-    m_order.for_each([&map = holder->m_map, first](std::size_t i) {
+    order.for_each([&map = holder->m_map, first](std::size_t i) {
         map.append_unlinked(std::move(first[i].first), std::move(first[i].second));
     });
     holder->m_map.link_appended();

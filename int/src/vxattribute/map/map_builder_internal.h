@@ -2,6 +2,7 @@
 
 #include "vxattribute/attribute_map.h"
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -64,7 +65,8 @@ class MapBuilder {
 
   private:
     std::vector<std::pair<AttributeName, AttributeValue>> m_elements;
-    MapOrder m_order; // of the map that was made last
+    /// Of the maps that were made last, by their sizes: nested maps then keep their orders apart.
+    std::array<MapOrder, 4> m_orders;
 };
 
 } // namespace vxattribute::impl
