@@ -8,7 +8,8 @@ page. Figures are medians over the repetitions: of processor time, or of real ti
 threads run. The spread is the range of the middle half of the repetitions, divided by the median.
 Of several results of a work, the one with the smallest spread counts.
 
---wide prints a filter for the works whose spread is above 10 %, and nothing if there are none.
+--wide prints a filter for the works of one thread whose spread is above 10 %, and nothing if there
+are none.
 """
 
 import argparse
@@ -81,9 +82,11 @@ def read_figures(results):
 
 
 def wide_filter(figures):
-    """A regular expression for the works of which some figure varies too much."""
-    wide = {work.split("/")[0] for (work, _), figure in figures.items()
-            if figure.spread > WIDE and not is_measured_once(work)}
+    """A regular expression for the works of which some figure varies too much. Works that have a row
+    of several threads are left out: the filter would start them in the process of the others."""
+    threaded = {work.split("/")[0] for work, _ in figures if "/" in work}
+    wide = {work for (work, _), figure in figures.items()
+            if figure.spread > WIDE and not is_measured_once(work) and "/" not in work} - threaded
     return f"^({'|'.join(sorted(wide))})/" if wide else ""
 
 
