@@ -100,6 +100,25 @@ TEST(StringKey, FewTokensWithoutKeysAreKept) {
     EXPECT_EQ(vxtest::live_blocks(), before);
 }
 
+TEST(StringKey, ATokenThatCannotBeMadeLeavesTheTableAsItWas) {
+    vxcore::impl::free_kept_tokens();
+    std::vector<StringKey> keys;
+    keys.reserve(20'000);
+    StringKey found;
+    unsigned long failures = 0;
+    while (keys.size() < keys.capacity()) { // beyond the first growth of all shards
+        std::string const text = "name without memory " + std::to_string(keys.size());
+        failures += vxtest::fail_each_allocation(
+            [&] { keys.emplace_back(text); },
+            [&] { ASSERT_FALSE(StringKey::find_interned(text, found)); });
+        ASSERT_TRUE(StringKey::find_interned(text, found));
+    }
+    EXPECT_EQ(failures, 2 * keys.size()); // a larger index is not needed
+    for (StringKey const & key : keys) {
+        ASSERT_EQ(StringKey(key.value()), key);
+    }
+}
+
 /// Each token is made, dropped and reused by several threads at once, while others take its place
 /// among those that are kept.
 TEST(StringKey, ThreadsMakeDropAndReuseTheSameNames) {
