@@ -27,6 +27,19 @@ struct JsonReadOptions {
     VXATTRIBUTE_API operator vxjson::Document::Options() const;
 };
 
+/// How doubles are written.
+enum EJsonDoubles : unsigned char {
+    /// As {"vxserialize":"0.5"}, which reads back as an equal value.
+    eJsonDoubles_Lossless,
+
+    /// As JSON numbers, for readers that do not know this library: the fewest digits that read back
+    /// as the same double, "2.0" for a whole one. A whole double reads back as an Integer if it
+    /// fits
+    /// one, as does a list of nothing but such doubles. NaN and infinities, for which JSON has no
+    /// number, and values that hold one or hold no element are written as above.
+    eJsonDoubles_Numbers
+};
+
 /// How a value is laid out as text.
 struct JsonTextOptions {
     unsigned int indent = 0; ///< blanks per level, each value on its own line; 0: no blanks
@@ -37,6 +50,7 @@ struct JsonTextOptions {
 
     bool ascii_only = false;      ///< escapes all from U+0080 on; raises on ill-formed UTF-8
     unsigned int max_depth = 256; ///< objects and arrays that may be open at one time
+    EJsonDoubles doubles = eJsonDoubles_Lossless; ///< the form of doubles
 };
 
 /// The value of a text that is one JSON document.

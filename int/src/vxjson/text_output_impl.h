@@ -64,6 +64,8 @@ class TextOutput {
 
     void write_integer(long long value) { write_number(value); }
 
+    void write_double(double value) { m_writer.write_double(value); }
+
     void write_unsigned(unsigned long long value) { write_number(value); }
 
     void begin_object() { begin_container('{', '}'); }

@@ -8,6 +8,7 @@
 #include "vxcore/error_exception.h"
 
 #include <bit>
+#include <limits>
 #include <numeric>
 
 namespace {
@@ -94,6 +95,24 @@ TEST(JsonMarshaler, EveryTypeComesBackEqual) {
         AttributeValue const back = value_from_json(value_to_json(number));
         EXPECT_EQ(std::bit_cast<std::uint64_t>(back.get<double>()), bits);
     }
+}
+
+TEST(JsonMarshaler, DoublesAreNumbersWhereThisIsAsked) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    AttributeValue const none(ValueTypeId::typeDouble);
+    AttributeMap const map = make_map({{"a", 0.1 + 0.2},
+                                       {"b", 2.0},
+                                       {"c", make_list<double>({1.5, 2, 5e-324})},
+                                       {"d", make_list<double>({1, infinity})},
+                                       {"e", make_map({{"f", none}, {"g", -0.0}, {"h", 1e300}})}});
+    std::string const text =
+        R"({"a":0.30000000000000004,"b":2.0,"c":[1.5,2.0,5e-324],"d":{"vxserialize":"4u [2: 1.0, inf]"},)"
+        R"("e":{"f":{"vxserialize":"4u []"},"g":-0.0,"h":1e+300}})";
+    JsonTextOptions const options{.sorted_names = true, .doubles = eJsonDoubles_Numbers};
+    EXPECT_EQ(value_to_json(map, options), text);
+    std::string again = text; // whole numbers come back as integers
+    again.replace(again.find("2.0"), 3, "2").replace(again.find("-0.0"), 4, "0");
+    EXPECT_EQ(value_to_json(value_from_json(text), options), again);
 }
 
 TEST(JsonMarshaler, ReadsDocumentsAndPlacesOneAfterTheOther) {

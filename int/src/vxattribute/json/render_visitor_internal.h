@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vxattribute/json_text.h"
 #include "vxattribute/map/elements_cursor_internal.h"
 #include "vxjson/text_output_impl.h"
 
@@ -16,8 +17,8 @@ namespace vxattribute::impl {
 template <typename Writer>
 class JsonRenderVisitor {
   public:
-    /// @param sorted  Sorts the elements of each map by the bytes of their names.
-    JsonRenderVisitor(Writer writer, bool sorted);
+    /// Of the options, only those count that are not of the layout: `sorted_names` and `doubles`.
+    JsonRenderVisitor(Writer writer, JsonTextOptions const & options);
 
     void write(AttributeValue const & value);
 
@@ -36,17 +37,20 @@ class JsonRenderVisitor {
     template <typename T, typename Write>
     void write_elements(std::span<T const> elements, Write write);
 
+    bool write_numbers(std::span<double const> elements);
     void write_string(std::string const & text);
     void write_serialized(AttributeValue const & value);
     bool is_plain(AttributeMap const & map) const noexcept;
 
     Writer m_writer;
     bool const m_sorted;
+    bool const m_plainDoubles;
     AttributeName const m_serializedName;
     std::vector<OpenMaps> m_open;
 };
 
 /// Writes a value to a TextWriter, or to any other writer more slowly.
-void write_json_value(vxjson::Writer & writer, AttributeValue const & value, bool sorted);
+void write_json_value(vxjson::Writer & writer, AttributeValue const & value,
+                      JsonTextOptions const & options);
 
 } // namespace vxattribute::impl

@@ -54,8 +54,9 @@ vxjson::Document::Options with_room_for_all(vxcore::IReadStream & stream,
     return options;
 }
 
-void write(vxjson::TextWriter & writer, AttributeValue const & value, bool sorted) {
-    impl::write_json_value(writer, value, sorted);
+void write(vxjson::TextWriter & writer, AttributeValue const & value,
+           JsonTextOptions const & options) {
+    impl::write_json_value(writer, value, options);
     writer.finish();
 }
 
@@ -112,14 +113,14 @@ AttributeValue value_from_json(vxcore::IReadStream & stream,
 std::string value_to_json(AttributeValue const & value, JsonTextOptions const & options) {
     std::string text;
     vxjson::TextWriter writer(text, writer_options(options));
-    write(writer, value, options.sorted_names);
+    write(writer, value, options);
     return text;
 }
 
 void write_json(vxjson::TextWriter::ITextTarget & target, AttributeValue const & value,
                 JsonTextOptions const & options) {
     vxjson::TextWriter writer(target, writer_options(options));
-    write(writer, value, options.sorted_names);
+    write(writer, value, options);
 }
 
 } // namespace vxattribute

@@ -5,6 +5,7 @@
 #include "vxattribute/json_marshaler.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vxattribute {
 
@@ -27,8 +28,10 @@ std::span<T const> elements_of(AttributeValue const & value) {
 } // namespace
 
 template <typename Writer>
-JsonRenderVisitor<Writer>::JsonRenderVisitor(Writer writer, bool sorted)
-    : m_writer(writer), m_sorted(sorted), m_serializedName(jsonSerializedKey.get()) {}
+JsonRenderVisitor<Writer>::JsonRenderVisitor(Writer writer, JsonTextOptions const & options)
+    : m_writer(writer), m_sorted(options.sorted_names),
+      m_plainDoubles(options.doubles == eJsonDoubles_Numbers),
+      m_serializedName(jsonSerializedKey.get()) {}
 
 template <typename Writer>
 void JsonRenderVisitor<Writer>::write(AttributeValue const & value) {
@@ -57,6 +60,11 @@ void JsonRenderVisitor<Writer>::begin(AttributeValue const & value) {
             !elements.empty() && std::all_of(elements.begin(), elements.end(), is_plain_integer)) {
             write_elements(elements,
                            [this](long long element) { m_writer.write_integer(element); });
+            return;
+        }
+        break;
+    case ValueTypeId::eId_Double:
+        if (m_plainDoubles && write_numbers(elements_of<double>(value))) {
             return;
         }
         break;
@@ -91,6 +99,17 @@ void JsonRenderVisitor<Writer>::write_elements(std::span<T const> elements, Writ
     m_writer.begin_array();
     std::for_each(elements.begin(), elements.end(), write);
     m_writer.end_array();
+}
+
+/// Writes the elements unless one of them has no number in JSON, or there are none.
+template <typename Writer>
+bool JsonRenderVisitor<Writer>::write_numbers(std::span<double const> elements) {
+    if (elements.empty() || !std::all_of(elements.begin(), elements.end(),
+                                         [](double element) { return std::isfinite(element); })) {
+        return false;
+    }
+    write_elements(elements, [this](double element) { m_writer.write_double(element); });
+    return true;
 }
 
 template <typename Writer>
@@ -150,19 +169,20 @@ void JsonRenderVisitor<Writer>::write_serialized(AttributeValue const & value) {
     m_writer.end_object();
 }
 
-void write_json_value(vxjson::Writer & writer, AttributeValue const & value, bool sorted) {
+void write_json_value(vxjson::Writer & writer, AttributeValue const & value,
+                      JsonTextOptions const & options) {
     if (vxjson::impl::TextOutput::takes_value(writer)) {
         vxjson::impl::TextOutput const output(static_cast<vxjson::TextWriter &>(writer));
-        JsonRenderVisitor<vxjson::impl::TextOutput>(output, sorted).write(value);
+        JsonRenderVisitor<vxjson::impl::TextOutput>(output, options).write(value);
     } else {
-        JsonRenderVisitor<vxjson::Writer &>(writer, sorted).write(value);
+        JsonRenderVisitor<vxjson::Writer &>(writer, options).write(value);
     }
 }
 
 } // namespace impl
 
 void write_attribute_value(vxjson::Writer & writer, AttributeValue const & value) {
-    impl::write_json_value(writer, value, false);
+    impl::write_json_value(writer, value, JsonTextOptions());
 }
 
 } // namespace vxattribute
