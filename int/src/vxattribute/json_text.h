@@ -12,6 +12,19 @@
 /// and docs/guide/json.md has examples.
 namespace vxattribute {
 
+/// Arrays that no value can hold: of one element, of arrays, of nulls, of different types.
+enum EJsonArrays : unsigned char {
+    /// An array of one element is its element, the others are refused.
+    eJsonArrays_Plain,
+
+    /// Every array has a value, and the same option writes it again. docs/formats/boxes.md
+    /// describes
+    /// the boxes: maps with the one name "[]" or "=". Everything is data then: names may be empty,
+    /// "vxserialize" is a name like any other, integers keep all 64 bits, and a document may be a
+    /// scalar.
+    eJsonArrays_Boxed
+};
+
 /// How JSON text is read. The defaults take JSON as RFC 8259 has it, whatever its names.
 struct JsonReadOptions {
     bool allow_reserved_names = true;  ///< takes names such as "class"
@@ -21,6 +34,7 @@ struct JsonReadOptions {
     bool validate_utf8 = false;        ///< refuses ill-formed UTF-8; otherwise bytes pass unchanged
     unsigned int max_depth = 256;      ///< objects and arrays that may be open at one time
     vxuri::UriReference uri = {};      ///< origin of the text, for messages
+    EJsonArrays arrays = eJsonArrays_Plain; ///< for `value_from_json`
 
     /// The same options for `value_from_json`; the sizes that have no member here are the defaults
     /// of `vxjson::Tokenizer::Options`.
@@ -33,10 +47,11 @@ enum EJsonDoubles : unsigned char {
     eJsonDoubles_Lossless,
 
     /// As JSON numbers, for readers that do not know this library: the fewest digits that read back
-    /// as the same double, "2.0" for a whole one. A whole double reads back as an Integer if it
-    /// fits
-    /// one, as does a list of nothing but such doubles. NaN and infinities, for which JSON has no
-    /// number, and values that hold one or hold no element are written as above.
+    /// as the same double, "2.0" for a whole one. A whole double reads back as an Integer, unless
+    /// it
+    /// is beyond 64 bits or in a list with others. NaN and infinities have no number in JSON:
+    /// values
+    /// that hold one, and empty values, are written as above.
     eJsonDoubles_Numbers
 };
 
@@ -51,6 +66,7 @@ struct JsonTextOptions {
     bool ascii_only = false;      ///< escapes all from U+0080 on; raises on ill-formed UTF-8
     unsigned int max_depth = 256; ///< objects and arrays that may be open at one time
     EJsonDoubles doubles = eJsonDoubles_Lossless; ///< the form of doubles
+    EJsonArrays arrays = eJsonArrays_Plain;       ///< takes the boxes off that reading made
 };
 
 /// The value of a text that is one JSON document.
@@ -66,6 +82,8 @@ struct JsonTextOptions {
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text);
 VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text,
                                                vxjson::Document::Options const & options);
+VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text,
+                                               JsonReadOptions const & options);
 
 /// Reads a stream to its end, through a buffer; otherwise as above. A stream that knows its size,
 /// if that is below 16 MiB, is read into memory at once, which is faster.
@@ -74,6 +92,8 @@ VXATTRIBUTE_API AttributeValue value_from_json(std::string_view text,
 VXATTRIBUTE_API AttributeValue value_from_json(vxcore::IReadStream & stream);
 VXATTRIBUTE_API AttributeValue value_from_json(vxcore::IReadStream & stream,
                                                vxjson::Document::Options const & options);
+VXATTRIBUTE_API AttributeValue value_from_json(vxcore::IReadStream & stream,
+                                               JsonReadOptions const & options);
 
 namespace impl {
 

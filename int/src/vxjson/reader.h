@@ -26,9 +26,11 @@ class DirectRead;
 ///         use(child->name(), child->as_string());
 ///     }
 ///
-/// The top level is an object or an array, and any number of documents may follow one another.
+/// The top level is an object or an array (see Options for scalars), and any number of documents
+/// may follow one another.
 /// Commas are optional, but a trailing or doubled one is refused. Names may be unquoted when the
-/// tokenizer allows it; empty names and reserved words are refused. See docs/formats/json.md.
+/// tokenizer allows it; empty names and reserved words are refused unless an option accepts them.
+/// See docs/formats/json.md.
 ///
 /// After the closing bracket of a nested value the reader reads one more token, to see whether a
 /// comma follows. A call of `next_value()` at the end of a document reads the start of the next
@@ -53,6 +55,8 @@ class VXJSON_API Reader {
 
     struct Options {
         bool allow_reserved_names = false; ///< accept names such as "class"
+        bool allow_empty_names = false;    ///< accept ""
+        bool allow_scalars = false;        ///< accept documents such as 5, as RFC 8259 does
     };
 
     /// @param tokenizer  Must outlive the reader, and so must a text that it reads from memory.
@@ -117,6 +121,7 @@ class VXJSON_API Reader {
     VXJSON_LOCAL void advance();
     VXJSON_LOCAL bool advance_to_number();
     VXJSON_LOCAL bool skip_text(EToken token);
+    VXJSON_LOCAL void take_root_scalar(EToken token);
     VXJSON_LOCAL bool take_in_root(EToken token);
     VXJSON_LOCAL void take_end_of_object(EToken token);
     VXJSON_LOCAL bool take_in_array(EToken token);

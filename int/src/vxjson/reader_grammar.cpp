@@ -74,6 +74,10 @@ void Reader::advance() {
         Value * value = nullptr;
         switch (m_current->m_type) {
         case Value::eType_Root:
+            if (m_options.allow_scalars && scalar_type(token) != Value::eType_Root) {
+                take_root_scalar(token);
+                return;
+            }
             if (take_in_root(token)) {
                 return;
             }
@@ -117,6 +121,14 @@ inline bool Reader::skip_text(EToken token) {
         return true;
     }
     return false;
+}
+
+/// A document that is a scalar. No comma may follow it.
+void Reader::take_root_scalar(EToken token) {
+    Value & value = new_value();
+    value.m_name.clear();
+    value.begin(scalar_type(token));
+    m_current = &value;
 }
 
 /// The top level: any number of objects and arrays. True when the reader is at one, or at the end.
@@ -223,7 +235,8 @@ inline Reader::Value & Reader::read_name() {
 
 /// True for a name that no member may have.
 inline bool Reader::is_refused(std::string_view name) const noexcept {
-    return name.empty() || (!m_options.allow_reserved_names && is_reserved_word(name));
+    return name.empty() ? !m_options.allow_empty_names
+                        : !m_options.allow_reserved_names && is_reserved_word(name);
 }
 
 /// Reads all text up to the next token of another kind. Text in one piece is copied once.

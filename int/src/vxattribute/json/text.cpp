@@ -1,3 +1,4 @@
+#include "vxattribute/json/boxes_internal.h"
 #include "vxattribute/json/direct_reader_internal.h"
 #include "vxattribute/json/render_visitor_internal.h"
 #include "vxattribute/json_marshaler.h"
@@ -54,6 +55,13 @@ vxjson::Document::Options with_room_for_all(vxcore::IReadStream & stream,
     return options;
 }
 
+vxjson::Document::Options boxed(JsonReadOptions const & options) {
+    vxjson::Document::Options result = options;
+    result.reader.allow_empty_names = true;
+    result.reader.allow_scalars = true;
+    return result;
+}
+
 void write(vxjson::TextWriter & writer, AttributeValue const & value,
            JsonTextOptions const & options) {
     impl::write_json_value(writer, value, options);
@@ -99,8 +107,24 @@ AttributeValue value_from_json(std::string_view text, vxjson::Document::Options 
     return read_tolerantly(text, options);
 }
 
+AttributeValue value_from_json(std::string_view text, JsonReadOptions const & options) {
+    if (options.arrays == eJsonArrays_Plain) {
+        return value_from_json(text, vxjson::Document::Options(options));
+    }
+    vxjson::Document document(text.data(), text.size(), boxed(options));
+    return only_value(document.reader(), impl::read_boxed(document.reader()));
+}
+
+AttributeValue value_from_json(vxcore::IReadStream & stream, JsonReadOptions const & options) {
+    if (options.arrays == eJsonArrays_Plain) {
+        return value_from_json(stream, vxjson::Document::Options(options));
+    }
+    vxjson::Document document(stream, boxed(options));
+    return only_value(document.reader(), impl::read_boxed(document.reader()));
+}
+
 AttributeValue value_from_json(vxcore::IReadStream & stream) {
-    return value_from_json(stream, JsonReadOptions());
+    return value_from_json(stream, vxjson::Document::Options(JsonReadOptions()));
 }
 
 AttributeValue value_from_json(vxcore::IReadStream & stream,

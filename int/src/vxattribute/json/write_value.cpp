@@ -16,10 +16,6 @@ namespace {
 /// Doubles represent every integer up to this one, so any reader of JSON reads it exactly.
 constexpr long long maxPlainInteger = 1LL << 53;
 
-bool is_plain_integer(long long number) noexcept {
-    return -maxPlainInteger <= number && number <= maxPlainInteger;
-}
-
 template <typename T>
 std::span<T const> elements_of(AttributeValue const & value) {
     return {value.begin<T>(), value.end<T>()};
@@ -31,6 +27,7 @@ template <typename Writer>
 JsonRenderVisitor<Writer>::JsonRenderVisitor(Writer writer, JsonTextOptions const & options)
     : m_writer(writer), m_sorted(options.sorted_names),
       m_plainDoubles(options.doubles == eJsonDoubles_Numbers),
+      m_boxes(options.arrays == eJsonArrays_Boxed ? std::make_optional<BoxNames>() : std::nullopt),
       m_serializedName(jsonSerializedKey.get()) {}
 
 template <typename Writer>
@@ -57,7 +54,9 @@ void JsonRenderVisitor<Writer>::begin(AttributeValue const & value) {
     case ValueTypeId::eId_Integer:
         // Checked before any is written: all elements must take the same form.
         if (auto const elements = elements_of<long long>(value);
-            !elements.empty() && std::all_of(elements.begin(), elements.end(), is_plain_integer)) {
+            !elements.empty() &&
+            std::all_of(elements.begin(), elements.end(),
+                        [this](long long element) { return is_plain_integer(element); })) {
             write_elements(elements,
                            [this](long long element) { m_writer.write_integer(element); });
             return;
@@ -77,7 +76,7 @@ void JsonRenderVisitor<Writer>::begin(AttributeValue const & value) {
             !maps.empty() &&
             std::all_of(maps.begin(), maps.end(),
                         [this](AttributeMap const & map) { return is_plain(map); })) {
-            begin_maps(maps);
+            m_boxes ? begin_boxed_maps(maps) : begin_maps(maps);
             return;
         }
         break;
@@ -118,9 +117,14 @@ void JsonRenderVisitor<Writer>::write_string(std::string const & text) {
 }
 
 template <typename Writer>
+bool JsonRenderVisitor<Writer>::is_plain_integer(long long number) const noexcept {
+    return m_boxes || (-maxPlainInteger <= number && number <= maxPlainInteger);
+}
+
+template <typename Writer>
 bool JsonRenderVisitor<Writer>::is_plain(AttributeMap const & map) const noexcept {
     // The empty name comes before all others: it has no address.
-    return map.empty() || (!map.begin()->first.empty() && !map.exists(m_serializedName));
+    return m_boxes || map.empty() || (!map.begin()->first.empty() && !map.exists(m_serializedName));
 }
 
 template <typename Writer>
@@ -130,7 +134,23 @@ void JsonRenderVisitor<Writer>::begin_maps(std::span<AttributeMap const> maps) {
         m_writer.begin_array();
     }
     m_writer.begin_object();
-    m_open.push_back({ElementsCursor(maps.front(), m_sorted), maps.subspan(1), isArray});
+    m_open.push_back({isArray ? eOpen_Objects : eOpen_Object,
+                      ElementsCursor(maps.front(), m_sorted), maps.subspan(1)});
+}
+
+template <typename Writer>
+void JsonRenderVisitor<Writer>::begin_boxed_maps(std::span<AttributeMap const> maps) {
+    AttributeMap const & first = maps.front();
+    if (maps.size() == 1 && !m_boxes->is_boxed_array(first)) {
+        AttributeMap const * const object = m_boxes->boxed_object(first);
+        begin_maps({object != nullptr ? object : &first, 1});
+        return;
+    }
+    bool const areBoxes = std::all_of(maps.begin(), maps.end(), [this](AttributeMap const & map) {
+        return m_boxes->is_box(map);
+    });
+    m_writer.begin_array();
+    m_open.push_back({areBoxes ? eOpen_Boxes : eOpen_Maps, ElementsCursor(), maps});
 }
 
 /// Writes the next element of the innermost open object, or closes the object.
@@ -142,17 +162,36 @@ void JsonRenderVisitor<Writer>::next_element() {
         begin(element->second); // may invalidate `open`
         return;
     }
-    m_writer.end_object();
+    if (open.kind <= eOpen_Objects) {
+        m_writer.end_object();
+    }
     if (!open.others.empty()) {
-        m_writer.begin_object();
-        open.elements = ElementsCursor(open.others.front(), m_sorted);
-        open.others = open.others.subspan(1);
+        begin_next_map();
         return;
     }
-    if (open.isArray) {
+    if (open.kind != eOpen_Object) {
         m_writer.end_array();
     }
     m_open.pop_back();
+}
+
+/// Begins the next map of the innermost open array.
+template <typename Writer>
+void JsonRenderVisitor<Writer>::begin_next_map() {
+    OpenMaps & open = m_open.back();
+    AttributeMap const & map = open.others.front();
+    open.others = open.others.subspan(1);
+    switch (open.kind) {
+    case eOpen_Boxes:
+        begin(map.begin()->second);
+        return;
+    case eOpen_Maps:
+        begin_boxed_maps({&map, 1});
+        return;
+    default:
+        m_writer.begin_object();
+        open.elements = ElementsCursor(map, m_sorted);
+    }
 }
 
 template <typename Writer>

@@ -13,6 +13,9 @@ class ElementsCursor {
   public:
     using Element = AttributeMapBase::value_type;
 
+    /// At the end of no map.
+    ElementsCursor() = default;
+
     ElementsCursor(AttributeMapBase const & map, bool sorted)
         : m_next(map.begin()), m_end(map.end()) {
         if (sorted) {
@@ -29,8 +32,8 @@ class ElementsCursor {
     }
 
   private:
-    AttributeMapBase::const_iterator m_next;
-    AttributeMapBase::const_iterator m_end;
+    AttributeMapBase::const_iterator m_next = {};
+    AttributeMapBase::const_iterator m_end = {};
     std::vector<AttributeMapBase::const_iterator> m_order; // empty for map order
     std::size_t m_at = 0;
 };
