@@ -17,9 +17,8 @@ enum EJsonArrays : unsigned char {
     /// An array of one element is its element, the others are refused.
     eJsonArrays_Plain,
 
-    /// Every array has a value, and the same option writes it again. docs/formats/boxes.md
-    /// describes
-    /// the boxes: maps with the one name "[]" or "=". Everything is data then: names may be empty,
+    /// Every array has a value, and the same option writes it again. The boxes are maps with the
+    /// one name "[]" or "=" (docs/formats/boxes.md). Everything is data then: names may be empty,
     /// "vxserialize" is a name like any other, integers keep all 64 bits, and a document may be a
     /// scalar.
     eJsonArrays_Boxed
@@ -46,12 +45,10 @@ enum EJsonDoubles : unsigned char {
     /// As {"vxserialize":"0.5"}, which reads back as an equal value.
     eJsonDoubles_Lossless,
 
-    /// As JSON numbers, for readers that do not know this library: the fewest digits that read back
-    /// as the same double, "2.0" for a whole one. A whole double reads back as an Integer, unless
-    /// it
-    /// is beyond 64 bits or in a list with others. NaN and infinities have no number in JSON:
-    /// values
-    /// that hold one, and empty values, are written as above.
+    /// As JSON numbers, for readers that do not know this library: the fewest digits that read
+    /// back as the same double, "2.0" for a whole one. A whole double reads back as an Integer,
+    /// unless it is beyond 64 bits or in a list with others. NaN and infinities have no number in
+    /// JSON: values that hold one, and empty values, are written as above.
     eJsonDoubles_Numbers
 };
 
