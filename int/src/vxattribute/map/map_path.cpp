@@ -3,6 +3,7 @@
 #include "vxattribute/elements.h"
 #include "vxattribute/error_codes.h"
 #include "vxattribute/make_value.h"
+#include "vxattribute/map/path_steps_internal.h"
 #include "vxcore/error_composer.h"
 
 #include <algorithm>
@@ -12,43 +13,12 @@ namespace vxattribute {
 
 namespace {
 
-/// Splits a path at its slashes, one step after the other.
-class Steps {
-  public:
-    explicit Steps(std::string_view path) noexcept : m_rest(path) {}
-
-    bool at_end() const noexcept { return m_isDone; }
-
-    /// The next step, with its escapes.
-    std::string_view next() noexcept {
-        std::size_t const slash = m_rest.find('/');
-        std::string_view const step = m_rest.substr(0, slash);
-        m_isDone = slash == std::string_view::npos;
-        m_rest.remove_prefix(m_isDone ? m_rest.size() : slash + 1);
-        return step;
-    }
-
-  private:
-    std::string_view m_rest;
-    bool m_isDone = false;
-};
-
-/// The step without its escapes. A tilde that starts none is kept. Decoded in one pass, so the
-/// result of an escape never starts another one: "~01" is "~1".
-std::string name_of(std::string_view step) {
-    std::string name;
-    for (std::size_t i = 0; i < step.size(); ++i) {
-        bool const isEscape =
-            step[i] == '~' && i + 1 < step.size() && (step[i + 1] == '0' || step[i + 1] == '1');
-        name += isEscape ? (step[++i] == '0' ? '~' : '/') : step[i];
-    }
-    return name;
-}
+using impl::PathSteps;
 
 /// Finds the map of `value` in which the path continues and sets `index` to its position. A single
 /// map uses no step of the path. Several maps use one step, the index. False when there is no such
 /// map.
-bool index_of_map(AttributeValue const & value, Steps & steps, unsigned int & index) {
+bool index_of_map(AttributeValue const & value, PathSteps & steps, unsigned int & index) {
     index = 0;
     if (value.type() != ValueTypeId::typeAttributeMap || value.empty()) {
         return false;
@@ -77,9 +47,9 @@ constexpr std::ptrdiff_t maxSlashes = 255;
 
 /// Sets the value at the rest of the path. Each map on the path is copied, changed and put back, so
 /// a failure at any depth leaves all of them as they were. `add` is the last step of each level.
-void set_step(MutableAttributeMap & map, Steps steps, std::string_view path,
+void set_step(MutableAttributeMap & map, PathSteps steps, std::string_view path,
               AttributeValue & value) {
-    AttributeName const name(name_of(steps.next()));
+    AttributeName const name(impl::name_of_step(steps.next()));
     if (steps.at_end()) {
         map.add(name, std::move(value));
         return;
@@ -107,13 +77,14 @@ void set_step(MutableAttributeMap & map, Steps steps, std::string_view path,
 
 AttributeValue const * find_path(AttributeMapBase const & map, std::string_view path) {
     AttributeMapBase const * inner = &map;
-    Steps steps(path);
+    PathSteps steps(path);
     while (true) {
         // A name that is not interned is in no map. The search then ends without interning it.
         AttributeName name;
         AttributeValue const * const value =
-            AttributeName::find_interned(name_of(steps.next()), name) ? inner->query_ptr(name)
-                                                                      : nullptr;
+            AttributeName::find_interned(impl::name_of_step(steps.next()), name)
+                ? inner->query_ptr(name)
+                : nullptr;
         if (value == nullptr || steps.at_end()) {
             return value;
         }
@@ -129,7 +100,7 @@ void set_path(MutableAttributeMap & map, std::string_view path, AttributeValue v
     if (std::ranges::count(path, '/') > maxSlashes) {
         throw_no_way(path);
     }
-    set_step(map, Steps(path), path, value);
+    set_step(map, PathSteps(path), path, value);
 }
 
 std::string path_step(std::string_view name) {
