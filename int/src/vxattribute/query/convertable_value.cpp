@@ -2,6 +2,7 @@
 
 #include "vxattribute/core_elements.h"
 #include "vxattribute/error_codes.h"
+#include "vxattribute/into.h"
 #include "vxattribute/query/number_text_internal.h"
 #include "vxattribute/to_text.h"
 #include "vxcore/error_composer.h"
@@ -121,15 +122,30 @@ VXATTRIBUTE_CONVERT(vxcore::SimpleDateTime);
 
 #undef VXATTRIBUTE_CONVERT
 
-void ConvertableValue::throw_no_conversion(AttributeValue const & value,
-                                           std::type_info const & type, std::string const & info) {
+namespace {
+
+[[noreturn]] void throw_no_conversion_to(std::string type, AttributeValue const & value,
+                                         std::string const & info) {
     vxcore::ErrorComposer(info.empty() ? "Cannot convert value {@value} to type {@type}"
                                        : "Cannot convert value {@value} to type {@type}:\n{@info}")
         .param("value", to_text(value))
-        .param("type", vxcore::type_name(type))
+        .param("type", std::move(type))
         .param("info", info)
         .throw_error(error::vxattribute_query_typeConversion,
                      VXCORE_LOCATION("vxattribute::ConvertableValue::throw_no_conversion()"));
+}
+
+} // namespace
+
+void ConvertableValue::throw_no_conversion(AttributeValue const & value,
+                                           std::type_info const & type, std::string const & info) {
+    throw_no_conversion_to(vxcore::type_name(type), value, info);
+}
+
+void impl::throw_not_readable(AttributeValue const & value, std::type_info const & type) {
+    // The name of the template behind std::string helps nobody.
+    throw_no_conversion_to(type == typeid(std::string) ? "std::string" : vxcore::type_name(type),
+                           value, "");
 }
 
 } // namespace vxattribute
