@@ -1,6 +1,6 @@
 #pragma once
 
-#include "vxattribute/attribute_value.h"
+#include "vxattribute/attribute_map.h"
 #include "vxjson/document.h"
 #include "vxjson/text_writer.h"
 
@@ -111,6 +111,21 @@ inline AttributeValue value_from_json(vxcore::IReadStream & stream,
                                       std::initializer_list<impl::NoJsonOption>) {
     return value_from_json(stream);
 }
+
+/// The map of a text that is one JSON object, and may be an array of one. The options are as for
+/// `value_from_json`.
+///
+///     AttributeMap const config = map_from_json(text, {.allow_comments = true});
+///
+/// @raises As `value_from_json`. error.vxattribute.value.type.mismatch: the text is no object, or
+///         one that is the lossless form of another value.
+///         error.vxattribute.value.cardinality.expectSingle: an array of several objects, or none.
+VXATTRIBUTE_API AttributeMap map_from_json(std::string_view text);
+VXATTRIBUTE_API AttributeMap map_from_json(std::string_view text, JsonReadOptions const & options);
+
+/// Reads a stream to its end; otherwise as above.
+VXATTRIBUTE_API AttributeMap map_from_json(vxcore::IReadStream & stream,
+                                           JsonReadOptions const & options = {});
 
 /// The value as JSON text. A value that is neither of maps nor an array gives a text that
 /// `value_from_json` refuses: put it into a map.

@@ -25,6 +25,7 @@
 #include "vxattribute/into.h"
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/json_text.h"
+#include "vxattribute/literals.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map_path.h"
 #include "vxattribute/multi_value_writer.h"

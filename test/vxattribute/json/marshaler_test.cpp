@@ -1,5 +1,6 @@
 #include "support/allocation.h"
 #include "support/cases.h"
+#include "support/expect_error.h"
 #include "support/passing_writer.h"
 
 #include "vxattribute/json/text_writer_target_internal.h"
@@ -70,6 +71,21 @@ TEST(JsonMarshaler, DefaultOptionsTakeEveryNameThatMapsHave) {
     EXPECT_EQ(value_from_json(stream, {}), word);
     EXPECT_EQ(value_from_json("{'class':1}", JsonReadOptions{.allow_single_quotes = true}), word);
     EXPECT_THROW(value_from_json(text, vxjson::Document::Options()), vxcore::ErrorException);
+}
+
+TEST(JsonMarshaler, ReadsMapsFromObjectsOnly) {
+    using namespace vxattribute::literals;
+    std::string const text = R"({"a":1})";
+    vxtest::StringStream stream(text, false);
+    AttributeMap const map = map_from_json(stream);
+    EXPECT_EQ(AttributeValue(map), R"({"a":1})"_vxjson);
+    EXPECT_EQ(map, R"([{"a":1}])"_vxmap);
+    EXPECT_EQ(map, map_from_json("{'a':1}", {.allow_single_quotes = true}));
+    vxtest::expect_error([] { map_from_json("[1]"); }, error::vxattribute_value_type_mismatch,
+                         "Expected a JSON object, found a value of type Integer");
+    vxtest::expect_error([] { map_from_json("[{},{}]"); },
+                         error::vxattribute_value_cardinality_expectSingle,
+                         "Expected one JSON object, found 2");
 }
 
 TEST(JsonMarshaler, EveryTypeComesBackEqual) {

@@ -1,8 +1,11 @@
+#include "vxattribute/error_codes.h"
 #include "vxattribute/json/boxes_internal.h"
 #include "vxattribute/json/direct_reader_internal.h"
 #include "vxattribute/json/render_visitor_internal.h"
 #include "vxattribute/json_marshaler.h"
 #include "vxattribute/json_text.h"
+#include "vxcore/error_composer.h"
+#include "vxcore/text_conversion.h"
 #include "vxjson/direct_read_impl.h"
 
 #include <algorithm>
@@ -66,6 +69,24 @@ void write(vxjson::TextWriter & writer, AttributeValue const & value,
            JsonTextOptions const & options) {
     impl::write_json_value(writer, value, options);
     writer.finish();
+}
+
+[[noreturn]] void throw_no_map(AttributeValue const & value) {
+    bool const isMap = value.type() == ValueTypeId::typeAttributeMap;
+    vxcore::ErrorComposer(isMap ? "Expected one JSON object, found {@cardinality}"
+                                : "Expected a JSON object, found a value of type {@actualType}")
+        .param("cardinality", vxcore::to_string(value.size()))
+        .param("actualType", value.type().name())
+        .throw_error(isMap ? error::vxattribute_value_cardinality_expectSingle
+                           : error::vxattribute_value_type_mismatch,
+                     VXCORE_LOCATION("vxattribute::map_from_json()"));
+}
+
+AttributeMap only_map(AttributeValue const & value) {
+    if (value.type() != ValueTypeId::typeAttributeMap || value.size() != 1) {
+        throw_no_map(value);
+    }
+    return value.get<AttributeMap>();
 }
 
 vxjson::TextWriter::Options writer_options(JsonTextOptions const & options) {
@@ -132,6 +153,18 @@ AttributeValue value_from_json(vxcore::IReadStream & stream,
     vxjson::Document document(stream, with_room_for_all(stream, options));
     AttributeValue value = read_attribute_value(document.reader());
     return only_value(document.reader(), std::move(value));
+}
+
+AttributeMap map_from_json(std::string_view text) {
+    return only_map(value_from_json(text));
+}
+
+AttributeMap map_from_json(std::string_view text, JsonReadOptions const & options) {
+    return only_map(value_from_json(text, options));
+}
+
+AttributeMap map_from_json(vxcore::IReadStream & stream, JsonReadOptions const & options) {
+    return only_map(value_from_json(stream, options));
 }
 
 std::string value_to_json(AttributeValue const & value, JsonTextOptions const & options) {
