@@ -24,6 +24,12 @@ void cases(AttributeMap map, vxserialize::MemoryWriter writer) {
     value = 5ull;
 #elif defined(VX_CASE_GET_OF_UNKNOWN_TYPE)
     (void)value.get<int>();
+#elif defined(VX_CASE_ACCESS_BY_UNKNOWN_TYPE)
+    (void)get<int>(map, "name");
+#elif defined(VX_CASE_DEFAULT_OF_UNKNOWN_TYPE)
+    (void)get_or<int>(map, "name", 3);
+#elif defined(VX_CASE_INTO_UNKNOWN_TYPE)
+    Query("name").execute(map, into(writer), nullptr);
 #elif defined(VX_CASE_WRITE_THROUGH_ATTRIBUTE_MAP)
     map.add("name", 1);
 #elif defined(VX_CASE_WRITER_OF_POINTER)

@@ -88,6 +88,7 @@ class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
     using AttributeMapBase::end;
     using AttributeMapBase::find;
     using AttributeMapBase::lower_bound;
+    using AttributeMapBase::operator[];
     using AttributeMapBase::upper_bound;
 
     /// Empty; takes no memory until the first change. A copy shares the holder.
@@ -144,7 +145,8 @@ class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
     ///        O(1) when one of the two is empty or both share a holder.
     MutableAttributeMap & add(AttributeMapBase const & other) VXCORE_LIFETIMEBOUND;
 
-    /// The value of that name, which is added with null when absent: O(log n).
+    /// The value of that name, which is added with null when absent: O(log n). In a constant map
+    /// it is the lookup of AttributeMapBase instead, which adds nothing.
     ///
     /// Do not keep the reference across a copy of the map: see the class comment. For the same
     /// reason never put the map itself into the value, as in `map[name].set(map)`: the reference is

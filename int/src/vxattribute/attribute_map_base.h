@@ -69,6 +69,14 @@ class VXATTRIBUTE_API AttributeMapBase {
     /// The value of that name, or `AttributeValue::null`, which is never destroyed.
     AttributeValue const & query(AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND;
 
+    /// The same as `query`: nothing is added for an absent name.
+    ///
+    ///     std::string const & host = config["host"].get<std::string>();
+    AttributeValue const &
+    operator[](AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND {
+        return query(name);
+    }
+
     /// The value of that name, or a null pointer.
     AttributeValue const *
     query_ptr(AttributeName const & name) const noexcept VXCORE_LIFETIMEBOUND;

@@ -140,6 +140,10 @@ TEST(AttributeMapAccess, TypedAccessorsNameTheAttribute) {
                                        {"0", AttributeValue()}});
     EXPECT_EQ(get<long long>(map, "n"), 5);
     EXPECT_EQ(get_or<long long>(map, "x", 8), 8);
+    EXPECT_EQ(get_or(map, "n", 8), 5);
+    EXPECT_EQ(get_or(map, "x", "text").size(), 4u);
+    EXPECT_EQ(get_or(map, "x", 0.5f), 0.5);
+    EXPECT_THROW(get_or(map, "n", 0.5), vxcore::ErrorException);
     EXPECT_EQ(*find<long long>(map, "n"), 5);
     EXPECT_EQ(find<long long>(map, "x"), nullptr);
     EXPECT_EQ(find<long long>(map, "e"), nullptr);
@@ -157,6 +161,15 @@ TEST(AttributeMapAccess, TypedAccessorsNameTheAttribute) {
     EXPECT_THROW(get<long long>(map, "e"), vxcore::ErrorException);
     expect_error([&] { get_list<bool>(map, "0"); }, error::vxattribute_value_type_mismatch,
                  "Attribute '0': Expecting value of type 'Boolean'; actual type 'Null'");
+}
+
+TEST(AttributeMapAccess, BracketsAddOnlyToWhatCanBeChanged) {
+    MutableAttributeMap map = make_map({{"n", 5}});
+    EXPECT_EQ(&std::as_const(map)["n"], map.query_ptr("n"));
+    EXPECT_TRUE(std::as_const(map)["x"].is_null() && AttributeMap(map)["x"].is_null());
+    EXPECT_EQ(map.size(), 1u);
+    map["x"] = 6;
+    EXPECT_EQ(map.size(), 2u);
 }
 
 TEST(AttributeMapAccess, DefaultsAreCheckedToo) {
