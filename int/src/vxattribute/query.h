@@ -5,6 +5,7 @@
 #include "vxcore/error_info.h"
 
 #include <exception>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,8 +20,9 @@ namespace vxattribute {
 ///
 ///     static Query const port = Query("port").alternate("listen").required(true).scalar(true);
 ///     unsigned short number = 8080;
-///     port.execute(config, [&](Query::MatchContext const & found) {
-///         return found.value().assign_to(number) != 0;
+///     port.execute(config, into(number), nullptr);   // into.h
+///     port.execute(config, [](Query::MatchContext const & found) {   // a matcher of one's own
+///         return found.value().convert_to<int>() % 2 == 0;
 ///     }, nullptr);
 ///
 /// Cost. One tree search for each name that is tried. A query that succeeds allocates only what a
@@ -51,6 +53,20 @@ class VXATTRIBUTE_API Query {
                    unsigned short max_count = noMaximum) noexcept
         : m_names(std::move(names)), m_minCount(min_count), m_maxCount(max_count) {}
 
+    /// A setting in nested maps: names with slashes between them, and the index of a map where a
+    /// name holds several, as map_path.h describes. A slash in front means nothing, so the pointers
+    /// of RFC 6901 work too. All names of this query are paths, those of `alternate` too.
+    ///
+    ///     static Query const rate = Query::at_path("limits/rate").scalar(true);
+    ///
+    /// What is found has the path as its name, and failures name it. A path through what is not a
+    /// map leads to nothing.
+    ///
+    /// @cost  Each run makes the steps of the path, with a hash and a lock for each, but interns
+    ///        nothing and allocates only for steps of more than 15 bytes.
+    static Query at_path(std::string_view path, unsigned short min_count = 0,
+                         unsigned short max_count = noMaximum);
+
     /// Adds a name that is tried after the present ones. Returns this query, as the next two.
     Query & alternate(AttributeName const & name) VXCORE_LIFETIMEBOUND;
 
@@ -65,6 +81,9 @@ class VXATTRIBUTE_API Query {
     std::vector<AttributeName> const & names() const noexcept VXCORE_LIFETIMEBOUND {
         return m_names;
     }
+
+    /// Whether the names are paths: see `at_path`.
+    bool uses_paths() const noexcept { return m_usesPaths; }
 
     unsigned short min_count() const noexcept { return m_minCount; }
 
@@ -116,6 +135,7 @@ class VXATTRIBUTE_API Query {
     std::vector<AttributeName> m_names;
     unsigned short m_minCount;
     unsigned short m_maxCount;
+    bool m_usesPaths = false;
 };
 
 /// What a matcher is called with. It refers to objects that live for the duration of the call, so

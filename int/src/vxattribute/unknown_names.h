@@ -8,7 +8,8 @@
 namespace vxattribute {
 
 /// The names in a configuration that none of the queries looks for: most often misspelt settings.
-/// They are sorted by their bytes. Names inside nested maps are not considered.
+/// They are sorted by their bytes. Names inside nested maps are not considered; of a path, the
+/// first name counts.
 ///
 ///     for (AttributeName const & name : unknown_names(config, queries)) {
 ///         warn("unknown setting", name);

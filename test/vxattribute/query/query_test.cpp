@@ -167,6 +167,26 @@ TEST(Query, ShortMemoryCutsNoMessage) {
     }
 }
 
+TEST(Query, FindsByPathAndNamesThePath) {
+    AttributeMap const one = make_map({{"rate", 10}, {"a/b", 1}});
+    AttributeMap const map =
+        make_map({{"a/b", 0}, {"in", one}, {"list", make_list<AttributeMap>({{}, one})}});
+    EXPECT_EQ(Query::at_path("in/rate").execute(map, nullptr), Attribute("in/rate", 10));
+    EXPECT_EQ(Query::at_path("/in/a~1b").execute(map, nullptr), Attribute("/in/a~1b", 1));
+    EXPECT_EQ(Query::at_path("x").alternate("list/1/rate").execute(map, nullptr).value(), 10);
+    EXPECT_EQ(Query::at_path("a/b").execute(map, nullptr), Attribute());
+    EXPECT_EQ(Query("a/b").execute(map, nullptr).value(), 0);
+    for (char const * const path : {"in/rate", "list", "/in/none"}) {
+        vxcore::ErrorInfo::Ptr error;
+        Query::at_path(path, 1, 1)
+            .execute(
+                map, [](auto const &) { return false; }, &error);
+        EXPECT_NE(Query::bad_attribute_name(error).find(path), std::string::npos);
+    }
+    Query const queries[] = {Query("a/b"), Query::at_path("/in/rate")};
+    EXPECT_EQ(unknown_names(map, queries), std::vector<AttributeName>{"list"});
+}
+
 TEST(UnknownNames, AreThoseThatNoQueryAsksFor) {
     Query const queries[] = {Query("port").alternate("listen"), Query("host")};
     AttributeMap const map = make_map({{"prot", 1}, {"listen", 2}, {"Host", 3}, {"host", 4}});

@@ -1,6 +1,7 @@
 #include "vxattribute/query.h"
 
 #include "vxattribute/error_codes.h"
+#include "vxattribute/map_path.h"
 #include "vxattribute/to_text.h"
 #include "vxattribute/trace/text_stream_internal.h"
 #include "vxcore/error_composer.h"
@@ -44,10 +45,21 @@ std::string names_text(std::vector<AttributeName> const & names) {
         .throw_error(code, VXCORE_LOCATION(queryImpl));
 }
 
+/// The value of a path, which may have a slash in front; a null pointer when there is none.
+AttributeValue const * find_by_path(AttributeMapBase const & config, std::string_view path) {
+    return find_path(config, path.substr(path.starts_with('/') ? 1 : 0));
+}
+
 } // namespace
 
 Query::Query(AttributeName const & name, unsigned short min_count, unsigned short max_count)
     : m_names(1, name), m_minCount(min_count), m_maxCount(max_count) {}
+
+Query Query::at_path(std::string_view path, unsigned short min_count, unsigned short max_count) {
+    Query query(AttributeName(path), min_count, max_count);
+    query.m_usesPaths = true;
+    return query;
+}
 
 Query & Query::alternate(AttributeName const & name) {
     m_names.push_back(name);
@@ -68,7 +80,8 @@ Attribute Query::query_impl(AttributeMapBase const & config) const {
     // The first name that has a value decides. If that value does not fit, alternates are not
     // tried.
     for (AttributeName const & name : m_names) {
-        AttributeValue const * const value = config.query_ptr(name);
+        AttributeValue const * const value =
+            m_usesPaths ? find_by_path(config, name.value()) : config.query_ptr(name);
         if (value == nullptr) {
             continue;
         }

@@ -1,5 +1,7 @@
 #include "vxattribute/unknown_names.h"
 
+#include "vxattribute/map/path_steps_internal.h"
+
 #include <algorithm>
 #include <unordered_set>
 
@@ -9,7 +11,9 @@ std::vector<AttributeName> unknown_names(AttributeMapBase const & config,
                                          std::span<Query const> queries) {
     std::unordered_set<AttributeName> known;
     for (Query const & query : queries) {
-        known.insert(query.names().begin(), query.names().end());
+        for (AttributeName const & name : query.names()) {
+            known.insert(query.uses_paths() ? impl::names_of_path(name.value()).front() : name);
+        }
     }
     std::vector<AttributeName> unknown;
     for (auto const & [name, value] : config) {
