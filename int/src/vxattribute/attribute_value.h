@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vxattribute/attribute_value_impl.h"
+#include "vxattribute/ostream.h"
 #include "vxcore/text_size.h"
 #include "vxcore/transfer_source.h"
 

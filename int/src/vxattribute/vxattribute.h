@@ -1,6 +1,6 @@
 #pragma once
 
-/// Everything of the library.
+/// Everything of the library, apart from what suits other libraries: format.h, nlohmann_json.h.
 
 #include "vxattribute/attribute.h"
 #include "vxattribute/attribute_access.h"
@@ -31,6 +31,7 @@
 #include "vxattribute/multi_value_writer.h"
 #include "vxattribute/name_list.h"
 #include "vxattribute/number_access.h"
+#include "vxattribute/ostream.h"
 #include "vxattribute/query.h"
 #include "vxattribute/redaction.h"
 #include "vxattribute/secured_value.h"

@@ -1,9 +1,12 @@
 #include "vxattribute/to_text.h"
 
 #include "vxattribute/attribute_name_package.h"
+#include "vxattribute/ostream.h"
 #include "vxattribute/trace/text_stream_internal.h"
 #include "vxattribute/trace_formatter.h"
 #include "vxcore/text_conversion.h"
+
+#include <ostream>
 
 namespace vxattribute {
 
@@ -33,6 +36,14 @@ std::string to_text(Attribute const & attribute) {
     impl::TextStream stream;
     stream << attribute;
     return std::move(stream).str();
+}
+
+std::ostream & impl::insert_text(std::ostream & stream, AttributeValue const & value) {
+    return stream << to_text(value);
+}
+
+std::ostream & impl::insert_text(std::ostream & stream, AttributeMapBase const & map) {
+    return stream << to_text(map);
 }
 
 } // namespace vxattribute
