@@ -20,4 +20,9 @@ extern VXCORE_API ErrorCode const vxcore_destroyed;
 /// "error.vxcore.exception": the code of an ErrorInfo that was made of a foreign exception.
 extern VXCORE_API ErrorCode const vxcore_exception;
 
+/// "error.vxcore.output": a sink cannot take bytes. Its child "error.vxcore.output.full": a buffer
+/// has no room for them.
+extern VXCORE_API ErrorCode const vxcore_output;
+extern VXCORE_API ErrorCode const vxcore_output_full;
+
 } // namespace vxcore::error

@@ -8,6 +8,7 @@ namespace vxcore {
 
 class AbsoluteTime;
 class AtomicRefCount;
+class ByteView;
 class ErrorCode;
 class ErrorComposer;
 class ErrorException;
@@ -15,6 +16,7 @@ class ErrorInfo;
 class ErrorParams;
 class IReadStream;
 class NonAtomicRefCount;
+class OutputSink;
 class RelativeTime;
 class SimpleDateTime;
 class SourceLocation;

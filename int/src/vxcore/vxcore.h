@@ -3,6 +3,7 @@
 /// Everything of vxcore. Include single headers to save compile time.
 
 #include "vxcore/absolute_time.h"
+#include "vxcore/byte_view.h"
 #include "vxcore/chrono.h"
 #include "vxcore/cpu.h"
 #include "vxcore/default_floating_point.h"
@@ -16,6 +17,7 @@
 #include "vxcore/fwd.h"
 #include "vxcore/hash.h"
 #include "vxcore/hex.h"
+#include "vxcore/output_sink.h"
 #include "vxcore/read_stream.h"
 #include "vxcore/ref_count.h"
 #include "vxcore/ref_count_ptr.h"
