@@ -52,8 +52,8 @@ class ByteView {
     ByteView(Bytes const & bytes) noexcept : ByteView(std::data(bytes), std::size(bytes)) {}
 
     /// Literals, and buffers that may be filled in part: state the size.
-    template <std::size_t size>
-    ByteView(char const (&)[size]) = delete;
+    template <std::size_t length>
+    ByteView(char const (&)[length]) = delete;
 
     /// The first byte. Not to be read through if the view is empty.
     constexpr unsigned char const * data() const noexcept { return m_data; }

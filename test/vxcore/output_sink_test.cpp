@@ -1,0 +1,70 @@
+// The rules under test: whatever holds bytes converts to a view of exactly these, and a sink takes
+// all bytes of a write or says why not.
+
+#include "support/expect_error.h"
+
+#include "vxcore/error_codes.h"
+#include "vxcore/output_sink.h"
+
+#include <array>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using namespace vxcore;
+using namespace std::string_view_literals;
+
+template <typename T>
+constexpr bool is_viewable = std::is_convertible_v<T, ByteView>;
+
+static_assert(is_viewable<std::string> && is_viewable<std::string_view>);
+static_assert(is_viewable<std::span<char const>> && is_viewable<std::span<std::byte>>);
+static_assert(is_viewable<std::vector<unsigned char> &> && is_viewable<std::array<char, 3> const>);
+static_assert(is_viewable<unsigned char (&)[3]>);
+static_assert(!is_viewable<char const (&)[3]> && !is_viewable<char (&)[3]>);
+static_assert(!is_viewable<char const *> && !is_viewable<std::vector<int>>);
+
+std::string shown(ByteView bytes) {
+    return std::string(bytes.as_text());
+}
+
+TEST(ByteView, ShowsTheBytesOfWhateverHoldsThem) {
+    std::string const text("a\0\xFF", 3);
+    std::array<std::byte, 3> const bytes{std::byte{'a'}, std::byte{0}, std::byte{0xFF}};
+    EXPECT_EQ(shown(text), text);
+    EXPECT_EQ(shown(bytes), text);
+    EXPECT_EQ(shown({text.data(), 2}), text.substr(0, 2));
+    EXPECT_EQ(shown(ByteView(bytes).first(1)) + shown(ByteView(bytes).without_first(1)), text);
+    EXPECT_EQ(shown({}), "");
+}
+
+TEST(OutputSink, AppendsToStringsAndStreams) {
+    std::string text = "=";
+    std::ostringstream stream;
+    StringSink string(text);
+    StreamSink sink(stream);
+    for (OutputSink * const each :
+         {static_cast<OutputSink *>(&string), static_cast<OutputSink *>(&sink)}) {
+        each->write("a\0"sv);
+        each->write({});
+        each->write("b"sv);
+    }
+    EXPECT_EQ(text, "=a\0b"sv);
+    EXPECT_EQ(stream.str(), "a\0b"sv);
+    stream.setstate(std::ios::failbit);
+    vxtest::expect_error([&] { sink.write("c"sv); }, error::vxcore_output,
+                         "A standard stream cannot be written");
+}
+
+TEST(OutputSink, FillsBuffersToTheLastByteAndNoFurther) {
+    std::array<unsigned char, 3> buffer{};
+    BufferSink sink(buffer);
+    sink.write("ab"sv);
+    vxtest::expect_error([&] { sink.write("cd"sv); }, error::vxcore_output_full,
+                         "A buffer of 3 bytes is full: 2 are written, and 2 more do not fit");
+    sink.write("e"sv);
+    EXPECT_EQ(shown(sink.written()), "abe");
+}
+
+} // namespace
