@@ -6,10 +6,7 @@
 #include "measure.h"
 #include "peak_memory.h"
 
-#include "vxcore/read_stream.h"
-
-#include <algorithm>
-#include <cstring>
+#include "vxcore/string_source.h"
 
 namespace vxbench {
 
@@ -66,34 +63,11 @@ template <typename Peer>
     });
 }
 
-/// A text as a stream.
-class TextStream final : public vxcore::IReadStream {
-  public:
-    explicit TextStream(std::string const & text) : m_rest(text) {}
-
-    unsigned int read(void * buffer, unsigned int size) override {
-        size = static_cast<unsigned int>(std::min<std::size_t>(size, m_rest.size()));
-        std::memcpy(buffer, m_rest.data(), size);
-        return skip(size);
-    }
-
-    unsigned int skip(unsigned int size) override {
-        size = static_cast<unsigned int>(std::min<std::size_t>(size, m_rest.size()));
-        m_rest.remove_prefix(size);
-        return size;
-    }
-
-    long long size() const override { return static_cast<long long>(m_rest.size()); }
-
-  private:
-    std::string_view m_rest;
-};
-
 /// Adds "json_stream_<document>": from a stream, beside the same text in memory.
 void add_stream(JsonDocument const & document) {
     add("json_stream_" + document.name, "vxattribute", [&document](benchmark::State & state) {
         measure(state, kibibytes(document), [&document] {
-            TextStream stream(document.text);
+            vxcore::StringSource stream(document.text);
             auto const value = vxattribute::value_from_json(stream);
             benchmark::DoNotOptimize(&value);
         });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vxcore/string_source.h"
 #include "vxserialize/vxserialize.h"
 
 #include <gtest/gtest.h>
@@ -15,15 +16,6 @@ using namespace vxserialize;
 
 using ListPtr = vxcore::RefCountPtr<MemoryList const>;
 
-class StringTarget final : public TextWriter::ITextTarget {
-  public:
-    void write_char(char c) override { text += c; }
-
-    void write_data(char const * data, unsigned int size) override { text.append(data, size); }
-
-    std::string text;
-};
-
 /// A stream over a text. It reports its size, or a wrong size, or that the size is unknown.
 class StringStream final : public vxcore::IReadStream {
   public:
@@ -33,23 +25,20 @@ class StringStream final : public vxcore::IReadStream {
     unsigned int read(void * buffer, unsigned int size) override {
         EXPECT_FALSE(m_ended) << "a read after a short one";
         ++reads;
-        std::size_t const run = m_text.copy(static_cast<char *>(buffer), size, m_at);
-        m_at += run;
+        unsigned int const run = m_source.read(buffer, size);
         m_ended = run < size;
-        return static_cast<unsigned int>(run);
+        return run;
     }
 
     unsigned int skip(unsigned int) override { return 0; }
 
-    long long size() const override {
-        return m_tellsSize ? static_cast<long long>(m_text.size() - m_at) + m_tooMuch : -1;
-    }
+    long long size() const override { return m_tellsSize ? m_source.size() + m_tooMuch : -1; }
 
     int reads = 0;
 
   private:
     std::string m_text;
-    std::size_t m_at = 0;
+    vxcore::StringSource m_source{m_text};
     bool m_tellsSize;
     long long m_tooMuch;
     bool m_ended = false;
@@ -80,11 +69,12 @@ inline std::string write_binary_form(std::function<void(Writer &)> const & write
 
 inline std::string write_text_form(std::function<void(Writer &)> const & write,
                                    unsigned int indent = 0) {
-    StringTarget target;
+    std::string text;
+    StringTarget target(text);
     TextWriter writer(target, {indent});
     write(writer);
     writer.close();
-    return target.text;
+    return text;
 }
 
 inline void read_text_form(std::string const & text, std::function<void(Reader &)> const & read,

@@ -3,6 +3,7 @@
 #include "support/cases.h"
 
 #include "vxcore/error_exception.h"
+#include "vxcore/string_source.h"
 #include "vxjson/tokenizer.h"
 
 #include <gtest/gtest.h>
@@ -18,18 +19,17 @@ namespace vxtest {
 class TextStream final : public vxcore::IReadStream {
   public:
     explicit TextStream(std::string_view text, std::size_t failAt = std::string::npos)
-        : m_left(text), m_untilFailure(failAt) {}
+        : m_source(text), m_untilFailure(failAt) {}
 
     unsigned int read(void * buffer, unsigned int size) override {
         EXPECT_FALSE(m_ended) << "a read behind a short one";
         if (m_untilFailure < size) {
             throw std::runtime_error("line is down");
         }
-        std::size_t const run = m_left.copy(static_cast<char *>(buffer), size);
-        m_left.remove_prefix(run);
+        unsigned int const run = m_source.read(buffer, size);
         m_untilFailure -= run;
         m_ended = run < size;
-        return static_cast<unsigned int>(run);
+        return run;
     }
 
     unsigned int skip(unsigned int) override { return 0; }
@@ -37,7 +37,7 @@ class TextStream final : public vxcore::IReadStream {
     long long size() const override { return -1; }
 
   private:
-    std::string_view m_left;
+    vxcore::StringSource m_source;
     std::size_t m_untilFailure;
     bool m_ended = false;
 };

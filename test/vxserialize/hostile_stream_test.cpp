@@ -44,7 +44,8 @@ TEST(HostileStream, NestingHasOneLimitEverywhere) {
 
 TEST(HostileStream, WritersStopAtTheLimitAsTheyWere) {
     MemoryWriter memory;
-    StringTarget target;
+    std::string written;
+    StringTarget target(written);
     TextWriter text(target, {});
     for (Writer * const writer : {static_cast<Writer *>(&memory), static_cast<Writer *>(&text)}) {
         for (unsigned int i = 0; i < 512; ++i) {
@@ -58,7 +59,7 @@ TEST(HostileStream, WritersStopAtTheLimitAsTheyWere) {
     }
     text.close();
     EXPECT_EQ(memory.size(), 512u);
-    EXPECT_EQ(target.text, std::string(512, '[') + std::string(512, ']'));
+    EXPECT_EQ(written, std::string(512, '[') + std::string(512, ']'));
 }
 
 TEST(HostileStream, ShortMemoryLeavesWritersAsTheyWere) {
@@ -74,17 +75,18 @@ TEST(HostileStream, ShortMemoryLeavesWritersAsTheyWere) {
             auto const start = [before](Writer & w) { w << std::string(before, 's'); };
             auto const both = [&](Writer & w) { start(w), write(w); };
             MemoryWriter memory;
-            StringTarget target;
+            std::string written;
+            StringTarget target(written);
             TextWriter text(target, {});
             start(memory), start(text);
-            target.text.reserve(3000);
+            written.reserve(3000);
             unsigned int const size = memory.size();
             failures += vxtest::fail_each_allocation([&] { write(memory); },
                                                      [&] { EXPECT_EQ(memory.size(), size); });
             failures += vxtest::fail_each_allocation([&] { write(text); }, [] {});
             text.close();
             EXPECT_EQ(bytes_of(memory.close_and_detach_memory_list()), write_binary_form(both));
-            EXPECT_EQ(target.text, write_text_form(both));
+            EXPECT_EQ(written, write_text_form(both));
         }
     }
     EXPECT_GT(failures, 10u);

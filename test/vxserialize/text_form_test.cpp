@@ -87,14 +87,15 @@ TEST(TextForm, RefusesWhatIsNone) {
 }
 
 TEST(TextWriter, WantsToBeClosedAndThenTakesNothing) {
-    StringTarget target;
+    std::string text;
+    StringTarget target(text);
     TextWriter writer(target, {});
     writer.begin_record();
     EXPECT_EQ(code_of([&] { writer.close(); }), "error.vxserialize.usage");
     writer.end_record();
     writer.close();
     writer.close();
-    EXPECT_EQ(target.text, "()");
+    EXPECT_EQ(text, "()");
     EXPECT_EQ(code_of([&] { writer << 1; }), "error.vxserialize.usage");
 }
 

@@ -22,6 +22,7 @@ class SimpleDateTime;
 class SourceLocation;
 class SourceString;
 class StringKey;
+class StringSource;
 class StringTraceData;
 class Uuid;
 

@@ -28,6 +28,7 @@
 #include "vxcore/static_instance.h"
 #include "vxcore/streamers.h"
 #include "vxcore/string_key.h"
+#include "vxcore/string_source.h"
 #include "vxcore/text_conversion.h"
 #include "vxcore/text_fingerprint.h"
 #include "vxcore/text_size.h"

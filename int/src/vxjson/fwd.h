@@ -8,6 +8,7 @@ class Document;
 class ITokenizer;
 class Reader;
 class StringSlice;
+class StringTarget;
 class TextWriter;
 class Tokenizer;
 class Writer;

@@ -9,6 +9,7 @@
 #include "vxjson/reserved_words.h"
 #include "vxjson/source_position.h"
 #include "vxjson/string_slice.h"
+#include "vxjson/string_target.h"
 #include "vxjson/text_writer.h"
 #include "vxjson/token.h"
 #include "vxjson/tokenizer.h"

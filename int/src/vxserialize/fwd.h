@@ -20,6 +20,7 @@ class MemoryReader;
 class MemorySegment;
 class MemoryWriter;
 class Reader;
+class StringTarget;
 class TextReader;
 class TextWriter;
 class Writer;

@@ -12,6 +12,7 @@
 #include "vxserialize/memory_segment.h"
 #include "vxserialize/memory_writer.h"
 #include "vxserialize/reader.h"
+#include "vxserialize/string_target.h"
 #include "vxserialize/text_reader.h"
 #include "vxserialize/text_writer.h"
 #include "vxserialize/writer.h"

@@ -7,6 +7,7 @@
 #include "vxattribute/samples.h"
 #include "vxattribute/value_forms.h"
 #include "vxcore/error_exception.h"
+#include "vxjson/string_target.h"
 
 #include <bit>
 #include <limits>
@@ -55,6 +56,10 @@ TEST(JsonMarshaler, ReadsAndWritesAsInTheTable) {
     EXPECT_EQ(late,
               AttributeValue(make_map({{"a", make_map({{"b", 1}, {"vxserialize", "true"}})}})));
     EXPECT_EQ(value_from_json(value_to_json(late)), late);
+    std::string text = "late = ";
+    vxjson::StringTarget target(text);
+    write_json(target, late);
+    EXPECT_EQ(text, "late = " + value_to_json(late));
 }
 
 TEST(JsonMarshaler, WholeTextsAreOneDocument) {
