@@ -8,35 +8,16 @@
 #include "vxserialize/error_codes.h"
 #include "vxserialize/memory_reader.h"
 #include "vxserialize/memory_writer.h"
+#include "vxserialize/string_target.h"
 #include "vxserialize/text_reader.h"
-#include "vxserialize/text_writer.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <vector>
 
 namespace vxfuzz {
 
 using namespace vxattribute;
-
-unsigned int ViewStream::read(void * buffer, unsigned int size) {
-    size = static_cast<unsigned int>(std::min<std::size_t>(size, m_left.size()));
-    if (size != 0) {
-        std::memcpy(buffer, m_left.data(), size);
-    }
-    return skip(size);
-}
-
-unsigned int ViewStream::skip(unsigned int size) {
-    size = static_cast<unsigned int>(std::min<std::size_t>(size, m_left.size()));
-    m_left.remove_prefix(size);
-    return size;
-}
-
-long long ViewStream::size() const {
-    return m_tellsSize ? static_cast<long long>(m_left.size()) : -1;
-}
 
 vxcore::RefCountPtr<vxserialize::MemoryList const> cut(std::string_view bytes, unsigned int first,
                                                        unsigned int second) {
@@ -74,18 +55,12 @@ std::string binary_of(std::function<void(vxserialize::Writer &)> const & write) 
 }
 
 std::string text_of(std::function<void(vxserialize::Writer &)> const & write) {
-    struct Target final : vxserialize::TextWriter::ITextTarget {
-        void write_char(char c) override { text += c; }
-
-        void write_data(char const * data, unsigned int size) override { text.append(data, size); }
-
-        std::string text;
-    } target;
-
-    vxserialize::TextWriter writer(target, vxserialize::TextWriter::Options());
+    std::string text;
+    vxserialize::StringTarget target(text);
+    vxserialize::TextWriter writer(target, {});
     write(writer);
     writer.close();
-    return target.text;
+    return text;
 }
 
 std::string write_binary(AttributeValue const & value) {
@@ -186,15 +161,16 @@ AttributeValue read_shape(vxserialize::Reader & reader, unsigned int shape, Targ
     return targets.value;
 }
 
-std::vector<AttributeValue> read_all(vxserialize::Reader & reader, unsigned int shapes) {
-    std::vector<AttributeValue> values;
+ReadResult read_all(vxserialize::Reader & reader, unsigned int shapes) {
+    ReadResult result;
     Targets targets;
     while (reader.next_type() != vxserialize::eElement_None) {
         Targets const before = targets;
         try {
-            values.push_back(read_shape(reader, shapes & 3, targets));
+            result.values.push_back(read_shape(reader, shapes & 3, targets));
         } catch (vxcore::ErrorException const & e) {
-            check(std::string_view(e.what()).size() < 1000, "messages are of a modest size");
+            result.failure = e.what();
+            check(result.failure.size() < 1000, "messages are of a modest size");
             // The name is not compared: it is read first, so a failure may leave a new one.
             check(targets.value.compare(before.value) == 0 &&
                       targets.attribute.value().compare(before.attribute.value()) == 0 &&
@@ -204,26 +180,47 @@ std::vector<AttributeValue> read_all(vxserialize::Reader & reader, unsigned int 
         }
         shapes = shapes >> 2 | shapes << 30;
     }
-    return values;
+    return result;
+}
+
+ReadResult read_watched(vxserialize::Reader & reader, ReaderInput const & input) {
+    MemoryWatch const watch;
+    ReadResult result = read_all(reader, input.shapes);
+    // The promise is 128 bytes for each byte of data. The constant is for the reader's own tables.
+    check(watch.peak() <= 128 * input.bytes.size() + 65536,
+          "memory stays within 128 times the data");
+    return result;
+}
+
+/// Copies the bytes to a block of exactly their size, so that a read past them or a result that
+/// refers to them is noticed.
+ReadResult read_borrowed(ReaderInput const & input) {
+    std::vector<char> const bytes(input.bytes.begin(), input.bytes.end());
+    vxserialize::MemoryReader reader{vxcore::ByteView(bytes)};
+    return read_watched(reader, input);
 }
 
 } // namespace
 
-void check_reading(vxserialize::Reader & reader, ReaderInput const & input) {
+ReadResult check_reading(vxserialize::Reader & reader, ReaderInput const & input) {
     std::size_t const size = input.bytes.size();
-    std::vector<AttributeValue> values;
-    {
-        MemoryWatch const watch;
-        values = read_all(reader, input.shapes);
-        // The promise is 128 bytes for each byte of data. The constant is for the reader's own
-        // tables.
-        check(watch.peak() <= 128 * size + 65536, "memory stays within 128 times the data");
-    }
+    ReadResult result = read_watched(reader, input);
+    std::vector<AttributeValue> const & values = result.values;
     // Checking a value costs ten times as much as reading it, so only a few are checked.
     for (std::size_t i = 0; i < values.size() && i < 8; ++i) {
         check_value(values[i], size);
         check_order(values[i], values[i / 2]);
         check_round_trip(values[i]);
+    }
+    return result;
+}
+
+void check_borrowed(ReaderInput const & input, ReadResult const & expected) {
+    ReadResult const borrowed = read_borrowed(input);
+    check(borrowed.values.size() == expected.values.size() && borrowed.failure == expected.failure,
+          "borrowed bytes are read as far as a list is, with the same failure");
+    for (std::size_t i = 0; i < borrowed.values.size(); ++i) {
+        check_same(borrowed.values[i], expected.values[i]);
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "vxattribute/vxattribute.h"
-#include "vxcore/read_stream.h"
+#include "vxcore/string_source.h"
 #include "vxserialize/memory_list.h"
 #include "vxserialize/reader.h"
 #include "vxserialize/writer.h"
@@ -9,21 +9,26 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vxfuzz {
 
-/// A stream over bytes that the caller keeps alive.
+/// A stream over bytes that the caller keeps alive. It may keep its size to itself.
 class ViewStream final : public vxcore::IReadStream {
   public:
     ViewStream(std::string_view bytes, bool tellsSize) noexcept
-        : m_left(bytes), m_tellsSize(tellsSize) {}
+        : m_source(bytes), m_tellsSize(tellsSize) {}
 
-    unsigned int read(void * buffer, unsigned int size) override;
-    unsigned int skip(unsigned int size) override;
-    long long size() const override;
+    unsigned int read(void * buffer, unsigned int size) override {
+        return m_source.read(buffer, size);
+    }
+
+    unsigned int skip(unsigned int size) override { return m_source.skip(size); }
+
+    long long size() const override { return m_tellsSize ? m_source.size() : -1; }
 
   private:
-    std::string_view m_left;
+    vxcore::StringSource m_source;
     bool m_tellsSize;
 };
 
@@ -50,11 +55,20 @@ struct ReaderInput {
     std::string bytes;
 };
 
+/// What was read up to the end or to the first failure, and the text of that.
+struct ReadResult {
+    std::vector<vxattribute::AttributeValue> values;
+    std::string failure;
+};
+
 /// Reads to the end or to the first failure, and checks
 /// - that a failure is an ErrorException and leaves the target as it was,
 /// - that the memory taken stays within 128 bytes for each byte of data and a small constant,
 /// - that the first eight values copy, compare, hash, render and are the same after both forms.
-void check_reading(vxserialize::Reader & reader, ReaderInput const & input);
+ReadResult check_reading(vxserialize::Reader & reader, ReaderInput const & input);
+
+/// Reads the same from borrowed bytes, which are gone before the result is compared.
+void check_borrowed(ReaderInput const & input, ReadResult const & expected);
 
 /// Checks that the value is the same after both forms. Returns false when both refuse to write it
 /// because it nests too deep.

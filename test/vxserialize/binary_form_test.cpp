@@ -57,6 +57,28 @@ TEST(MemoryWriter, KeepsNoSecondUserOfWhatItHandsOver) {
     EXPECT_EQ(list->size(), 604u);
 }
 
+static_assert(std::is_constructible_v<MemoryReader, std::string const &>);
+static_assert(!std::is_constructible_v<MemoryReader, std::string>, "it would be gone at once");
+static_assert(!std::is_constructible_v<vxcore::StringSource, std::string>);
+
+TEST(MemoryReader, KeepsNothingOfBorrowedBytes) {
+    std::string const bytes = text_to_binary("<name> #6162 #6364");
+    std::string borrowed = bytes;
+    MemoryReader reader(borrowed);
+    auto const own = reader.own_memory_list();
+    auto const name = reader.read_string_key();
+    auto const list = reader.read_binary_as_memory_list();
+    ReadStreamPtr const stream = reader.read_binary();
+    EXPECT_TRUE(reader.at_end());
+    EXPECT_EQ(reader.memory_list(), nullptr);
+    borrowed.assign(borrowed.size(), '?');
+    char block[3] = {};
+    EXPECT_EQ(stream->read(block, 3), 2u);
+    EXPECT_EQ(name.value() + bytes_of(list) + block, "nameabcd");
+    EXPECT_EQ(bytes_of(own), bytes);
+    EXPECT_EQ(MemoryReader(list_of(bytes)).own_memory_list()->size(), bytes.size());
+}
+
 TEST(MemoryReader, CopiesAreReadersOfTheirOwn) {
     std::string const bytes = text_to_binary("[2: <name> 1, <name> 2]");
     for (unsigned int const segmentSize : {1u, 3u, 100u}) {

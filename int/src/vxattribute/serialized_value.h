@@ -34,7 +34,7 @@ class VXATTRIBUTE_API SerializedValue {
     /// An empty value without type name.
     SerializedValue() noexcept = default;
 
-    /// A value with the type name and payload that `set` takes. No payload is copied.
+    /// A value with the type name and payload that `set` takes.
     SerializedValue(std::string const & type, vxserialize::MemoryReader const & reader);
     SerializedValue(std::string const & type, vxserialize::MemoryWriter const & writer);
     SerializedValue(std::string const & type, Payload list);
@@ -56,8 +56,8 @@ class VXATTRIBUTE_API SerializedValue {
     ~SerializedValue() = default;
 
     /// Replaces type name and payload. The payload is the whole list of a reader, also when it
-    /// is not at its start, the content of a writer so far, or a list. The forms without a type
-    /// name clear it.
+    /// is not at its start, the content of a writer so far, or a list. It is shared; only bytes
+    /// that a reader borrows are copied. The forms without a type name clear it.
     ///
     /// @param type  Any text; `type()` of this value is allowed.
     /// @param list  Must not be changed by others from now on: order and hash depend on it.

@@ -22,6 +22,9 @@ namespace vxserialize::impl {
 [[noreturn]] void throw_data(vxcore::ErrorCode const & code, char const * function,
                              unsigned long long offset, char const * detail);
 
+/// The detail of the error for data after the end.
+inline constexpr char const * more_data = "data follows the last element";
+
 /// Raises `error.vxserialize.data.truncated`.
 [[noreturn]] void throw_truncated(char const * function, unsigned long long offset);
 

@@ -59,6 +59,9 @@ class VXSERIALIZE_API MemoryListCursor {
         return m_bytesAfter + static_cast<unsigned int>(m_end - m_data);
     }
 
+    /// Bytes from the start of the list to the cursor.
+    unsigned int position() const noexcept { return m_listSize - bytes_left(); }
+
     /// Returns the contiguous bytes at the cursor. `size` receives their number, 0 only at the end.
     unsigned char const * data_at_cursor(unsigned int & size) noexcept;
 
@@ -91,6 +94,7 @@ class VXSERIALIZE_API MemoryListCursor {
     unsigned char const * m_end = nullptr;  // of the current segment
     MemorySegment const * m_next = nullptr; // the segment after the current one
     unsigned int m_bytesAfter = 0;          // bytes in the segments after the current one
+    unsigned int m_listSize = 0;            // bytes of the whole list
 };
 
 /// The operations of MemoryList, without the count of references. See there for what a list is;

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "vxcore/byte_view.h"
 #include "vxserialize/containers_impl.h"
 #include "vxserialize/memory_list.h"
 #include "vxserialize/name_cache_impl.h"
 #include "vxserialize/reader.h"
 
-#include <string_view>
+#include <string>
 
 namespace vxserialize {
 
@@ -13,9 +14,10 @@ namespace vxserialize {
 ///
 /// A copy of a reader is an independent reader at the same position. It shares the bytes.
 ///
-///     MemoryReader reader(list);
+///     MemoryReader reader(list); // or any bytes: a string, a vector, a pointer and a size
 ///     std::string name;
 ///     reader >> name;
+///     reader.expect_end();
 ///
 /// Cost. Elements are read directly from the segments. Up to 2,048 names are remembered, so a name
 /// that comes again costs a comparison and an atomic count.
@@ -35,12 +37,25 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     ///              not change while a reader uses it.
     explicit MemoryReader(vxcore::RefCountPtr<MemoryList const> list);
 
+    /// Reads borrowed bytes without a copy of them. Starts as above.
+    ///
+    /// What is read never refers to the bytes: blocks are copied, so that results may outlive them.
+    ///
+    /// @param bytes  Must stay in place, and unchanged, while this reader or a copy of it is used.
+    /// @raises std::length_error: more than 2^32 - 1 bytes.
+    explicit MemoryReader(vxcore::ByteView bytes);
+
+    /// A temporary string would be gone before the first read: keep it in a variable.
+    template <std::same_as<std::string> T>
+    explicit MemoryReader(T && bytes) = delete;
+
     /// A copy starts without remembered names, but inside the same open lists and records.
     MemoryReader(MemoryReader const & other);
     MemoryReader & operator=(MemoryReader const & other);
     ~MemoryReader() override;
 
-    /// The whole list, whatever the position of the reader.
+    /// The whole list, whatever the position of the reader. Null if the reader has no data or
+    /// borrows it.
     ///
     /// @keeps  The reference holds until the reader is assigned to or destroyed.
     vxcore::RefCountPtr<MemoryList const> const &
@@ -48,8 +63,26 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
         return m_list;
     }
 
+    /// The whole data as a list that does not depend on borrowed bytes: `memory_list()`, or a copy
+    /// if the reader borrows.
+    ///
+    /// @raises std::bad_alloc: no memory for the copy.
+    vxcore::RefCountPtr<MemoryList const> own_memory_list() const;
+
     /// Bytes that are not read yet.
     unsigned int bytes_left() const noexcept { return m_at.bytes_left(); }
+
+    /// Bytes from the start of the data to the next element; the version of the form counts.
+    unsigned int position() const noexcept { return m_at.position(); }
+
+    /// True if no byte is left.
+    bool at_end() const noexcept { return bytes_left() == 0; }
+
+    /// Raises unless the reader is at the end, so that bytes after the last element are not lost
+    /// without notice.
+    ///
+    /// @raises error.vxserialize.data: bytes follow, from the one that the message names.
+    void expect_end() const;
 
     /// Looks at one byte. Never raises.
     EElementKind next_type() override;
@@ -68,7 +101,7 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     vxcore::RelativeTime read_relative_time() override;
     vxcore::Uuid read_uuid() override;
 
-    /// Both share the bytes of the block with the reader's list; no byte is copied.
+    /// Both share the bytes of the block with the reader's list. They copy borrowed bytes.
     ReadStreamPtr read_binary() override;
     vxcore::RefCountPtr<MemoryList> read_binary_as_memory_list() override;
 
@@ -93,7 +126,7 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
   private:
     friend class impl::MemoryReaderView;
 
-    unsigned int offset() const noexcept;
+    void skip_version() noexcept;
 
     // What elements across two segments need. Both raise at the end of the data.
     unsigned long long take_bits_slowly(unsigned int width);
@@ -103,7 +136,7 @@ class VXSERIALIZE_API MemoryReader final : public Reader {
     [[noreturn]] void fail_truncated() const;
     [[noreturn]] void fail_count() const;
 
-    vxcore::RefCountPtr<MemoryList const> m_list;
+    vxcore::RefCountPtr<MemoryList const> m_list; // null: borrowed bytes, in one segment, or none
     MemoryListCursor m_at;
     impl::ReadContainers m_containers;
     impl::NameCache m_names;

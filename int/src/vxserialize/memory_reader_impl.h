@@ -125,6 +125,22 @@ class MemoryReaderView {
         return m_reader.m_names.find(read_text(joined));
     }
 
+    /// Reads a block where it lies, if it is in one segment and has at most `limit` bytes.
+    /// Otherwise returns false and consumes nothing.
+    ///
+    /// @keeps  As `read_text`.
+    bool read_block_in_place(unsigned int limit, std::string_view & block) {
+        MemoryListCursor const start = m_at;
+        unsigned int const size = take_size(binary::block_tags);
+        if (size > limit || size > static_cast<unsigned int>(m_at.m_end - m_at.m_data)) {
+            m_at = start;
+            return false;
+        }
+        m_containers.element();
+        block = take_text(size);
+        return true;
+    }
+
     unsigned int begin_list() {
         unsigned int const count = take_number(binary::list_tags);
         m_containers.element();

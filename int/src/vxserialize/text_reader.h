@@ -20,8 +20,8 @@ namespace vxserialize {
 ///     unsigned int const port = reader.read_uint();
 ///
 /// The reader reads ahead by up to its buffer, but does not check what follows the last element
-/// that the caller reads. A read that returns fewer bytes than asked for ends the stream, as
-/// IReadStream specifies.
+/// that the caller reads: call `expect_end()` for that. A read that returns fewer bytes than asked
+/// for ends the stream, as IReadStream specifies.
 ///
 /// Cost. Besides the buffer, memory grows only with the data received. Names are remembered, so a
 /// name that comes again costs a comparison and an atomic count.
@@ -40,6 +40,16 @@ class VXSERIALIZE_API TextReader final : public Reader {
     TextReader(TextReader const &) = delete;
     TextReader & operator=(TextReader const &) = delete;
     ~TextReader() override;
+
+    /// True if only blanks, tabs and line ends follow, which are then consumed. The stream may
+    /// raise while it is read.
+    bool at_end();
+
+    /// Raises unless the reader is at the end, so that text after the last element is not lost
+    /// without notice.
+    ///
+    /// @raises error.vxserialize.data: something follows, at the byte that the message names.
+    void expect_end();
 
     /// Scans a number, name, time or UUID completely, since its kind shows only then. One of 128
     /// or more characters is no element. The stream may raise while it is read.

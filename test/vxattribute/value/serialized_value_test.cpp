@@ -25,6 +25,10 @@ TEST(SerializedValue, FormsWithoutATypeNameClearIt) {
     EXPECT_EQ(number, 5);
     SerializedValue const again("again", reader);
     EXPECT_EQ(again.size(), value.size()) << "the whole list, wherever the reader stands";
+    std::string bytes = vxtest::bytes_of(value.memory_list());
+    SerializedValue const borrowed("again", vxserialize::MemoryReader(vxcore::ByteView(bytes)));
+    bytes.assign(bytes.size(), '?');
+    EXPECT_EQ(borrowed, again);
     value.set(reader);
     EXPECT_EQ(value.type(), "");
     EXPECT_EQ(SerializedValue(writer), value);

@@ -47,7 +47,7 @@ SerializedValue & SerializedValue::operator=(SerializedValue && other) noexcept 
 }
 
 void SerializedValue::set(std::string const & type, vxserialize::MemoryReader const & reader) {
-    set(type, reader.memory_list());
+    set(type, reader.own_memory_list());
 }
 
 void SerializedValue::set(std::string const & type, vxserialize::MemoryWriter const & writer) {
@@ -62,7 +62,7 @@ void SerializedValue::set(std::string const & type, Payload list) {
 }
 
 void SerializedValue::set(vxserialize::MemoryReader const & reader) {
-    set(reader.memory_list());
+    set(reader.own_memory_list());
 }
 
 void SerializedValue::set(vxserialize::MemoryWriter const & writer) {

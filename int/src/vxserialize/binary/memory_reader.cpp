@@ -1,5 +1,6 @@
 #include "vxserialize/memory_reader.h"
 
+#include "vxcore/text_size.h"
 #include "vxserialize/error_codes.h"
 #include "vxserialize/failures_internal.h"
 #include "vxserialize/memory/memory_list_stream_internal.h"
@@ -13,12 +14,22 @@ using impl::MemoryReaderView;
 MemoryReader::MemoryReader() = default;
 
 MemoryReader::MemoryReader(vxcore::RefCountPtr<MemoryList const> list) : m_list(std::move(list)) {
-    if (!m_list) {
-        return;
+    if (m_list) {
+        m_at = m_list->reader();
+        skip_version();
     }
-    m_at = m_list->reader();
-    // A stream may start with the version of its form. A version other than ours is not skipped, so
-    // that the first read fails.
+}
+
+MemoryReader::MemoryReader(vxcore::ByteView bytes) {
+    m_at.m_listSize = vxcore::text_size(bytes.size());
+    m_at.m_data = bytes.begin();
+    m_at.m_end = bytes.end();
+    skip_version();
+}
+
+/// A stream may start with the version of its form. A version other than ours is not skipped, so
+/// that the first read fails.
+void MemoryReader::skip_version() noexcept {
     unsigned int run = 0;
     unsigned char const * const first = m_at.data_at_cursor(run);
     if (run != 0 && *first == version_mark) {
@@ -35,29 +46,39 @@ MemoryReader & MemoryReader::operator=(MemoryReader const & other) = default;
 
 MemoryReader::~MemoryReader() = default;
 
-unsigned int MemoryReader::offset() const noexcept {
-    return m_list ? m_list->size() - m_at.bytes_left() : 0;
+vxcore::RefCountPtr<MemoryList const> MemoryReader::own_memory_list() const {
+    if (m_list || m_at.m_listSize == 0) {
+        return m_list;
+    }
+    return MemoryList::create(m_at.m_end - m_at.m_listSize, m_at.m_listSize);
+}
+
+void MemoryReader::expect_end() const {
+    if (!at_end()) {
+        impl::throw_data(error::vxserialize_data, "vxserialize::MemoryReader::expect_end()",
+                         position(), impl::more_data);
+    }
 }
 
 void MemoryReader::fail_type(EElementKind expected) const {
     MemoryListCursor at = m_at;
     unsigned int run = 0;
     unsigned int const tag = *at.data_at_cursor(run); // there is one: callers have read it
-    if (tag == version_mark && offset() == 0) {
+    if (tag == version_mark && position() == 0) {
         impl::throw_data(error::vxserialize_data_version, "vxserialize::MemoryReader", 0,
                          "the version of this stream is not known");
     }
-    impl::throw_type("vxserialize::MemoryReader", offset(), expected,
+    impl::throw_type("vxserialize::MemoryReader", position(), expected,
                      static_cast<EElementKind>(kinds[tag]));
 }
 
 void MemoryReader::fail_truncated() const {
-    impl::throw_truncated("vxserialize::MemoryReader", m_list ? m_list->size() : 0);
+    impl::throw_truncated("vxserialize::MemoryReader", position() + bytes_left());
 }
 
 void MemoryReader::fail_count() const {
     impl::throw_data(error::vxserialize_data_count, "vxserialize::MemoryReader::begin_list()",
-                     offset(), "a list announces more elements than the data can hold");
+                     position(), "a list announces more elements than the data can hold");
 }
 
 unsigned long long MemoryReader::take_bits_slowly(unsigned int width) {
@@ -135,6 +156,9 @@ vxcore::Uuid MemoryReader::read_uuid() {
 }
 
 ReadStreamPtr MemoryReader::read_binary() {
+    if (!m_list) {
+        return impl::create_memory_list_stream(MemoryReader::read_binary_as_memory_list());
+    }
     unsigned int const size = MemoryReaderView(*this).take_size(block_tags);
     m_containers.element();
     ReadStreamPtr stream = impl::create_memory_list_stream(m_list, m_at, size);
@@ -145,7 +169,8 @@ ReadStreamPtr MemoryReader::read_binary() {
 vxcore::RefCountPtr<MemoryList> MemoryReader::read_binary_as_memory_list() {
     unsigned int const size = MemoryReaderView(*this).take_size(block_tags);
     m_containers.element();
-    vxcore::RefCountPtr<MemoryList> list = m_at.sublist_at_cursor(size);
+    vxcore::RefCountPtr<MemoryList> list =
+        m_list ? m_at.sublist_at_cursor(size) : MemoryList::create(m_at.m_data, size);
     m_at.cursor_advance(size);
     return list;
 }
@@ -167,7 +192,7 @@ void MemoryReader::end_record() {
     m_containers.check_in_record("vxserialize::MemoryReader::end_record()");
     if (MemoryReaderView(*this).peek_tag() != record_end) {
         impl::throw_data(error::vxserialize_data, "vxserialize::MemoryReader::end_record()",
-                         offset(), "a record holds more than was read");
+                         position(), "a record holds more than was read");
     }
     ++m_at.m_data;
     m_containers.close();

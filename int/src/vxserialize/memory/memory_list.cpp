@@ -99,6 +99,7 @@ MemoryListCursor MemoryListBase::reader(unsigned int position) const noexcept {
     MemoryListCursor cursor;
     cursor.m_next = m_segments.data();
     cursor.m_bytesAfter = m_size;
+    cursor.m_listSize = m_size;
     cursor.cursor_advance(position);
     return cursor;
 }

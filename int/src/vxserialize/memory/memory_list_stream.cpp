@@ -44,4 +44,9 @@ ReadStreamPtr create_memory_list_stream(vxcore::RefCountPtr<MemoryList const> li
     return ReadStreamPtr(object, std::move(stream));
 }
 
+ReadStreamPtr create_memory_list_stream(vxcore::RefCountPtr<MemoryList const> list) {
+    MemoryListCursor const start = list->reader(); // first: the list is moved from next
+    return create_memory_list_stream(std::move(list), start, start.bytes_left());
+}
+
 } // namespace vxserialize::impl

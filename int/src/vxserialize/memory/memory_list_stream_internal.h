@@ -9,4 +9,7 @@ namespace vxserialize::impl {
 ReadStreamPtr create_memory_list_stream(vxcore::RefCountPtr<MemoryList const> list,
                                         MemoryListCursor const & cursor, unsigned int size);
 
+/// The same over all bytes of `list`, which is not null.
+ReadStreamPtr create_memory_list_stream(vxcore::RefCountPtr<MemoryList const> list);
+
 } // namespace vxserialize::impl

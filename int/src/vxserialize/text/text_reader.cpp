@@ -86,6 +86,16 @@ bool TextReader::refill() {
     return size != 0;
 }
 
+bool TextReader::at_end() {
+    return peek_token() < 0;
+}
+
+void TextReader::expect_end() {
+    if (!at_end()) {
+        fail(impl::more_data);
+    }
+}
+
 void TextReader::read_null() {
     peek_word(eElement_Null);
     take_word();
@@ -237,10 +247,7 @@ vxcore::RefCountPtr<MemoryList> TextReader::read_binary_as_memory_list() {
 }
 
 ReadStreamPtr TextReader::read_binary() {
-    vxcore::RefCountPtr<MemoryList> list = TextReader::read_binary_as_memory_list();
-    MemoryListCursor const cursor = list->reader();
-    unsigned int const size = list->size();
-    return impl::create_memory_list_stream(std::move(list), cursor, size);
+    return impl::create_memory_list_stream(TextReader::read_binary_as_memory_list());
 }
 
 } // namespace vxserialize
