@@ -276,7 +276,19 @@ class ValueReader {
         element = vxserialize::read_simple_date_time(m_reader);
     }
 
-    void read(BinaryValue & element) { read_binary_value(m_reader, element); }
+    void read(BinaryValue & element) {
+        if constexpr (is_in_line) {
+            // Copied from where it lies, without a stream in between.
+            std::string_view block;
+            if (m_source.read_block_in_place(BinaryValue::max_stream_size, block)) {
+                BinaryValue(reinterpret_cast<unsigned char const *>(block.data()),
+                            static_cast<unsigned int>(block.size()))
+                    .swap(element);
+                return;
+            }
+        }
+        read_binary_value(m_reader, element);
+    }
 
     void read(SerializedValue & element) { read_serialized_value(m_reader, element); }
 
