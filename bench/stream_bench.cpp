@@ -83,6 +83,7 @@ void add_cbor_with_integer_keys(std::size_t index) {
 void add_stream_benchmarks() {
     for (std::size_t i = 0; i < documents().size(); ++i) {
         add_peer<VxBinary>("binary", "vxattribute", i);
+        add_peer<VxBytes>("binary", "to_bytes", i);
         add_peer<VxText>("text", "vxattribute", i);
         add_peer<VxCoded>("coded", "vxattribute", i);
         add_peer<VxBinary>("coded", "plain", i);

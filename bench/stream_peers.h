@@ -1,12 +1,14 @@
 #pragma once
 
 #include "documents.h"
-#include "text_streams.h"
 
 #include "vxattribute/attribute_name_decoder.h"
 #include "vxattribute/attribute_name_encoder.h"
+#include "vxattribute/bytes.h"
+#include "vxcore/string_source.h"
 #include "vxserialize/memory_reader.h"
 #include "vxserialize/memory_writer.h"
+#include "vxserialize/string_target.h"
 #include "vxserialize/text_reader.h"
 
 #ifdef VX_BENCH_MSGPACK
@@ -48,6 +50,19 @@ struct VxBinary {
     }
 };
 
+/// The binary form as a string, in one call. VxBinary is the same by hand, without the string.
+struct VxBytes : VxBinary {
+    static std::size_t size(std::string const & stream) { return stream.size(); }
+
+    static std::string write(vxattribute::AttributeMap const & map) {
+        return vxattribute::to_bytes(map);
+    }
+
+    static vxattribute::AttributeMap read(std::string const & stream) {
+        return vxattribute::map_from_bytes(stream);
+    }
+};
+
 /// The binary form with the names of the document's package as numbers.
 struct VxCoded : VxBinary {
     struct Stream {
@@ -78,7 +93,7 @@ struct VxText : VxBinary {
 
     static std::string write(vxattribute::AttributeMap const & map) {
         std::string text;
-        inventory::StringTarget target(text);
+        vxserialize::StringTarget target(text);
         vxserialize::TextWriter writer(target, {});
         map.write(writer);
         writer.close();
@@ -86,7 +101,7 @@ struct VxText : VxBinary {
     }
 
     static vxattribute::AttributeMap read(std::string const & text) {
-        inventory::StringStream stream(text);
+        vxcore::StringSource stream(text);
         vxserialize::TextReader reader(stream, 4096);
         return vxattribute::AttributeMap(reader);
     }

@@ -1,10 +1,10 @@
-// First steps with attributes: makes a map, reads typed settings, sends the map through a stream
-// and back, and prints it.
+// First steps with attributes: makes a map, reads typed settings, turns the map into bytes and
+// back, and prints it.
 
 #include "vxattribute/vxattribute.h"
-#include "vxserialize/vxserialize.h"
 
 #include <iostream>
+#include <string>
 
 using namespace vxattribute;
 
@@ -17,10 +17,8 @@ int main() {
     std::cout << "port " << get<long long>(server, port) << '\n';
     std::cout << "retries " << get_or<long long>(server, "retries", 3) << '\n';
 
-    vxserialize::MemoryWriter writer;
-    server.write(writer);
-    vxserialize::MemoryReader reader = writer.reader();
-    AttributeMap const copy(reader);
+    std::string const bytes = to_bytes(server);
+    AttributeMap const copy = map_from_bytes(bytes);
     std::cout << "copy is " << (copy == server ? "equal" : "different") << '\n';
 
     for (auto const & element : sorted_by_name(copy)) { // map order is by address

@@ -3,12 +3,11 @@
 #include "control_file.h"
 
 #include "vxattribute/attribute_name_decoder.h"
-#include "vxattribute/attribute_name_encoder.h"
+#include "vxattribute/bytes.h"
 #include "vxattribute/collect_names.h"
 #include "vxattribute/to_text.h"
 #include "vxcore/text_conversion.h"
 #include "vxserialize/memory_reader.h"
-#include "vxserialize/memory_writer.h"
 
 namespace inventory {
 
@@ -24,8 +23,10 @@ AttributeNamePackage::Ptr package_of(AttributeMap const & packages) {
     return composer.compose();
 }
 
-AttributeMap read_coded(vxserialize::MemoryReader reader, AttributeNamePackageSet::Ptr known) {
-    AttributeNameDecoder decoder(std::move(known), false);
+/// Unlike `map_from_bytes`, makes up the names of packages that are not known.
+AttributeMap read_without_package(std::string const & bytes) {
+    vxserialize::MemoryReader reader(bytes);
+    AttributeNameDecoder decoder(nullptr, false);
     return AttributeMap(reader, decoder);
 }
 
@@ -46,28 +47,26 @@ AttributeMap without_names(AttributeMap const & packages, AttributeNamePackage c
 
 } // namespace
 
-void show_coded(AttributeMap const & packages, unsigned int plainSize, unsigned int attributes,
+void show_coded(AttributeMap const & packages, std::size_t plainSize, unsigned int attributes,
                 StepTimer & timer) {
     AttributeNamePackage::Ptr const names = package_of(packages);
     auto const known = AttributeNamePackageSet::create(names);
     timer.print("find names", plainSize, attributes);
 
-    vxserialize::MemoryWriter writer;
-    AttributeNameEncoder encoder(known);
-    packages.write(writer, encoder);
-    timer.print("write coded", writer.size(), attributes);
+    std::string const bytes = to_bytes(packages, known);
+    timer.print("write coded", bytes.size(), attributes);
 
-    AttributeMap const read = read_coded(writer.reader(), known);
-    timer.print("read coded", writer.size(), attributes);
+    AttributeMap const read = map_from_bytes(bytes, known);
+    timer.print("read coded", bytes.size(), attributes);
 
-    AttributeMap const lacking = read_coded(writer.reader(), AttributeNamePackageSet::create());
-    timer.print("read lacking", writer.size(), attributes);
+    AttributeMap const lacking = read_without_package(bytes);
+    timer.print("read lacking", bytes.size(), attributes);
 
     if (read != packages || lacking != without_names(packages, *names)) {
         fail("coded names", "what was read back differs");
     }
-    int const saved = static_cast<int>(plainSize) - static_cast<int>(writer.size());
-    std::cout << to_text(*names) << "\ncoded " << writer.size() << " bytes, " << saved
+    int const saved = static_cast<int>(plainSize) - static_cast<int>(bytes.size());
+    std::cout << to_text(*names) << "\ncoded " << bytes.size() << " bytes, " << saved
               << " saved; a reader with the package reads it back equal,\n"
                  "one without it reads names such as "
               << names->id().as_string(1) << ":0\n\n";

@@ -13,7 +13,7 @@ namespace inventory {
 /// The names of the Debian packages are data, different on every machine. They stay texts.
 ///
 /// @raises error.inventory.data: what was read back differs from what was written.
-void show_coded(vxattribute::AttributeMap const & packages, unsigned int plainSize,
+void show_coded(vxattribute::AttributeMap const & packages, std::size_t plainSize,
                 unsigned int attributes, StepTimer & timer);
 
 } // namespace inventory

@@ -5,14 +5,12 @@
 #include "coded_names.h"
 #include "package_map.h"
 #include "step_timer.h"
-#include "text_streams.h"
 
 #include "vxattribute/attribute_access.h"
+#include "vxattribute/bytes.h"
 #include "vxattribute/sorted_by_name.h"
+#include "vxattribute/text_form.h"
 #include "vxattribute/trace_formatter.h"
-#include "vxserialize/memory_reader.h"
-#include "vxserialize/memory_writer.h"
-#include "vxserialize/text_reader.h"
 
 #include <exception>
 #include <iostream>
@@ -80,24 +78,16 @@ void run(Options const & options) {
     unsigned int const attributes = count_attributes(packages);
     timer.print("read source", file.size(), attributes);
 
-    vxserialize::MemoryWriter binary;
-    packages.write(binary);
+    std::string const binary = to_bytes(packages);
     timer.print("write binary", binary.size(), attributes);
 
-    vxserialize::MemoryReader binaryReader = binary.reader();
-    AttributeMap const fromBinary(binaryReader);
+    AttributeMap const fromBinary = map_from_bytes(binary);
     timer.print("read binary", binary.size(), attributes);
 
-    std::string text;
-    inventory::StringTarget target(text);
-    vxserialize::TextWriter textWriter(target, {});
-    packages.write(textWriter);
-    textWriter.close();
+    std::string const text = to_text_form(packages);
     timer.print("write text", text.size(), attributes);
 
-    inventory::StringStream stream(text);
-    vxserialize::TextReader textReader(stream, 1 << 16);
-    AttributeMap const fromText(textReader);
+    AttributeMap const fromText = map_from_text_form(text);
     timer.print("read text", text.size(), attributes);
 
     if (fromBinary != packages || fromText != packages) {
