@@ -36,6 +36,19 @@ TEST(Uuid, RefusesOtherTextsAndKeepsTheTarget) {
     }
 }
 
+TEST(Uuid, RandomOnesHaveTheirVersionAndElseFreeBits) {
+    Uuid::BinaryData always = Uuid::random().data(), ever = always; // bits that are 1
+    for (int i = 0; i < 64; ++i) {
+        Uuid const uuid = Uuid::random();
+        for (std::size_t at = 0; at < always.size(); ++at) {
+            always[at] &= uuid.data()[at];
+            ever[at] |= uuid.data()[at];
+        }
+    }
+    EXPECT_EQ(Uuid(always).as_string(0), "00000000-0000-4000-8000-000000000000");
+    EXPECT_EQ(Uuid(ever).as_string(0), "ffffffff-ffff-4fff-bfff-ffffffffffff");
+}
+
 TEST(Uuid, OrdersAndHashesByUnsignedBytes) {
     EXPECT_LT(sample, Uuid({0x80}));
     EXPECT_EQ(sample.hash(), 3210843768u);

@@ -1,6 +1,7 @@
 // The rule under test: key bytes stay in one place and are wiped before its memory is freed.
 
 #include "openssl_calls.h"
+#include "support/expect_error.h"
 #include "vectors.h"
 
 #include "vxcrypto/key.h"
@@ -52,6 +53,28 @@ TEST(Key, MovesItsBufferClonesWhenAskedAndComparesAllBytes) {
         clone.mutable_data()[i] ^= 0x80;
     }
     EXPECT_FALSE(Key(8).equal(Key(7))); // equal buffers
+}
+
+TEST(Key, RandomBytesFillAllOfAKeyOrNoneIsMade) {
+    for (unsigned int const bits : {128u, 256u}) {
+        Key ever(bits / 8); // bits that are 1 in one of the keys at least
+        for (int i = 0; i < 64; ++i) {
+            Key const key = Key::random(bits);
+            ASSERT_EQ(key.size(), bits / 8);
+            for (unsigned int at = 0; at < key.size(); ++at) {
+                ever.mutable_data()[at] |= key.data()[at];
+            }
+        }
+        EXPECT_EQ(std::string(reinterpret_cast<char const *>(ever.data()), ever.size()),
+                  std::string(bits / 8, '\xff'));
+    }
+    EXPECT_EQ(Key::random().size(), 32u);
+    expect_error([] { (void)Key::random(32); }, vxcore::ErrorCode("error.vxcrypto.key.size", true),
+                 "A random key has 128 or 256 bits, not 32");
+    openssl_calls() = {};
+    openssl_calls().refuse = true;
+    EXPECT_THROW((void)Key::random(), vxcore::ErrorException);
+    openssl_calls() = {};
 }
 
 } // namespace

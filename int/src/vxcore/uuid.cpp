@@ -3,7 +3,10 @@
 #include "vxcore/hash.h"
 #include "vxcore/hex.h"
 
+#include <cerrno>
 #include <ostream>
+#include <sys/random.h>
+#include <system_error>
 
 namespace vxcore {
 
@@ -15,6 +18,17 @@ bool follows_dash(std::size_t index) noexcept {
 }
 
 } // namespace
+
+Uuid Uuid::random() {
+    BinaryData data;
+    // Not std::random_device, which does not say where its bits come from.
+    if (::getentropy(data.data(), data.size()) != 0) {
+        throw std::system_error(errno, std::generic_category(), "vxcore::Uuid::random()");
+    }
+    data[6] = static_cast<unsigned char>((data[6] & 0x0F) | 0x40); // the version: 4
+    data[8] = static_cast<unsigned char>((data[8] & 0x3F) | 0x80); // the variant: RFC 9562
+    return Uuid(data);
+}
 
 bool Uuid::parse(std::string_view text, Uuid & uuid) noexcept {
     // The size alone tells the two formats apart, so no index below leaves the text.

@@ -14,11 +14,12 @@ namespace vxcore {
 /// A universally unique identifier: 16 bytes in the order of its text (RFC 4122). Default: all
 /// zero.
 ///
-/// The class stores and compares identifiers; it does not make new ones, nor does it check version
-/// and variant: all 2^128 values are valid.
+/// The class stores and compares identifiers and makes random ones. It does not check version and
+/// variant: all 2^128 values are valid.
 ///
 /// Cost. 16 bytes, copied as such. Only `as_string` allocates.
 ///
+///     Uuid const fresh = Uuid::random();
 ///     Uuid id;
 ///     if (Uuid::parse("123e4567-e89b-12d3-a456-426614174000", id)) {
 ///         id.data()[0]; // 0x12
@@ -32,6 +33,16 @@ class VXCORE_API Uuid {
 
     /// @param data  The bytes in the order of the text, not in that of a machine's integers.
     constexpr explicit Uuid(BinaryData const & data) noexcept : m_data(data) {}
+
+    /// A new identifier of 122 random bits: version 4 of RFC 9562.
+    ///
+    /// The bits come from the operating system, so processes that were forked or restored from a
+    /// snapshot never share an identifier. It identifies things and is no secret: for keys there is
+    /// vxcrypto::Key::random.
+    ///
+    /// @cost   One system call. At boot it waits until the system has collected enough randomness.
+    /// @raises std::system_error: the system has no source of random bytes.
+    static Uuid random();
 
     /// Reads a text in either format of `as_string`. Digits may be of either case. Braces, blanks
     /// and prefixes are refused.

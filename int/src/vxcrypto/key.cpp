@@ -1,7 +1,11 @@
 #include "vxcrypto/key.h"
 
+#include "vxcore/error_composer.h"
+#include "vxcore/text_conversion.h"
 #include "vxcrypto/cleanse.h"
 #include "vxcrypto/constant_time.h"
+#include "vxcrypto/error_codes_internal.h"
+#include "vxcrypto/random_provider.h"
 
 #include <algorithm>
 #include <limits>
@@ -32,6 +36,17 @@ Key::Key(void const * bytes, unsigned int size) : Key(size) {
         throw std::invalid_argument("vxcrypto::Key::Key()");
     }
     std::copy_n(static_cast<unsigned char const *>(bytes), size, m_data);
+}
+
+Key Key::random(unsigned int bits) {
+    if (bits != 128 && bits != 256) {
+        vxcore::ErrorComposer("A random key has 128 or 256 bits, not {@bits}")
+            .param("bits", vxcore::to_string(bits))
+            .throw_error(error::vxcrypto_key_size, VXCORE_LOCATION("vxcrypto::Key::random()"));
+    }
+    Key key(bits / 8);
+    default_random_provider()->generate_random(key.mutable_data(), key.size());
+    return key;
 }
 
 Key::~Key() {

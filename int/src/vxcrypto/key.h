@@ -33,6 +33,16 @@ class VXCRYPTO_API Key {
     /// @raises std::invalid_argument: `bytes` is null and `size` is not 0.
     Key(void const * bytes, unsigned int size);
 
+    /// A new key of random bytes from `default_random_provider()`.
+    ///
+    ///     Key const key = Key::random();
+    ///
+    /// @param bits  128 or 256, the sizes of the keys that seal values. Bits, not bytes as in the
+    ///              constructors.
+    /// @raises error.vxcrypto.key.size: any other number of bits.
+    /// @raises error.vxcrypto.randomProvider.failed: the generator returned no bytes.
+    static Key random(unsigned int bits = 256);
+
     /// Takes over the buffer; the source is empty afterwards.
     Key(Key && other) noexcept { swap(other); }
 
