@@ -72,12 +72,16 @@ extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_conversion_data
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_conversion_data_size;
 
 /// A sealed value cannot be sealed, checked or opened: wrong key or changed data, a cipher that
-/// the provider lacks, too few sealed bytes, or a key of the wrong size. See SecuredValue.
+/// the provider lacks, too few sealed bytes, or a key of the wrong size. See SecuredValue. Or a
+/// ring of keys lacks the key, or has another one of that id: see KeyRing.
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_authentication;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_cipher;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_cipher_unknown;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_ciphertext;
+extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_key;
+extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_key_duplicate;
+extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_key_unknown;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value_secured_keysize;
 
 /// A value has another type than the call requires, or a number is not that of a type.

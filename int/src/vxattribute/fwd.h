@@ -18,6 +18,7 @@ class AttributeValue;
 class BinaryValue;
 class IAttributeNameDecoder;
 class IAttributeNameEncoder;
+class KeyRing;
 class MutableAttributeMap;
 class SecuredValue;
 class SerializedValue;

@@ -24,11 +24,14 @@ namespace vxattribute {
 /// the id of the cipher, the id of the key and a free annotation. The annotation is authenticated
 /// together with the data; cipher id and key id are not.
 ///
+/// seal.h has functions for the common cases, with the safe choices made. The members here also
+/// take ciphers, providers and sources of random bytes of the caller's own.
+///
 /// Pass `strict_cipher_provider()` to open values from untrusted sources. With the default provider
 /// such a value may name the "NULL" cipher, which accepts anything under an empty key. See
-/// docs/guide/security.md.
+/// docs/guide/secrets.md.
 ///
-///     vxcrypto::Key const key(bytes, 16);
+///     vxcrypto::Key const key = vxcrypto::Key::random(128);
 ///     SecuredValue const sealed(AttributeValue("secret"), "login", {"disk", keyUuid}, key,
 ///                               SecuredValue::default_cipher());
 ///     AttributeValue const opened =
@@ -284,6 +287,11 @@ class VXATTRIBUTE_API SecuredValue {
     }
 
   private:
+    friend VXATTRIBUTE_API SecuredValue reseal_with(SecuredValue const & sealed,
+                                                    vxcrypto::Key const & old_key,
+                                                    vxcrypto::Key const & new_key,
+                                                    KeyId new_key_id);
+
     /// Seals `plaintext` with this value's annotation.
     void seal(vxcore::RefCountPtr<vxserialize::MemoryList> const & plaintext,
               vxcrypto::Key const & key, ICipher const & cipher,

@@ -27,7 +27,8 @@ inline Key key_of_size(unsigned int size) {
 inline SecuredValue::KeyId const keyId("category", vxcore::Uuid());
 
 template <typename Secret>
-SecuredValue seal(Secret const & secret, Key const & key, std::string const & id = "EAX_AES128") {
+SecuredValue seal_note(Secret const & secret, Key const & key,
+                       std::string const & id = "EAX_AES128") {
     return SecuredValue(secret, "note", keyId, key, cipher(id));
 }
 

@@ -211,14 +211,15 @@ TEST(ForeignCipher, WhatItRaisesPassesThrough) {
 TEST(ForeignCipher, NoFailureLeavesAKeyBehind) {
     std::string const secret = "sixteen to watch" + std::string(100, 'k');
     Key const key = key_of_size(16), wrapped = key_of(secret);
-    SecuredValue const sealed = seal(wrapped, key);
+    SecuredValue const sealed = seal_note(wrapped, key);
     auto const cut = list_of(bytes_of(sealed.ciphertext()), 40); // can fail when some is deciphered
     ForeignCipher foreign;
     foreign.turn = [&](auto const &) { return cipher("EAX_AES128").decrypt(key, "note", cut); };
     SecuredValue::ErrorPtr error;
     vxtest::watch_freed_memory(secret.data(), 16);
     for (auto const & action : std::initializer_list<std::function<void()>>{
-             [&] { seal(wrapped, key); }, [&] { (void)sealed.extract_binary_as_key(key, &error); },
+             [&] { seal_note(wrapped, key); },
+             [&] { (void)sealed.extract_binary_as_key(key, &error); },
              [&] { (void)sealed.extract_binary_as_key(key, foreign, &error); }}) {
         unsigned long n = 0;
         for (bool failed = true; failed;) {

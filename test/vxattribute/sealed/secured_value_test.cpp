@@ -25,7 +25,7 @@ TEST(SecuredValue, OpensToWhatWasSealed) {
         for (AttributeValue const & value :
              {AttributeValue(), AttributeValue(5), AttributeValue(std::string(100'000, 'x')),
               AttributeValue(make_map({{"a", make_list<double>({1, 2})}}))}) {
-            SecuredValue const sealed = seal(value, key, id), copy = sealed;
+            SecuredValue const sealed = seal_note(value, key, id), copy = sealed;
             std::string const before = bytes_of(sealed.ciphertext());
             EXPECT_TRUE(sealed.authenticate(key, SecuredValue::strict_cipher_provider()));
             EXPECT_EQ(sealed.extract(key, nullptr), value);
@@ -33,7 +33,7 @@ TEST(SecuredValue, OpensToWhatWasSealed) {
             vxserialize::MemoryWriter writer;
             write_attribute_value(writer, value);
             EXPECT_EQ(before.size(), writer.size() + 32u);
-            SecuredValue const again = seal(value, key, id); // with a nonce of its own
+            SecuredValue const again = seal_note(value, key, id); // with a nonce of its own
             EXPECT_FALSE(again == sealed);
             EXPECT_NE(again.hash(), sealed.hash());
         }
@@ -43,7 +43,7 @@ TEST(SecuredValue, OpensToWhatWasSealed) {
 TEST(SecuredValue, OnlyOneBinaryIsAKey) {
     Key const key = key_of_size(16), wrapped = key_of("wrapped");
     AttributeValue const binary = BinaryValue(wrapped.data(), wrapped.size());
-    for (SecuredValue const & sealed : {seal(wrapped, key), seal(binary, key)}) {
+    for (SecuredValue const & sealed : {seal_note(wrapped, key), seal_note(binary, key)}) {
         EXPECT_TRUE(sealed.extract_binary_as_key(key, nullptr).equal(wrapped));
         EXPECT_EQ(sealed.extract(key, nullptr), binary);
     }
@@ -59,7 +59,7 @@ TEST(SecuredValue, OnlyOneBinaryIsAKey) {
             isBinary ? "Only scalar binary attributes can be read as Key"
                      : "Only Binary attribute values can be read as Key.  TypeFound=" +
                            value.type().name();
-        SecuredValue const sealed = seal(value, key);
+        SecuredValue const sealed = seal_note(value, key);
         SecuredValue::ErrorPtr error;
         auto const raised =
             expect_error([&] { (void)sealed.extract_binary_as_key(key, &error); },
@@ -98,7 +98,7 @@ SecuredValue::ErrorPtr raised_by(Action action) {
 }
 
 TEST(SecuredValue, SaysWhyItDoesNotOpen) {
-    std::string const bytes = bytes_of(seal("secret", key_of_size(16)).ciphertext());
+    std::string const bytes = bytes_of(seal_note("secret", key_of_size(16)).ciphertext());
     auto const check = [&](std::string const & line, std::string const & expected,
                            std::string const & kind) {
         SCOPED_TRACE(line);
@@ -134,7 +134,7 @@ TEST(SecuredValue, SaysWhyItDoesNotOpen) {
 
 TEST(SecuredValue, TheKeyIdIsNotAuthenticated) {
     Key const key = key_of_size(16), wrapped = key_of("wrapped");
-    SecuredValue const sealed = seal(wrapped, key);
+    SecuredValue const sealed = seal_note(wrapped, key);
     SecuredValue const other =
         value_of("note", "EAX_AES128", bytes_of(sealed.ciphertext()), {"other", vxcore::Uuid({1})});
     EXPECT_FALSE(other == sealed);
@@ -152,7 +152,7 @@ TEST(SecuredValue, NoOtherCipherIdIsAWayIn) {
     SecuredValue::ErrorPtr error;
     for (std::string const & sealedWith : ids) {
         Key const key = key_of_size(cipher(sealedWith).keysize());
-        SecuredValue const sealed = seal(7, key, sealedWith);
+        SecuredValue const sealed = seal_note(7, key, sealedWith);
         EXPECT_EQ(sealed.extract(key, nullptr), AttributeValue(7));
         for (std::string const & id : ids) {
             SecuredValue const renamed = value_of("note", id, bytes_of(sealed.ciphertext()));
@@ -168,13 +168,13 @@ TEST(SecuredValue, NoOtherCipherIdIsAWayIn) {
     EXPECT_EQ(error->code(), error::vxattribute_value_secured_cipher_unknown);
 }
 
-/// The attack is explained in docs/guide/security.md, "Wrapped keys".
+/// The attack is explained in docs/guide/secrets.md, "Wrapped keys".
 TEST(SecuredValue, AnUnknownCipherOfAWrappedKeyLeadsToForgedValuesUnlessOpenedStrictly) {
     auto const & strict = SecuredValue::strict_cipher_provider();
     Key const master = key_of_size(16);
-    SecuredValue const wrapped = seal(key_of_size(32), master);
+    SecuredValue const wrapped = seal_note(key_of_size(32), master);
     SecuredValue const renamed = value_of("note", "no such", bytes_of(wrapped.ciphertext()));
-    SecuredValue const forged = seal("forged", Key(), "NULL");
+    SecuredValue const forged = seal_note("forged", Key(), "NULL");
     SecuredValue::ErrorPtr keyError, error;
     Key const careless = renamed.extract_binary_as_key(master, &keyError);
     EXPECT_EQ(forged.extract(careless, &error), AttributeValue("forged"));
@@ -188,7 +188,7 @@ TEST(SecuredValue, AnUnknownCipherOfAWrappedKeyLeadsToForgedValuesUnlessOpenedSt
 
 TEST(SecuredValue, AFailedSetLeavesTheOldValue) {
     Key const key = key_of_size(16);
-    SecuredValue value = seal(1, key);
+    SecuredValue value = seal_note(1, key);
     SecuredValue const before = value;
     std::string const note(40, 'a');
     EXPECT_GT(vxtest::fail_each_allocation(
@@ -217,7 +217,7 @@ TEST(SecuredValue, NoKeyStaysInMemory) {
                 Key const key = key_of_size(cipher(id).keysize());
                 SecuredValue sealed;
                 vxtest::watch_freed_memory(secret.data() + watched, 16);
-                vxtest::fail_each_allocation([&] { sealed = seal(wrapped, key, id); }, [] {});
+                vxtest::fail_each_allocation([&] { sealed = seal_note(wrapped, key, id); }, [] {});
                 vxserialize::MemoryWriter writer;
                 sealed.write(writer);
                 vxserialize::MemoryReader reader = writer.reader();

@@ -128,6 +128,7 @@ TEST(ErrorCodes, HaveTheNamesOfTheirConstants) {
         E(_value_cardinality_expectSingle), E(_value_conversion), E(_value_conversion_data),
         E(_value_conversion_data_size), E(_value_secured), E(_value_secured_authentication),
         E(_value_secured_cipher), E(_value_secured_cipher_unknown), E(_value_secured_ciphertext),
+        E(_value_secured_key), E(_value_secured_key_duplicate), E(_value_secured_key_unknown),
         E(_value_secured_keysize), E(_value_type), E(_value_type_mismatch), E(_value_type_unknown),
     };
 #undef E

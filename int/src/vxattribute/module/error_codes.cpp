@@ -66,6 +66,12 @@ constinit vxcore::ErrorCode const
 constinit vxcore::ErrorCode const
     vxattribute_value_secured_ciphertext("error.vxattribute.value.secured.ciphertext", true);
 constinit vxcore::ErrorCode const
+    vxattribute_value_secured_key("error.vxattribute.value.secured.key", true);
+constinit vxcore::ErrorCode const
+    vxattribute_value_secured_key_duplicate("error.vxattribute.value.secured.key.duplicate", true);
+constinit vxcore::ErrorCode const
+    vxattribute_value_secured_key_unknown("error.vxattribute.value.secured.key.unknown", true);
+constinit vxcore::ErrorCode const
     vxattribute_value_secured_keysize("error.vxattribute.value.secured.keysize", true);
 constinit vxcore::ErrorCode const vxattribute_value_type("error.vxattribute.value.type", true);
 constinit vxcore::ErrorCode const

@@ -43,4 +43,8 @@ class WipedList {
     Ptr m_list;
 };
 
+/// The result of a cipher as a list that may be wiped: `opened` itself, if nobody else uses it.
+/// Null becomes an empty list. Pass a temporary.
+WipedList wipeable(vxcore::RefCountPtr<vxserialize::MemoryList const> const & opened);
+
 } // namespace vxattribute::impl

@@ -231,6 +231,19 @@ SecuredValue::CipherPtr find_among(std::initializer_list<SecuredValue::ICipher c
 
 } // namespace
 
+SecuredValue::ICipher const & cipher_for(vxcrypto::Key const & key) {
+    for (SecuredValue::ICipher const * const cipher :
+         std::initializer_list<SecuredValue::ICipher const *>{&cipherEaxAes128, &cipherEaxAes256}) {
+        if (cipher->keysize() == key.size()) {
+            return *cipher;
+        }
+    }
+    vxcore::ErrorComposer("No cipher takes a key of {@keysize} bytes, only of 16 or 32")
+        .param("keysize", vxcore::to_string(key.size()))
+        .throw_error(error::vxattribute_value_secured_keysize,
+                     VXCORE_LOCATION("vxattribute::impl::cipher_for()"));
+}
+
 SecuredValue::CipherPtr DefaultCipherProvider::find_cipher(std::string const & cipherId) const {
     return find_among({&cipherEaxAes128, &cipherEaxAes256, &cipherNull}, cipherId);
 }

@@ -74,6 +74,11 @@ class SecuredValueCipherNull final : public SecuredValue::ICipher {
     std::string const m_id = "NULL";
 };
 
+/// The EAX cipher that takes keys of this size.
+///
+/// @raises error.vxattribute.value.secured.keysize: there is none.
+SecuredValue::ICipher const & cipher_for(vxcrypto::Key const & key);
+
 /// Finds the three ciphers above.
 class DefaultCipherProvider final : public SecuredValue::ICipherProvider {
   public:

@@ -1,11 +1,13 @@
-// How sealed values are checked and opened.
+// How sealed values are checked, opened and sealed anew.
 
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/error_codes.h"
+#include "vxattribute/seal.h"
 #include "vxattribute/sealed/key_marshaler_internal.h"
 #include "vxattribute/sealed/memory_wipe_internal.h"
-#include "vxattribute/secured_value.h"
+#include "vxattribute/sealed/secured_value_ciphers_internal.h"
 #include "vxcore/error_composer.h"
+#include "vxcrypto/random_provider.h"
 #include "vxserialize/memory_reader.h"
 
 namespace vxattribute {
@@ -27,21 +29,6 @@ vxcore::SourceLocation extract_location() {
 void report_unknown_cipher(std::string const & cipherId, SecuredValue::ErrorPtr * error) {
     unknown_cipher(cipherId).create_transfer(error, error::vxattribute_value_secured_cipher_unknown,
                                              extract_location());
-}
-
-/// The opened bytes as a list that may be wiped.
-impl::WipedList wipeable(SecuredValue::Ciphertext const & opened) {
-    using vxserialize::MemoryList;
-    if (!opened) {
-        return impl::WipedList(MemoryList::create());
-    }
-    if (opened->has_unique_ref()) {
-        auto & list = const_cast<MemoryList &>(*opened); // no list is created const
-        return impl::WipedList(vxcore::RefCountPtr<MemoryList>(&list));
-    }
-    // "NULL" returns the stored list itself, which must stay intact. Wiping the clone does not
-    // change it, since the two share their memory.
-    return impl::WipedList(opened->shallow_clone());
 }
 
 } // namespace
@@ -104,7 +91,7 @@ vxcrypto::Key SecuredValue::extract_binary_as_key(vxcrypto::Key const & key,
         // In this order: the reader is destroyed before the plaintext is wiped, and the opened list
         // is a temporary that is destroyed even earlier.
         impl::WipedList const plaintext =
-            wipeable(cipher->decrypt(key, m_annotation, m_ciphertext));
+            impl::wipeable(cipher->decrypt(key, m_annotation, m_ciphertext));
         vxserialize::MemoryReader reader(plaintext.get());
         return impl::read_key_as_binary(reader);
     } catch (std::exception const & e) {
@@ -113,6 +100,26 @@ vxcrypto::Key SecuredValue::extract_binary_as_key(vxcrypto::Key const & key,
         }
         throw;
     }
+}
+
+SecuredValue reseal_with(SecuredValue const & sealed, vxcrypto::Key const & old_key,
+                         vxcrypto::Key const & new_key, SecuredValue::KeyId new_key_id) {
+    SecuredValue::ICipher const & newCipher = impl::cipher_for(new_key);
+    SecuredValue::CipherPtr const cipher =
+        SecuredValue::strict_cipher_provider().find_cipher(sealed.m_cipherId);
+    if (!cipher) {
+        report_unknown_cipher(sealed.m_cipherId, nullptr);
+    }
+    // The content stays as bytes, whatever it is: a key in it must not become a value, which is not
+    // wiped.
+    impl::WipedList const content =
+        impl::wipeable(cipher->decrypt(old_key, sealed.m_annotation, sealed.m_ciphertext));
+    SecuredValue result;
+    result.m_annotation = sealed.m_annotation;
+    result.m_cipherId = newCipher.cipher_id();
+    result.m_keyId = std::move(new_key_id);
+    result.seal(content.get(), new_key, newCipher, *vxcrypto::default_random_provider());
+    return result;
 }
 
 } // namespace vxattribute
