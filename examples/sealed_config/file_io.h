@@ -61,13 +61,13 @@ inline vxcore::RefCountPtr<vxserialize::MemoryList const> read_file(char const *
     return list;
 }
 
-/// Reads a key of 16 bytes.
+/// Reads a key of 32 bytes.
 inline vxcrypto::Key read_key_file(char const * path) {
     File const file = open_file(path, "rb");
-    vxcrypto::Key key(16);
+    vxcrypto::Key key(32);
     if (std::fread(key.mutable_data(), 1, key.size(), file.get()) != key.size() ||
         std::fgetc(file.get()) != EOF) {
-        throw std::runtime_error(std::string("not a key of 16 bytes: ") + path);
+        throw std::runtime_error(std::string("not a key of 32 bytes: ") + path);
     }
     return key;
 }
