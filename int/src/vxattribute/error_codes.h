@@ -54,6 +54,11 @@ extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_query_tooFew;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_query_tooMany;
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_query_typeConversion;
 
+/// A configuration differs from its description, and what a problem is when a name is not
+/// described. See Settings.
+extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_query_settings;
+extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_query_unknownName;
+
 /// Failures of values, grouped below.
 extern VXATTRIBUTE_API vxcore::ErrorCode const vxattribute_value;
 

@@ -39,6 +39,7 @@
 #include "vxattribute/seal.h"
 #include "vxattribute/secured_value.h"
 #include "vxattribute/serialized_value.h"
+#include "vxattribute/settings.h"
 #include "vxattribute/sorted_by_name.h"
 #include "vxattribute/text_form.h"
 #include "vxattribute/to_text.h"

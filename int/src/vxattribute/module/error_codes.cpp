@@ -30,11 +30,15 @@ constinit vxcore::ErrorCode const vxattribute_query_badValue("error.vxattribute.
                                                              true);
 constinit vxcore::ErrorCode const vxattribute_query_notFound("error.vxattribute.query.notFound",
                                                              true);
+constinit vxcore::ErrorCode const vxattribute_query_settings("error.vxattribute.query.settings",
+                                                             true);
 constinit vxcore::ErrorCode const vxattribute_query_tooFew("error.vxattribute.query.tooFew", true);
 constinit vxcore::ErrorCode const vxattribute_query_tooMany("error.vxattribute.query.tooMany",
                                                             true);
 constinit vxcore::ErrorCode const
     vxattribute_query_typeConversion("error.vxattribute.query.typeConversion", true);
+constinit vxcore::ErrorCode const
+    vxattribute_query_unknownName("error.vxattribute.query.unknownName", true);
 constinit vxcore::ErrorCode const vxattribute_value("error.vxattribute.value", true);
 constinit vxcore::ErrorCode const vxattribute_value_binary("error.vxattribute.value.binary", true);
 constinit vxcore::ErrorCode const
