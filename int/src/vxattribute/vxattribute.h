@@ -15,6 +15,7 @@
 #include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/attribute_value_type.h"
 #include "vxattribute/binary_value.h"
+#include "vxattribute/bind.h"
 #include "vxattribute/bytes.h"
 #include "vxattribute/collect_names.h"
 #include "vxattribute/convertable_value.h"
