@@ -16,6 +16,7 @@ int main(int argc, char ** argv) {
     vxbench::add_rendering_benchmarks();
     vxbench::add_name_benchmarks();
     vxbench::add_query_benchmarks();
+    vxbench::add_bind_benchmarks();
     vxbench::add_crypto_benchmarks();
     benchmark::RunSpecifiedBenchmarks();
 }

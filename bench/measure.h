@@ -44,6 +44,7 @@ void add_scale_benchmarks();
 void add_rendering_benchmarks();
 void add_name_benchmarks();
 void add_query_benchmarks();
+void add_bind_benchmarks();
 void add_crypto_benchmarks();
 
 } // namespace vxbench
