@@ -26,10 +26,9 @@ TEST(Seal, TakesTheCipherOfTheKeyAndOpensStrictly) {
             open_key(AttributeValue(seal_key(key_of("data"), key)), key).equal(key_of("data")));
         EXPECT_THROW((void)open(sealed, Key(size)), vxcore::ErrorException);
     }
-    auto const & keysize = error::vxattribute_value_secured_keysize;
-    char const unfit[] = "No cipher takes a key of 24 bytes, only of 16 or 32";
-    expect_error([&] { (void)seal(value, key_of_size(24)); }, keysize, unfit);
-    expect_error([&] { (void)seal_key(Key(16), key_of_size(24)); }, keysize, unfit);
+    expect_error([&] { (void)seal(value, key_of_size(24)); },
+                 error::vxattribute_value_secured_keysize,
+                 "No cipher takes a key of 24 bytes, only of 16 or 32");
     SecuredValue const forged = seal_note("forged", Key(), "NULL");
     auto const & unknown = error::vxattribute_value_secured_cipher_unknown;
     char const notStrict[] = "Unknown/unsupported cipher: NULL";
@@ -61,13 +60,7 @@ TEST(KeyRing, SealsWithTheCurrentKeyAndOpensWithTheNamedOne) {
     KeyRing source;
     expect_error([&] { (void)source.seal(1); }, unknown,
                  "The key ring has no current key to seal with");
-    Key key = key_of_size(16);
-    EXPECT_GT(vxtest::fail_each_allocation([&] { source.add(oldId, std::move(key)); },
-                                           [&] {
-                                               EXPECT_EQ(source.size(), 0u);
-                                               EXPECT_EQ(key.size(), 16u);
-                                           }),
-              0u);
+    source.add(oldId, key_of_size(16));
     SecuredValue const first = source.seal("secret", "note");
     source.add(newId, key_of_size(32));
     EXPECT_EQ(*source.current(), oldId);
@@ -76,18 +69,16 @@ TEST(KeyRing, SealsWithTheCurrentKeyAndOpensWithTheNamedOne) {
     EXPECT_EQ(source.current(), nullptr);
     SecuredValue const second = ring.reseal(first);
     EXPECT_EQ(second.key_id(), newId);
-    EXPECT_EQ(second.annotation(), "note");
     for (AttributeValue const sealed : {first, second}) {
         EXPECT_EQ(ring.open(sealed), AttributeValue("secret"));
     }
-    key = key_of_size(16);
+    Key key = key_of_size(16);
     expect_error([&] { ring.add(newId, std::move(key)); },
                  error::vxattribute_value_secured_key_duplicate,
                  "The key ring already has a key with the id "
                  "'disk':02000000-0000-0000-0000-000000000000");
     EXPECT_EQ(key.size(), 16u);
     EXPECT_TRUE(ring.remove(oldId));
-    EXPECT_FALSE(ring.remove(oldId));
     char const missing[] =
         "The key ring has no key with the id 'disk':01000000-0000-0000-0000-000000000000";
     expect_error([&] { (void)ring.open(first); }, unknown, missing);
