@@ -10,12 +10,15 @@ namespace vxserialize::error {
 /// The parent of all others.
 extern VXSERIALIZE_API vxcore::ErrorCode const vxserialize;
 
-/// Serialized data is ill-formed; the parent of the four below. The messages of readers contain the
+/// Serialized data is ill-formed; the parent of the five below. The messages of readers contain the
 /// byte offset.
 extern VXSERIALIZE_API vxcore::ErrorCode const vxserialize_data;
 
 /// A list has another number of elements than it announces, or announces more than the data holds.
 extern VXSERIALIZE_API vxcore::ErrorCode const vxserialize_data_count;
+
+/// A frame has more bytes than its reader allows. See FrameReader.
+extern VXSERIALIZE_API vxcore::ErrorCode const vxserialize_data_size;
 
 /// The data ends in the middle.
 extern VXSERIALIZE_API vxcore::ErrorCode const vxserialize_data_truncated;

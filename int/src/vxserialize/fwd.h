@@ -13,6 +13,7 @@ struct NumberTags;
 }
 } // namespace impl
 
+class FrameReader;
 class MemoryList;
 class MemoryListBase;
 class MemoryListCursor;

@@ -5,6 +5,7 @@
 #include "vxserialize/element_kind.h"
 #include "vxserialize/error_codes.h"
 #include "vxserialize/error_info_stream.h"
+#include "vxserialize/frame.h"
 #include "vxserialize/fwd.h"
 #include "vxserialize/limits.h"
 #include "vxserialize/memory_list.h"
