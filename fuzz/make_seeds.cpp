@@ -176,6 +176,20 @@ void save_texts() {
          "\x0C\x02\x07\xEA\x01\x0B\x01\x18\x01\x0E\x01\x2E\x01\x14\x03\x4C\x4B\x40");
 }
 
+/// Saves streams of messages; messages.cpp says what the first two bytes are.
+void save_messages() {
+    auto const packages = AttributeNamePackageSet::create(vxfuzz::known_packages()[0]);
+    std::string coded, plain, bad;
+    vxcore::StringSink codedSink(coded), plainSink(plain), badSink(bad);
+    write_message(codedSink, make_map({{"alpha", 1}, {"beta", make_map({{"alpha", "x"}})}}),
+                  packages, {.sorted_names = true});
+    write_message(plainSink, make_map({{"name", "value"}}));
+    vxserialize::write_frame(badSink, std::string("no map"));
+    save("messages", "coded", "\x35\x01" + coded + plain + coded);
+    save("messages", "refused", "\xFF\x02" + coded + bad + plain + plain.substr(0, 9));
+    save("messages", "above_limit", "\x12\x05" + coded + plain + std::string(3, '\0'));
+}
+
 /// Saves a map and a key sealed under each cipher, to be read in pieces of two sizes, and inputs
 /// that seal a text and change bytes of it; see sealed_open.cpp.
 void save_sealed() {
@@ -231,6 +245,7 @@ int main(int argc, char ** argv) {
     save_coded_streams();
     save_name_packages();
     save_texts();
+    save_messages();
     save_sealed();
     vxfuzz::save_forms();
     vxfuzz::save_program_files();

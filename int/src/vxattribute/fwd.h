@@ -19,6 +19,7 @@ class BinaryValue;
 class IAttributeNameDecoder;
 class IAttributeNameEncoder;
 class KeyRing;
+class MessageReader;
 class MutableAttributeMap;
 class SecuredValue;
 class SerializedValue;

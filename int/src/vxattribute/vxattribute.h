@@ -31,6 +31,7 @@
 #include "vxattribute/literals.h"
 #include "vxattribute/make_value.h"
 #include "vxattribute/map_path.h"
+#include "vxattribute/message.h"
 #include "vxattribute/multi_value_writer.h"
 #include "vxattribute/name_list.h"
 #include "vxattribute/number_access.h"
