@@ -36,7 +36,8 @@ PROGRAMS = {
     "vxcrypto": ["vxcrypto", "vxcrypto_portable", "vxattribute"],
     "vxserialize": ["vxserialize", "vxjson", "vxattribute"],
     "vxjson": ["vxjson", "vxattribute"],
-    "vxattribute": ["vxattribute"],
+    "vxattribute": ["vxattribute", "vxfile"],
+    "vxfile": ["vxfile"],
 }
 
 TREE = "build/mutate/tree"

@@ -20,6 +20,9 @@ class Failure : public std::runtime_error {
   public:
     /// @param place  The file, or the file and a path in it.
     Failure(std::string_view place, std::string_view what);
+
+    /// @param what  The whole line.
+    explicit Failure(std::string const & what);
 };
 
 /// A command line that makes no sense.
@@ -30,6 +33,9 @@ class UsageFailure : public std::runtime_error {
 
 /// The text of an exception and of the errors nested in it, as one line.
 std::string message_of(std::exception const & e);
+
+/// Raises a Failure at `place`. An error of vxfile has its place already.
+[[noreturn]] void throw_failure(std::string_view place, std::exception const & e);
 
 /// Runs `action`. Turns what it raises into a Failure at `place`, except for lack of memory and for
 /// failures of this program, which have their places already.
@@ -44,7 +50,7 @@ decltype(auto) with_place(std::string_view place, Action && action) {
     } catch (std::bad_alloc const &) {
         throw;
     } catch (std::exception const & e) {
-        throw Failure(place, message_of(e));
+        throw_failure(place, e);
     }
 }
 

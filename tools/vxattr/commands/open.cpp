@@ -64,7 +64,7 @@ int open(Options const & options) {
         Key const opened = with_place(
             place.text(), [&] { return sealed.extract_binary_as_key(key, ciphers, nullptr); });
         Output output(options.out, Output::EAccess::eOwnerOnly);
-        output.write({reinterpret_cast<char const *>(opened.data()), opened.size()});
+        output.write({opened.data(), opened.size()});
         output.commit();
         return eExit_Good;
     }

@@ -1,7 +1,6 @@
 #include "vxattr/commands/commands.h"
 #include "vxattr/failure.h"
 #include "vxattr/files/value_file.h"
-#include "vxattr/keys/key_file.h"
 #include "vxattr/keys/key_options.h"
 #include "vxattr/place.h"
 #include "vxattribute/attribute_value_marshaler.h"

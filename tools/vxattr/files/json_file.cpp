@@ -4,10 +4,10 @@
 #include "vxattr/files/json_losses.h"
 #include "vxattribute/elements.h"
 #include "vxattribute/json_marshaler.h"
-#include "vxattribute/json_text.h"
 #include "vxattribute/make_value.h"
 #include "vxcore/source_location.h"
 #include "vxcore/text_conversion.h"
+#include "vxfile/value_file.h"
 #include "vxjson/reader.h"
 #include "vxjson/tokenizer.h"
 
@@ -69,16 +69,10 @@ AttributeValue read_json(Input & input, bool isStrict) {
 }
 
 void write_json(Output & output, AttributeValue const & value, JsonLayout const & layout) {
-    JsonTextOptions options;
-    options.indent = layout.indent;
-    options.sorted_names = layout.isSorted;
-    if (!layout.wrap.empty() && is_bare(value)) {
-        AttributeValue const wrapped(make_map({{layout.wrap, value}}));
-        vxattribute::write_json(output, wrapped, options);
-    } else {
-        vxattribute::write_json(output, value, options);
-    }
-    output.write("\n");
+    bool const isWrapped = !layout.wrap.empty() && is_bare(value);
+    vxfile::write_value(
+        output, isWrapped ? AttributeValue(make_map({{layout.wrap, value}})) : value,
+        vxfile::EFileForm::eJson, {.indent = layout.indent, .sorted_names = layout.isSorted});
 }
 
 } // namespace vxattr

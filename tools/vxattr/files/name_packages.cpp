@@ -1,9 +1,7 @@
 #include "vxattr/files/name_packages.h"
 
-#include "vxattr/failure.h"
 #include "vxattr/files/input.h"
-#include "vxattribute/name_list.h"
-#include "vxserialize/memory_reader.h"
+#include "vxfile/name_list_file.h"
 
 namespace vxattr {
 
@@ -11,29 +9,13 @@ using namespace vxattribute;
 
 namespace {
 
-constexpr unsigned long long maxPackageSize = 1 << 28;
-
-/// A record. The stream of a package starts with it; a list of names hardly ever does.
-constexpr char recordByte = '\xF7';
+constexpr unsigned long long maxPackageSize = 1 << 28; // bytes
 
 } // namespace
 
 AttributeNamePackage::Ptr read_package(std::string const & path) {
     Input input(path, maxPackageSize);
-    if (!input.head().starts_with(recordByte)) {
-        auto const list = input.read_all();
-        std::string text(list->size(), '\0');
-        list->read_at(0, text.data(), list->size());
-        return name_list_from_text(text, input.place());
-    }
-    return with_place(input.place(), [&input] {
-        vxserialize::MemoryReader reader(input.read_all());
-        AttributeNamePackage::Ptr package = AttributeNamePackage::create(reader);
-        if (reader.bytes_left() != 0) {
-            throw std::runtime_error("more bytes follow the package");
-        }
-        return package;
-    });
+    return vxfile::read_name_list(input);
 }
 
 AttributeNamePackageSet::Ptr const & NamePackages::set() const {

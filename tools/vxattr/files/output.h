@@ -1,11 +1,10 @@
 #pragma once
 
 #include "vxattr/visible_text.h"
-#include "vxjson/text_writer.h"
+#include "vxfile/atomic_file.h"
 #include "vxserialize/memory_list.h"
-#include "vxserialize/text_writer.h"
 
-#include <memory>
+#include <optional>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -13,17 +12,9 @@
 
 namespace vxattr {
 
-/// A file being written, or standard output for "-".
-///
-/// The text goes to a new file in the same folder, which replaces the old one in `commit()`. A
-/// failure before that leaves the old file as it was and removes the new one. Anything but a
-/// regular file, such as a device, is written directly.
-///
-/// When `commit()` returns, the file and its name are on the disk.
-///
-/// Errors. Raises Failure: the file cannot be written.
-class Output final : public vxserialize::TextWriter::ITextTarget,
-                     public vxjson::TextWriter::ITextTarget {
+/// A file being written, or standard output for "-". A file is replaced in `commit()`, as
+/// vxfile::AtomicFile describes.
+class Output final : public vxcore::OutputSink {
   public:
     enum class EAccess {
         eAsUsual,
@@ -31,24 +22,20 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
         eNewOwnerOnly, ///< as eOwnerOnly, and an existing file is never replaced
     };
 
-    explicit Output(std::string path, EAccess access = EAccess::eAsUsual);
-    Output(Output const &) = delete;
-    Output & operator=(Output const &) = delete;
-    ~Output();
+    explicit Output(std::string const & path, EAccess access = EAccess::eAsUsual);
 
     bool is_terminal() const;
 
     /// Whether others can read the bytes before `commit()`.
-    bool is_direct() const noexcept { return m_newPath.empty(); }
+    bool is_direct() const noexcept { return !m_file || m_file->is_direct(); }
 
     /// The number of bytes passed to the system so far.
-    unsigned long long written() const noexcept { return m_written; }
+    unsigned long long written() const noexcept;
 
-    void write_char(char c) override { write({&c, 1}); }
+    void write(vxcore::ByteView bytes) override;
 
-    void write_data(char const * data, unsigned int size) override { write({data, size}); }
+    void write(char const * text) { write(std::string_view(text)); }
 
-    void write(std::string_view text);
     void write(vxserialize::MemoryListBase const & list);
 
     /// Writes all bytes to the disk. After this, `commit()` can fail only in giving the file its
@@ -60,22 +47,8 @@ class Output final : public vxserialize::TextWriter::ITextTarget,
     void commit();
 
   private:
-    static constexpr std::size_t sm_bufferSize = 1 << 16;
-
-    /// Checks that the file to be replaced may be written, and follows links to it.
-    void resolve_replaced();
-    void open_new();
-    void flush();
-    void send(std::string_view text);
-    [[noreturn]] void fail(char const * what) const;
-
-    std::string m_path;    // links resolved
-    std::string m_newPath; // empty: written directly
-    EAccess const m_access;
-    int m_file = -1;
-    unsigned long long m_written = 0;
-    std::size_t m_size = 0;
-    std::unique_ptr<char[]> const m_buffer;
+    std::optional<vxfile::AtomicFile> m_file;
+    std::optional<vxfile::DescriptorSink> m_standardOutput; // if there is no file
 };
 
 /// An output as a standard stream, in the classic locale.

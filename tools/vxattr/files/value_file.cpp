@@ -1,130 +1,48 @@
 #include "vxattr/files/value_file.h"
 
 #include "vxattr/failure.h"
-#include "vxattr/files/form.h"
 #include "vxattr/files/input.h"
 #include "vxattr/files/json_file.h"
 #include "vxattribute/attribute_access.h"
-#include "vxattribute/attribute_name_decoder.h"
-#include "vxattribute/attribute_name_encoder.h"
-#include "vxattribute/attribute_value_marshaler.h"
 #include "vxattribute/trace_formatter.h"
-#include "vxcore/error_exception.h"
-#include "vxcore/text_conversion.h"
-#include "vxserialize/error_codes.h"
-#include "vxserialize/memory_reader.h"
-#include "vxserialize/memory_writer.h"
-#include "vxserialize/text_reader.h"
-
-#include <stdexcept>
+#include "vxfile/value_file.h"
 
 namespace vxattr {
 
 using namespace vxattribute;
+using vxfile::EFileForm;
 
 namespace {
 
-using PackageSetPtr = AttributeNamePackageSet::Ptr;
+constexpr char trace[] = "trace"; // a form for people, which is only written
 
-AttributeValue read_stream(vxserialize::Reader & reader, PackageSetPtr const & packages) {
-    // A decoder reads coded and plain names alike.
-    AttributeNameDecoder decoder(packages, packages != nullptr);
-    if (reader.next_type() == vxserialize::eElement_List) {
-        return AttributeValue(AttributeMap(reader, decoder)); // no value starts with a list
-    }
-    AttributeValue value;
-    read_attribute_value(reader, decoder, value);
-    return value;
-}
-
-AttributeValue read_binary(Input & input, PackageSetPtr const & packages) {
-    vxserialize::MemoryReader reader(input.read_all());
-    auto const place = [&] {
-        return vxcore::to_string(reader.memory_list()->size() - reader.bytes_left());
-    };
-    AttributeValue value;
-    try {
-        value = read_stream(reader, packages);
-    } catch (vxcore::ErrorException const & e) {
-        if (e.info()->matches(vxserialize::error::vxserialize)) {
-            throw; // its message has the place
+/// The form with this name, which the option parser has checked.
+EFileForm form_of(std::string const & name) {
+    for (EFileForm const form : {EFileForm::eJson, EFileForm::eBinary}) {
+        if (name == vxfile::name_of(form)) {
+            return form;
         }
-        throw std::runtime_error(message_of(e) + " (before byte " + place() + ')');
     }
-    if (reader.bytes_left() != 0) {
-        throw std::runtime_error("the value ends at byte " + place() + ", and more follows");
-    }
-    return value;
+    return EFileForm::eText;
 }
 
-/// Raises when anything follows the value. The reader has read ahead, so only another read can show
-/// whether the text ends here.
-void check_end(vxserialize::TextReader & reader) {
-    std::string reason = "null";
-    try {
-        reader.read_null();
-    } catch (vxcore::ErrorException const & e) {
-        if (e.info()->matches(vxserialize::error::vxserialize_data_truncated)) {
-            return;
-        }
-        reason = message_of(e);
-    }
-    throw std::runtime_error("more follows the value: " + reason);
-}
-
-AttributeValue read_text(Input & input, PackageSetPtr const & packages) {
-    vxserialize::TextReader reader(input, 1 << 16);
-    AttributeValue value = read_stream(reader, packages);
-    check_end(reader);
-    return value;
-}
-
-AttributeValue read_form(EForm form, Input & input, ReadOptions const & options) {
-    switch (form) {
-    case EForm::eJson:
+AttributeValue read_form(EFileForm form, Input & input, ReadOptions const & options) {
+    if (form == EFileForm::eJson) {
         return read_json(input, options.strict);
-    case EForm::eText:
-        return read_text(input, options.packages.set());
-    default:
-        return read_binary(input, options.packages.set());
     }
+    auto const & packages = options.packages.set();
+    return vxfile::read_value(
+        input, form, {.packages = packages, .allow_unknown_packages = packages == nullptr});
 }
 
-EForm output_form(std::string const & path, std::string const & name) {
+EFileForm output_form(std::string const & path, std::string const & name) {
     if (!name.empty()) {
         return form_of(name);
     }
-    if (path.ends_with(".json")) {
-        return EForm::eJson;
-    }
-    if (path.ends_with(".txt")) {
-        return EForm::eText;
-    }
-    if (path.ends_with(".bin")) {
-        return EForm::eBinary;
+    if (auto const form = vxfile::form_of_ending(path)) {
+        return *form;
     }
     throw UsageFailure("--to is needed: the output's name does not end in .json, .bin or .txt");
-}
-
-void write_stream(vxserialize::Writer & writer, AttributeValue const & value,
-                  WriteOptions const & options, NamePackages const & packages) {
-    AttributeNameEncoder encoder(options.plainNames ? nullptr : packages.set());
-    write_attribute_value(writer, encoder, value, StreamOptions{options.sorted});
-}
-
-void write_binary(Output & output, AttributeValue const & value, WriteOptions const & options,
-                  NamePackages const & packages) {
-    vxserialize::MemoryWriter writer;
-    write_stream(writer, value, options, packages);
-    output.write(*writer.close_and_detach_memory_list());
-}
-
-void write_text(Output & output, AttributeValue const & value, WriteOptions const & options,
-                NamePackages const & packages) {
-    vxserialize::TextWriter writer(output, {options.indent});
-    write_stream(writer, value, options, packages);
-    writer.close();
-    output.write("\n");
 }
 
 void write_trace(Output & output, AttributeValue const & value) {
@@ -141,10 +59,11 @@ AttributeValue read_value(std::string const & path, ReadOptions const & options,
     options.packages.set(); // failures of the packages come first, and have places of their own
     Input input(path, options.maxSize);
     return with_place(input.place(), [&] {
-        EForm const form = options.from.empty() ? guess_form(input.head()) : form_of(options.from);
+        EFileForm const form =
+            options.from.empty() ? vxfile::guess_form(input.head()) : form_of(options.from);
         AttributeValue value = read_form(form, input, options);
         if (facts != nullptr) {
-            *facts = {name_of(form), input.received()};
+            *facts = {vxfile::name_of(form), input.received()};
         }
         return value;
     });
@@ -164,20 +83,19 @@ void check_output_form(std::string const & path, WriteOptions const & options) {
 
 void write_value(Output & output, std::string const & path, AttributeValue const & value,
                  WriteOptions const & options, NamePackages const & packages) {
-    switch (output_form(path, options.to)) {
-    case EForm::eJson:
-        write_json(output, value, {options.indent, options.sorted, options.wrap});
-        break;
-    case EForm::eBinary:
-        write_binary(output, value, options, packages);
-        break;
-    case EForm::eText:
-        write_text(output, value, options, packages);
-        break;
-    default:
+    if (options.to == trace) {
         write_trace(output, value);
-        break;
+        return;
     }
+    EFileForm const form = output_form(path, options.to);
+    if (form == EFileForm::eJson) {
+        write_json(output, value, {options.indent, options.sorted, options.wrap});
+        return;
+    }
+    vxfile::write_value(output, value, form,
+                        {.packages = options.plainNames ? nullptr : packages.set(),
+                         .indent = options.indent,
+                         .sorted_names = options.sorted});
 }
 
 } // namespace vxattr

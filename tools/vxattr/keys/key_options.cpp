@@ -2,16 +2,27 @@
 
 #include "vxattr/failure.h"
 #include "vxattr/files/value_file.h"
-#include "vxattr/keys/key_file.h"
 #include "vxcore/text_conversion.h"
+#include "vxfile/key_file.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <unistd.h>
 
 namespace vxattr {
 
 using namespace vxattribute;
 using vxcrypto::Key;
+
+Key read_key_file(std::string const & path, std::string const & format) {
+    using enum vxfile::EKeyFormat;
+    vxfile::ReadKeyOptions const options = {.format = format == "raw"   ? eRaw
+                                                      : format == "hex" ? eHex
+                                                                        : eAuto,
+                                            .allow_others = true};
+    return path == "-" ? vxfile::read_key(STDIN_FILENO, path, options)
+                       : vxfile::read_key_file(path, options);
+}
 
 Key load_key(KeyOptions const & options) {
     Key key = read_key_file(options.keyFile, options.keyFormat);

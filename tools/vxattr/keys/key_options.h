@@ -28,6 +28,11 @@ struct SealingOptions {
     std::optional<std::string> keyId; // a UUID
 };
 
+/// Reads a key from a file, or from standard input for "-".
+///
+/// @param format  "raw", "hex", or "auto": see vxfile::EKeyFormat.
+vxcrypto::Key read_key_file(std::string const & path, std::string const & format);
+
 void add_key_options(CLI::App & command, KeyOptions & options);
 void add_sealing_options(CLI::App & command, SealingOptions & options);
 

@@ -1,9 +1,9 @@
-#include "vxattr/files/form.h"
+#include "vxfile/file_form.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace vxattr {
+namespace vxfile {
 
 namespace {
 
@@ -11,14 +11,14 @@ constexpr std::string_view blanks = " \t\r\n";
 constexpr std::string_view digits = "0123456789";
 
 struct Form {
+    EFileForm form;
     char const * name;
-    EForm form;
+    char const * ending;
 };
 
-constexpr Form forms[] = {{"json", EForm::eJson},
-                          {"binary", EForm::eBinary},
-                          {"text", EForm::eText},
-                          {"trace", EForm::eTrace}};
+constexpr Form forms[] = {{EFileForm::eJson, "json", ".json"},
+                          {EFileForm::eBinary, "binary", ".bin"},
+                          {EFileForm::eText, "text", ".txt"}};
 
 bool is_printable(char c) noexcept {
     return (c >= ' ' && c <= '~') || blanks.find(c) != std::string_view::npos;
@@ -47,38 +47,41 @@ bool is_text_element(std::string_view text) noexcept {
 
 } // namespace
 
-EForm form_of(std::string_view name) {
-    return std::find_if(std::begin(forms), std::end(forms),
-                        [name](Form const & known) { return known.name == name; })
-        ->form;
-}
-
-char const * name_of(EForm form) {
+char const * name_of(EFileForm form) noexcept {
     return std::find_if(std::begin(forms), std::end(forms),
                         [form](Form const & known) { return known.form == form; })
         ->name;
 }
 
-EForm guess_form(std::string_view head) {
+std::optional<EFileForm> form_of_ending(std::string_view path) noexcept {
+    for (Form const & known : forms) {
+        if (path.ends_with(known.ending)) {
+            return known.form;
+        }
+    }
+    return std::nullopt;
+}
+
+EFileForm guess_form(std::string_view head) noexcept {
     bool const isMarked = head.starts_with("\xEF\xBB\xBF");
     std::string_view const text = without_blanks(head.substr(isMarked ? 3 : 0));
     if (text.empty()) {
-        return isMarked ? EForm::eJson : EForm::eBinary;
+        return isMarked ? EFileForm::eJson : EFileForm::eBinary;
     }
     std::string_view const next = without_blanks(text.substr(1));
     if (text[0] == '{' && (next.empty() || next[0] == '"' || next[0] == '}')) {
-        return EForm::eJson;
+        return EFileForm::eJson;
     }
     if (text[0] == '[' && !is_text_list(next)) {
-        return EForm::eJson;
+        return EFileForm::eJson;
     }
     if (!std::all_of(head.begin(), head.end(), is_printable)) {
-        return EForm::eBinary;
+        return EFileForm::eBinary;
     }
     if (text[0] == '"') {
-        return EForm::eJson; // a string alone, which its reader refuses
+        return EFileForm::eJson; // a string alone, which its reader refuses
     }
-    return is_text_element(text) ? EForm::eText : EForm::eBinary;
+    return is_text_element(text) ? EFileForm::eText : EFileForm::eBinary;
 }
 
-} // namespace vxattr
+} // namespace vxfile
