@@ -98,21 +98,16 @@ class BoundField {
         m_setting = setting;
         m_setting.name = std::move(m_parents.back());
         m_parents.pop_back();
-        AttributeValue value;
-        if (!setting.isRequired && write(defaults, value)) {
+        if (!setting.isRequired && has_value(defaults)) {
             if constexpr (isStruct) {
-                adopt_defaults(*setting.nested, value.get<AttributeMap>());
+                adopt_defaults(*setting.nested, m_codec.write(defaults.*m_member));
             } else {
-                setting.defaultValue = value;
+                setting.defaultValue = value_of(defaults.*m_member);
             }
         }
         setting.isAlwaysChecked = isStruct;
         settings.add(at_path(path, std::move(setting)));
     }
-
-    AttributeName const & name() const noexcept { return m_setting.name; }
-
-    std::vector<AttributeName> const & parents() const noexcept { return m_parents; }
 
     /// Reads the field of `map`. Returns false if `Settings::find_problems` reports something.
     ///
@@ -134,9 +129,19 @@ class BoundField {
         return !m_setting.isRequired;
     }
 
-    /// Stores the field in `target`. Returns false if there is nothing to write.
-    bool write(Struct const & object, AttributeValue & target) const {
-        return write_member(object.*m_member, target);
+    /// The field of a map. Without a name and a value for an optional member without a value, and
+    /// for a field in a nested map.
+    Attribute attribute(Struct const & object) const {
+        return m_parents.empty() && has_value(object)
+                   ? Attribute(m_setting.name, value_of(object.*m_member))
+                   : Attribute();
+    }
+
+    /// Adds a field in a nested map to `map`, and leaves any other one out.
+    void add_nested(Struct const & object, AttributeMap & map) const {
+        if (!m_parents.empty() && has_value(object)) {
+            set_nested(map, m_parents, m_setting.name, value_of(object.*m_member));
+        }
     }
 
   private:
@@ -178,19 +183,26 @@ class BoundField {
         return read_member(value, target.emplace());
     }
 
-    bool write_member(Listed const & member, AttributeValue & target) const {
-        if constexpr (std::is_same_v<Codec, AnyCodec>) {
-            target = member;
+    bool has_value(Struct const & object) const noexcept {
+        if constexpr (Traits::isOptional) {
+            return (object.*m_member).has_value();
         } else {
-            target = AttributeValue(m_codec.write(member));
+            return true;
         }
-        return true;
     }
 
-    bool write_member(std::vector<Listed> const & member, AttributeValue & target) const {
+    AttributeValue value_of(Listed const & member) const {
+        if constexpr (std::is_same_v<Codec, AnyCodec>) {
+            return member;
+        } else {
+            return m_codec.write(member);
+        }
+    }
+
+    AttributeValue value_of(std::vector<Listed> const & member) const {
         using Element = typename Codec::Element;
         if constexpr (std::is_same_v<Element, Listed> && !std::is_same_v<Element, bool>) {
-            target = make_list(std::span<Element const>(member));
+            return make_list(std::span<Element const>(member));
         } else {
             AttributeValue list(ValueTypeTraits<Element>::type());
             auto writer = list.template multivalue_writer<Element>();
@@ -198,14 +210,13 @@ class BoundField {
             for (auto const & element : member) {
                 writer.push_back(m_codec.write(element));
             }
-            target = std::move(list);
+            return list;
         }
-        return true;
     }
 
     template <typename T>
-    bool write_member(std::optional<T> const & member, AttributeValue & target) const {
-        return member.has_value() && write_member(*member, target);
+    AttributeValue value_of(std::optional<T> const & member) const {
+        return value_of(*member);
     }
 
     Member Struct::*m_member;
@@ -239,31 +250,21 @@ class BoundFields final : public IBoundFields<Struct> {
     }
 
     AttributeMap write(Struct const & object) const override {
-        std::array<Attribute, sizeof...(Fields)> attributes;
-        std::size_t count = 0;
-        auto const collect = [&](auto const & field) {
-            AttributeValue value;
-            if (field.parents().empty() && field.write(object, value)) {
-                Attribute(field.name(), std::move(value)).swap(attributes[count++]);
-            }
-        };
-        std::apply([&](Fields const &... field) { (collect(field), ...); }, m_fields);
-        return with_nested(object, make_map(std::span<Attribute const>(attributes.data(), count)));
+        return std::apply(
+            [&object](Fields const &... field) {
+                std::array<Attribute, sizeof...(Fields)> attributes = {field.attribute(object)...};
+                auto const end =
+                    std::partition(attributes.begin(), attributes.end(), [](Attribute const & a) {
+                        return !a.name().empty() || !a.value().is_null();
+                    });
+                AttributeMap map = make_map(std::span<Attribute const>(attributes.begin(), end));
+                (field.add_nested(object, map), ...);
+                return map;
+            },
+            m_fields);
     }
 
   private:
-    /// Adds the fields in nested maps.
-    AttributeMap with_nested(Struct const & object, AttributeMap map) const {
-        auto const add = [&](auto const & field) {
-            AttributeValue value;
-            if (!field.parents().empty() && field.write(object, value)) {
-                set_nested(map, field.parents(), field.name(), std::move(value));
-            }
-        };
-        std::apply([&](Fields const &... field) { (add(field), ...); }, m_fields);
-        return map;
-    }
-
     std::tuple<Fields...> m_fields;
 };
 

@@ -206,9 +206,15 @@ TEST(Binding, DescribesItselfWithTheInitializers) {
                               "\ndeep/er/depth    Integer", "How much (low, high, top)\n"}) {
         EXPECT_NE(table.find(line), table.npos) << table;
     }
-    EXPECT_EQ(find_path(everything.settings().with_defaults(AttributeMap()), "limits/rate")
-                  ->get<double>(),
-              7);
+
+    struct Outer {
+        Everything in;
+
+        Outer() { in.limits.rate = 8; }
+    };
+
+    auto const outer = bind<Outer>(field("in", &Outer::in, everything));
+    EXPECT_EQ(*find_path(outer.settings().with_defaults(AttributeMap()), "in/limits/rate"), 8.0);
 }
 
 TEST(Binding, RefusesToWriteWhatItCouldNotRead) {

@@ -66,7 +66,9 @@ TEST(Settings, SayWhatIsWrong) {
          "limits/burst~01s: unknown name (did you mean \"burst/s\"?)" + query + "unknownName]\n"},
         {R"(,"log":"error")", "log: \"error\" is none of all, errors" + query + "badValue]\n"},
         {R"(,"id":"12")", "id: \"12\" is no UUID" + query + "typeConversion]\n"},
-        {R"(,"peers":{"up":1})", "peers/up: expected Boolean, found Integer 1" + mismatch},
+        {R"(,"peers":{"up":1,"pu":1})", "peers/up: expected Boolean, found Integer 1" + mismatch +
+                                            "peers/pu: unknown name (did you mean \"up\"?)" +
+                                            query + "unknownName]\n"},
         {R"(,"peers":[{"up":true},{}])", "peers/1/up: missing" + query + "notFound]\n"},
         {R"(,"password":7)", "password: expected String, found Integer" + mismatch},
         {R"(,"vault":{"key":-7})",
