@@ -148,6 +148,7 @@ def body(page, sample):
         code = f'try {{\n{code}{missing}}} catch (vxcore::ErrorException const & e) {{\n'
         code += at(page, last, f'EXPECT_STREQ(output.code_of(e), "{error}");\n}}\n')
     if sample.output is not None:
+        code = f"output.take();\n{code}"  # what samples before this one wrote
         code += at(page, sample.output_line, f'EXPECT_EQ(output.take(), doc_samples::trimmed(R"__({sample.output})__"));\n')
     return code
 
