@@ -5,6 +5,7 @@
 #include "vxattribute/vxattribute.h"
 #include "vxcore/vxcore.h"
 #include "vxcrypto/vxcrypto.h"
+#include "vxfile/vxfile.h"
 #include "vxjson/vxjson.h"
 #include "vxserialize/vxserialize.h"
 
