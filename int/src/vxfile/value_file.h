@@ -73,6 +73,9 @@ struct WriteFileOptions {
 
 /// Writes the value to a file as AtomicFile does: a reader sees the old file or the whole new one.
 ///
+/// JSON is read back only if the value consists of maps or is a list: see `value_to_json`. The
+/// other forms take any value.
+///
 /// @raises error.vxfile.form: neither the options nor the ending of the name tell the form. No file
 ///         is touched then.
 ///         error.vxfile.write: as AtomicFile. What the writers of the form raise passes through,
