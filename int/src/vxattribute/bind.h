@@ -158,7 +158,12 @@ class Binding {
     ///         integer is beyond 2^63 - 1.
     AttributeMap write(Struct const & object) const {
         AttributeMap map = m_fields->write(object);
-        return m_rest != nullptr ? merged_deep(map, object.*m_rest) : map;
+        if constexpr (canKeepUnknown) {
+            if (m_rest != nullptr) {
+                return merged_deep(map, object.*m_rest);
+            }
+        }
+        return map;
     }
 
     /// The description of the map.
@@ -188,6 +193,9 @@ class Binding {
   private:
     friend class impl::StructCodec<Struct>;
 
+    /// Whether a map has room in the struct. g++ 12 otherwise warns of writes past a small struct.
+    static constexpr bool canKeepUnknown = sizeof(Struct) >= sizeof(AttributeMap);
+
     /// Reads into an object that has the defaults. Returns false if the map has problems; the
     /// object is then half filled.
     bool fill(AttributeMapBase const & map, Struct & object) const {
@@ -195,9 +203,11 @@ class Binding {
         if (!m_fields->read(map, object, found)) {
             return false;
         }
-        if (m_rest != nullptr) {
-            object.*m_rest =
-                found == map.size() ? AttributeMap() : impl::undescribed(map, m_settings);
+        if constexpr (canKeepUnknown) {
+            if (m_rest != nullptr) {
+                object.*m_rest =
+                    found == map.size() ? AttributeMap() : impl::undescribed(map, m_settings);
+            }
         }
         // The numbers also differ for alternates and for fields in nested maps.
         return found == map.size() || m_settings.allows_unknown() ||
