@@ -46,9 +46,9 @@ void Client::send_packages(AttributeMapBase const & wanted,
         for (AttributeName const & name : **package) {
             names.push_back(name.value());
         }
-        send(make_map({{name::kind, kind::package}, {name::names, make_list<std::string>(names)}}));
+        send(make_map({{name::kind, kind::package}, {name::names, make_list(names)}}));
         log("client",
-            "sends package " + id.as_string(0) + " of " + std::to_string(names.size()) + " names");
+            "sends package " + id.as_string() + " of " + std::to_string(names.size()) + " names");
     }
 }
 

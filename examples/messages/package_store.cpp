@@ -2,8 +2,6 @@
 
 #include "log.h"
 
-#include "vxattribute/name_list.h"
-#include "vxfile/bytes_file.h"
 #include "vxfile/name_list_file.h"
 
 #include <filesystem>
@@ -42,12 +40,12 @@ void PackageStore::add(AttributeNamePackage::Ptr const & package) {
     }
     auto const packages = m_packages->create_union(package);
     std::string const path = path_of(package->id());
-    vxfile::write_bytes_file_atomically(path, name_list_to_text(*package, path));
+    vxfile::write_name_list_file(path, *package);
     m_packages = packages;
 }
 
 std::string PackageStore::path_of(vxcore::Uuid const & id) const {
-    return (std::filesystem::path(m_folder) / (id.as_string(0) + ".names")).string();
+    return (std::filesystem::path(m_folder) / (id.as_string() + ".names")).string();
 }
 
 } // namespace messages

@@ -95,7 +95,7 @@ void Session::take_hello(Message const & message) {
             m_packages.add(package);
         } else {
             m_wanted.push_back(id);
-            log("asks for package " + id.as_string(0));
+            log("asks for package " + id.as_string());
         }
     }
     if (m_wanted.empty()) {
@@ -103,8 +103,7 @@ void Session::take_hello(Message const & message) {
         return;
     }
     m_phase = EPhase::ePackages;
-    m_connection.send(make_map({{name::kind, kind::want},
-                                {name::packages, make_list(std::span(std::as_const(m_wanted)))}}));
+    m_connection.send(make_map({{name::kind, kind::want}, {name::packages, make_list(m_wanted)}}));
 }
 
 void Session::take_package(Message const & message) {
@@ -116,11 +115,11 @@ void Session::take_package(Message const & message) {
         AttributeNamePackage::create(std::vector<AttributeName>(names.begin(), names.end()));
     // The id is computed from the names, so these are the right ones if it was asked for.
     if (std::erase(m_wanted, package->id()) == 0) {
-        throw std::runtime_error("package " + package->id().as_string(0) + " was not asked for");
+        throw std::runtime_error("package " + package->id().as_string() + " was not asked for");
     }
     if (!m_state.packages.find(package->id())) { // another peer may have brought it meanwhile
         m_state.packages.add(package);
-        log("brings package " + package->id().as_string(0) + " of " +
+        log("brings package " + package->id().as_string() + " of " +
             std::to_string(package->size()) + " names");
     }
     m_packages.add(package);

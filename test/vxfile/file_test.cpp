@@ -39,7 +39,8 @@ unsigned int mode_of(std::string const & path) {
 }
 
 TEST_F(File, IsReadAsItWasWrittenInEachForm) {
-    write_bytes_file_atomically(path("names"), std::string("host\nports\n"));
+    write_name_list_file(path("names"),
+                         *AttributeNamePackage::Composer().add("host").add("ports").compose());
     auto const package = read_name_list_file(path("names"));
     auto const packages = AttributeNamePackageSet::create(package);
 

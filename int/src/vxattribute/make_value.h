@@ -5,6 +5,7 @@
 
 #include <initializer_list>
 #include <span>
+#include <vector>
 
 /// Values and maps from lists in braces. They are free functions, because `AttributeValue{value}`
 /// and `AttributeMap{map}` must be copies, not lists of one element.
@@ -40,6 +41,13 @@ AttributeValue make_list(std::span<T const> elements) {
     AttributeValue value;
     value.swap_impl(holder);
     return value;
+}
+
+/// The same for the elements of a vector. A `std::vector<bool>` has no array of its elements.
+template <impl::ElementType T>
+
+requires(!std::same_as<T, bool>) AttributeValue make_list(std::vector<T> const & elements) {
+    return make_list(std::span<T const>(elements));
 }
 
 /// The same for elements in braces.

@@ -56,7 +56,7 @@ class VXCORE_API Uuid {
     /// Returns the text in lower case.
     ///
     /// @param format  1: 32 digits without dashes; any other value: 8-4-4-4-12 with dashes.
-    std::string as_string(unsigned int format) const;
+    std::string as_string(unsigned int format = 0) const;
 
     /// Sets all bytes to zero.
     void clear() noexcept { m_data = {}; }

@@ -1,6 +1,7 @@
 #include "vxfile/name_list_file.h"
 
 #include "vxattribute/name_list.h"
+#include "vxfile/bytes_file.h"
 #include "vxfile/failures_internal.h"
 #include "vxfile/input_file.h"
 #include "vxserialize/memory_reader.h"
@@ -36,6 +37,10 @@ AttributeNamePackage::Ptr read_name_list_file(std::string const & path,
                                               unsigned long long max_size) {
     InputFile file(path, {max_size});
     return read_name_list(file);
+}
+
+void write_name_list_file(std::string const & path, AttributeNamePackage const & package) {
+    write_bytes_file_atomically(path, vxattribute::name_list_to_text(package, path));
 }
 
 } // namespace vxfile

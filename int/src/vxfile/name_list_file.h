@@ -22,7 +22,14 @@ namespace vxfile {
 VXFILE_API vxattribute::AttributeNamePackage::Ptr
 read_name_list_file(std::string const & path, unsigned long long max_size = 1ull << 28);
 
-/// The same from an open file.
+/// Writes the names as a list, one on each line, in place of the file, which readers see as it was
+/// or whole.
+///
+/// @raises What `vxattribute::name_list_to_text` raises; error.vxfile.write: as AtomicFile.
+VXFILE_API void write_name_list_file(std::string const & path,
+                                     vxattribute::AttributeNamePackage const & package);
+
+/// Reads a package from an open file.
 VXFILE_API vxattribute::AttributeNamePackage::Ptr read_name_list(InputFile & file);
 
 } // namespace vxfile
