@@ -4,7 +4,7 @@
 // too, but allocate memory for every comparison. So the first levels, which hold nearly all maps,
 // recurse, and deeper ones are walked with a list.
 
-#include "vxattribute/map/nested_maps_internal.h"
+#include "vxattribute/map/first_difference_internal.h"
 #include "vxattribute/value/typed_value_internal.h"
 #include "vxcore/hash.h"
 
@@ -35,59 +35,21 @@ class Recursion {
     bool is_shallow() const noexcept { return recursionsLeft >= 0; }
 };
 
-struct OpenPair {
-    MapsCursor a;
-    MapsCursor b;
-};
-
-/// The first difference of two maps, in map order, or 0. For different names or lengths it is -1 or
-/// 1. For two values of one name that do not both hold maps it is what `difference` returns.
-///
-/// Maps that share a holder do not differ, even if a value in them does not equal itself.
-template <typename Difference>
-int first_difference(AttributeMap const & a, AttributeMap const & b, Difference difference) {
-    std::vector<OpenPair> open;
-    open.push_back({MapsCursor({&a, 1}), MapsCursor({&b, 1})});
-    while (!open.empty()) {
-        OpenPair & pair = open.back();
-        MapsCursor::Element const * const x = pair.a.next_element();
-        MapsCursor::Element const * const y = pair.b.next_element();
-        if (x == y) { // both maps are at their end, or they share a holder: skip to the next ones
-            bool const isMoreOfA = pair.a.next_map();
-            bool const isMoreOfB = pair.b.next_map();
-            if (isMoreOfA != isMoreOfB) {
-                return isMoreOfA ? 1 : -1;
-            }
-            if (!isMoreOfA) {
-                open.pop_back();
-            }
-        } else if (x == nullptr || y == nullptr) {
-            return x != nullptr ? 1 : -1;
-        } else if (!(x->first == y->first)) {
-            return x->first < y->first ? -1 : 1;
-        } else if (holds_maps(x->second) && holds_maps(y->second)) {
-            open.push_back({MapsCursor(maps_of(x->second)), MapsCursor(maps_of(y->second))});
-        } else if (int const found = difference(x->second, y->second); found != 0) {
-            return found;
-        }
-    }
-    return 0;
-}
-
 // The three deep walks are not inlined, to keep the stack frames of the recursion small.
 
 [[gnu::noinline]] int compare_deep(AttributeMap const & a, AttributeMap const & b) {
-    return first_difference(a, b, [](AttributeValue const & x, AttributeValue const & y) {
-        int const order = x.compare(y);
-        return int{order > 0} - int{order < 0};
-    });
+    return first_difference({&a, 1}, {&b, 1},
+                            [](AttributeValue const & x, AttributeValue const & y) {
+                                int const order = x.compare(y);
+                                return int{order > 0} - int{order < 0};
+                            });
 }
 
 [[gnu::noinline]] bool equal_deep(AttributeMap const & a, AttributeMap const & b) {
     auto const difference = [](AttributeValue const & x, AttributeValue const & y) {
         return x == y ? 0 : 1;
     };
-    return first_difference(a, b, difference) == 0;
+    return first_difference({&a, 1}, {&b, 1}, difference) == 0;
 }
 
 /// A value of maps that is being hashed.
