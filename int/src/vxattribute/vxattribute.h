@@ -21,6 +21,7 @@
 #include "vxattribute/convertable_value.h"
 #include "vxattribute/core_elements.h"
 #include "vxattribute/deep_merge.h"
+#include "vxattribute/difference.h"
 #include "vxattribute/element_types.h"
 #include "vxattribute/elements.h"
 #include "vxattribute/error_codes.h"

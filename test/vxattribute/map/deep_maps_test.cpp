@@ -42,6 +42,7 @@ TEST(DeepMaps, NeedNoStack) {
             EXPECT_FALSE(map == hidden);
             EXPECT_LT(map.compare(hidden), 0);
             EXPECT_NE(map.hash(), hidden.hash());
+            EXPECT_EQ(find_differences(map, hidden).size(), 1u);
             AttributeName const names[] = {"x", "y"};
             EXPECT_TRUE(redacted(map, names) == hidden);
             EXPECT_EQ(&*redacted(map, {}).begin(), &*map.begin()) << "shared";
