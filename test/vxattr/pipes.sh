@@ -36,9 +36,10 @@ cat "$2/fifo" >"$2/copy" &
 wait $!
 [ -p "$2/fifo" ] && cmp "$2/copy" settings.names || fail "package make replaced a pipe"
 
-# Lists that differ after the part that is shown.
-numbers=$(seq -s, 40)
-printf '{"list":[%s,1]}' "$numbers" >"$2/a.json"
-printf '{"list":[%s,2]}' "$numbers" >"$2/b.json"
+# Texts that differ after the part that is shown. What is left out of a list is counted.
+numbers=$(seq -s, 100)
+printf '{"text":"%s,1"}' "$numbers" >"$2/a.json"
+printf '{"text":"%s,2","list":[%s]}' "$numbers" "$numbers" >"$2/b.json"
 "$vxattr" diff "$2/a.json" "$2/b.json" >"$2/difference" && fail "equal"
-[ "$(cut -c3- "$2/difference" | sort -u | wc -l)" -eq 2 ] || fail "two lines that are the same"
+[ "$(grep '^. text' "$2/difference" | cut -c3- | sort -u | wc -l)" -eq 2 ] || fail "two lines that are the same"
+grep -qE '^\+ list: .*\.\.\.\(\+68\)' "$2/difference" || fail "$(cat "$2/difference")"

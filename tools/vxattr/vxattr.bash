@@ -17,6 +17,7 @@ _vxattr() {
     --to)
         local forms="json binary text trace"
         [ "$command" != get ] || forms="plain json trace"
+        [ "$command" != diff ] || forms="json-patch"
         COMPREPLY=($(compgen -W "$forms" -- "$current")); return ;;
     --cipher) COMPREPLY=($(compgen -W "EAX_AES128 EAX_AES256" -- "$current")); return ;;
     --key-format) COMPREPLY=($(compgen -W "raw hex auto" -- "$current")); return ;;
@@ -34,7 +35,7 @@ _vxattr() {
     show) options="$read $trace" ;;
     inspect) options="--package --max-size" ;;
     get) options="$read $trace --to" ;;
-    diff) options="$read --quiet" ;;
+    diff) options="$read --quiet --brief --stat --to" ;;
     stat) options="$read" ;;
     package) [ "${COMP_WORDS[2]}" = show ] || options="$read --stream" ;;
     seal) options="$read $write $key $sealing --as-key --new-data-key" ;;
