@@ -1,0 +1,37 @@
+"""How values are kept: see attribute_value_impl.h."""
+
+from .memory import Broken, count, object_at, type_named
+
+# The rows of element_type_table.inc: number, name and C++ type.
+ELEMENT_TYPES = {
+    1: ("Boolean", "bool"),
+    2: ("Integer", "long long"),
+    3: ("String", "std::string"),
+    4: ("Double", "double"),
+    5: ("UUID", "vxcore::Uuid"),
+    6: ("URI", "vxuri::UriReference"),
+    7: ("AbsoluteTime", "vxcore::AbsoluteTime"),
+    8: ("RelativeTime", "vxcore::RelativeTime"),
+    9: ("SimpleDateTime", "vxcore::SimpleDateTime"),
+    10: ("Binary", "vxattribute::BinaryValue"),
+    11: ("Serialized", "vxattribute::SerializedValue"),
+    12: ("AttributeMap", "vxattribute::AttributeMap"),
+    13: ("Secured", "vxattribute::SecuredValue"),
+    14: ("ErrorInfo", "vxcore::RefCountPtr<vxcore::ErrorInfo const>"),
+}
+
+
+def elements(value):
+    """The name of the type of a value, its first element as a pointer, and how many there are; None
+    for null."""
+    address = value["m_holder"]["m_value"]
+    number = int(object_at(address, "vxattribute::impl::ValueBase")["m_type"]["m_id"])
+    if number == 0:
+        return None
+    if number not in ELEMENT_TYPES:
+        raise Broken("a value of type number %d" % number)
+    name, element = ELEMENT_TYPES[number]
+    # The ends are in the same place whatever the elements are, and this class has a short name.
+    run = object_at(address, "vxattribute::impl::TypedValue<bool>")
+    begin = run["m_begin"].reinterpret_cast(type_named(element).pointer())
+    return name, begin, count(begin, run["m_end"], begin.type.target().sizeof)
