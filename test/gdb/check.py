@@ -38,11 +38,11 @@ def commands(mode, program, lines, libdir):
         yield "run"
     for line in lines:
         if not line.startswith("set "):
-            yield "echo @@ "
+            yield "echo @@\\n"
             yield "print " + line.split(" = ")[0]
         elif mode != "core" or not line.startswith("set variable "):
             yield line
-    yield "echo @@ end\\n"
+    yield "echo @@\\n"
     if mode == "process":
         yield "generate-core-file %s.core" % program
 
@@ -63,7 +63,7 @@ def main():
         skip("gdb may not run programs here")
 
     wanted = [line for line in lines if not line.startswith("set ")]
-    results = [text.rstrip("\n") for text in run.stdout.split("@@ ")[1:-1]]
+    results = [text.rstrip("\n") for text in run.stdout.split("@@\n")[1:-1]]
     found = [w.split(" = ")[0] + re.sub(r"^\$\d+", "", r) for w, r in zip(wanted, results)]
     if found != wanted:
         for line in found:

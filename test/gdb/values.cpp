@@ -87,6 +87,8 @@ AttributeMap map = make_map({{"port", 8080},
 AttributeValue map_value(map);
 AttributeValue maps = make_list<AttributeMap>({no_map, make_map({{"a", 1}})});
 MutableAttributeMap mutable_map(map);
+AttributeMap::const_iterator limits = map.find("limits");
+AttributeMap::const_iterator map_end = map.end();
 AttributeMap deep;       // more maps in each other than gdb itself can follow
 AttributeMap ring;       // contains itself
 AttributeMap miscounted; // counts an element that it has not
@@ -107,21 +109,21 @@ void * no_type[] = {nullptr, &number_of_no_type};
 void * value_of_no_type = no_type;
 
 template <typename T>
-T const & as(void const * memory) {
-    return *static_cast<T const *>(memory);
+T const * as(void const * memory) {
+    return static_cast<T const *>(memory);
 }
 
-AttributeValue const & unset_value = as<AttributeValue>(&zeros);
-AttributeMap const & unset_map = as<AttributeMap>(&zeros);
-vxuri::UriReference const & unset_uri = as<vxuri::UriReference>(&zeros);
-AttributeValue const & wild_value = as<AttributeValue>(&garbage);
-AttributeName const & wild_name = as<AttributeName>(&garbage);
-AttributeMap const & wild_map = as<AttributeMap>(&garbage);
-BinaryValue const & wild_binary = as<BinaryValue>(&garbage);
-SecuredValue const & wild_sealed = as<SecuredValue>(&garbage);
-vxserialize::MemoryList const & wild_bytes = as<vxserialize::MemoryList>(&garbage);
-vxcore::ErrorInfo::Ptr const & wild_error = as<vxcore::ErrorInfo::Ptr>(&garbage);
-AttributeValue const & typeless_value = as<AttributeValue>(&value_of_no_type);
+AttributeValue const * unset_value = as<AttributeValue>(&zeros);
+AttributeMap const * unset_map = as<AttributeMap>(&zeros);
+vxuri::UriReference const * unset_uri = as<vxuri::UriReference>(&zeros);
+AttributeValue const * wild_value = as<AttributeValue>(&garbage);
+AttributeName const * wild_name = as<AttributeName>(&garbage);
+AttributeMap const * wild_map = as<AttributeMap>(&garbage);
+BinaryValue const * wild_binary = as<BinaryValue>(&garbage);
+SecuredValue const * wild_sealed = as<SecuredValue>(&garbage);
+vxserialize::MemoryList const * wild_bytes = as<vxserialize::MemoryList>(&garbage);
+vxcore::ErrorInfo::Ptr const * wild_error = as<vxcore::ErrorInfo::Ptr>(&garbage);
+AttributeValue const * typeless_value = as<AttributeValue>(&value_of_no_type);
 
 void fill() {
     garbage.bytes.fill(0xA5);

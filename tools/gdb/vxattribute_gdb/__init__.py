@@ -27,6 +27,8 @@ PRINTERS.update(
         "vxattribute::AttributeNamePackageSet": packages.PackageSet,
         "vxattribute::AttributeValue": values.attribute_value,
         "vxattribute::MutableAttributeMap": Map,
+        "vxattribute::impl::TreeIterator<false>": packages.Iterator,
+        "vxattribute::impl::TreeIterator<true>": packages.Iterator,
         "vxattribute::WritableAttributeMapRef": Map,
     }
 )

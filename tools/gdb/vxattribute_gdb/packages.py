@@ -1,7 +1,7 @@
-"""Printers of attributes, packages of names, and sets of packages."""
+"""Printers of attributes, iterators, packages of names, and sets of packages."""
 
 from . import parts
-from .memory import vector
+from .memory import object_at, vector
 from .printers import List
 
 
@@ -14,6 +14,25 @@ class Attribute(List):
     def elements(self):
         yield self.value["m_name"]
         yield self.value["m_value"]
+
+    def display_hint(self):
+        return "map"
+
+
+class Iterator(List):
+    """The element of a map to which an iterator refers. A node that is in use has a parent."""
+
+    def heading(self):
+        return "end" if self.is_end() else "element"
+
+    def elements(self):
+        if not self.is_end():
+            element = object_at(self.value["m_links"], "vxattribute::impl::TreeNode")["element"]
+            yield element["first"]
+            yield element["second"]
+
+    def is_end(self):
+        return int(object_at(self.value["m_links"], "vxattribute::impl::TreeLinks")["up"]) == 0
 
     def display_hint(self):
         return "map"
