@@ -16,6 +16,10 @@ class Broken(Exception):
     """What was read cannot be a part of a living object."""
 
 
+class Missing(Exception):
+    """The debug information of a class is not there."""
+
+
 def limit():
     """The most elements or characters to show: `print elements`, or `-elements` of the command."""
     if hasattr(gdb, "print_options"):  # gdb 13
@@ -38,7 +42,7 @@ def type_named(name):
             return found
     except gdb.error:
         pass
-    raise Broken("no debug information for " + name)
+    raise Missing("no debug information for " + name)
 
 
 def class_name(found):

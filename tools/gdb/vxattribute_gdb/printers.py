@@ -8,7 +8,8 @@ from . import memory
 
 def failure_text(failure):
     """What is printed in place of an object that cannot be read."""
-    return memory.printable("<broken or uninitialized: %s>" % failure)
+    kind = "" if isinstance(failure, memory.Missing) else "broken or uninitialized: "
+    return memory.printable("<%s%s>" % (kind, failure))
 
 
 class Text:

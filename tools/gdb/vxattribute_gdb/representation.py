@@ -1,5 +1,7 @@
 """How values are kept: see attribute_value_impl.h."""
 
+import gdb
+
 from .memory import Broken, count, object_at, type_named
 
 # The rows of element_type_table.inc: number, name and C++ type.
@@ -25,13 +27,15 @@ def elements(value):
     """The name of the type of a value, its first element as a pointer, and how many there are; None
     for null."""
     address = value["m_holder"]["m_value"]
-    number = int(object_at(address, "vxattribute::impl::ValueBase")["m_type"]["m_id"])
+    base = object_at(address, "vxattribute::impl::ValueBase")
+    number = int(base["m_type"]["m_id"])
     if number == 0:
         return None
     if number not in ELEMENT_TYPES:
         raise Broken("a value of type number %d" % number)
     name, element = ELEMENT_TYPES[number]
-    # The ends are in the same place whatever the elements are, and this class has a short name.
-    run = object_at(address, "vxattribute::impl::TypedValue<bool>")
-    begin = run["m_begin"].reinterpret_cast(type_named(element).pointer())
-    return name, begin, count(begin, run["m_end"], begin.type.target().sizeof)
+    # Begin and end of the elements come first in TypedValue, after its base. Compilers leave out the
+    # debug information of most TypedValue<T>.
+    pointer = type_named(element).pointer()
+    ends = gdb.Value(int(address) + base.type.sizeof).cast(pointer.pointer())
+    return name, ends[0], count(ends[0], ends[1], pointer.target().sizeof)

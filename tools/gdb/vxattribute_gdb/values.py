@@ -1,5 +1,7 @@
 """Printers of values and of the element types that vxattribute defines."""
 
+import gdb
+
 from . import parts
 from .maps import Map
 from .memory import class_name, counted, hex_dump, plain, pointee, quoted, string_parts
@@ -20,11 +22,13 @@ class ValueList(List):
     def elements(self):
         for index in range(self.number):
             element = self.value[index]
-            yield string_slice(element) if self.name == "String" else element
+            yield with_printer(element) if self.name == "String" else element
 
 
-def string_slice(value):
-    """A std::string that gdb reads when it shows it; its own printer may not be loaded."""
+def with_printer(value):
+    """A std::string; as a plain text where the printers of the standard library are not loaded."""
+    if gdb.default_visualizer(value) is not None:
+        return value
     address, size = string_parts(value)
     return address.lazy_string(length=size)
 
