@@ -65,7 +65,7 @@ def main():
     wanted = [line for line in lines if not line.startswith("set ")]
     results = [text.rstrip("\n") for text in run.stdout.split("@@\n")[1:-1]]
     found = [w.split(" = ")[0] + re.sub(r"^\$\d+", "", r) for w, r in zip(wanted, results)]
-    if found != wanted:
+    if found != wanted or "Python Exception" in run.stderr:
         for line in found:
             print("  " if line in wanted else "! ", line)
         print(run.stderr)

@@ -17,7 +17,6 @@ vxcore::Uuid uuid(vxcore::Uuid::BinaryData{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11,
 vxcore::AbsoluteTime moment(17'000'000'000'000'001);
 vxcore::AbsoluteTime early(-622'000'000'000'000'000);
 vxcore::RelativeTime span(-900'610'000'000);
-vxcore::RelativeTime no_span;
 vxcore::SimpleDateTime meeting({.year = 12026, .month = 2, .day = 28, .hour = 14});
 vxcore::StringKey key_of_text("a\"b\n\xff\xc3\xa9");
 vxcore::StringKey key_of_none;
@@ -43,7 +42,6 @@ vxcore::ErrorInfo::Ptr error_ring =
 vxcore::ErrorInfo::Ptr no_error;
 
 auto bytes = vxserialize::MemoryList::create("some bytes that are more than the printer shows", 47);
-auto no_bytes = vxserialize::MemoryList::create();
 
 unsigned char const raw[] = {0xDE, 0xAD, 0xBE, 0xEF};
 BinaryValue binary(raw, 4);
@@ -72,10 +70,7 @@ AttributeValue sealed_value(sealed);
 AttributeValue error_value(error);
 AttributeValue errors = make_list<vxcore::ErrorInfo::Ptr>({no_error, error->nested()});
 AttributeValue uuids = make_list<vxcore::Uuid>({uuid, vxcore::Uuid()});
-AttributeValue booleans = make_list<bool>({true, false});
 AttributeValue empty_boolean(ValueTypeId::typeBoolean);
-AttributeValue empty_text(ValueTypeId::typeString);
-AttributeValue empty_error(ValueTypeId::typeErrorInfo);
 
 AttributeName name("host");
 AttributeName no_name;
@@ -86,7 +81,6 @@ AttributeMap map = make_map({{"port", 8080},
                              {"limits", make_map({{"rate", 2.5}, {"none", AttributeValue()}})}});
 AttributeValue map_value(map);
 AttributeValue maps = make_list<AttributeMap>({no_map, make_map({{"a", 1}})});
-MutableAttributeMap mutable_map(map);
 AttributeMap::const_iterator limits = map.find("limits");
 AttributeMap::const_iterator map_end = map.end();
 AttributeMap deep;       // more maps in each other than gdb itself can follow
@@ -107,23 +101,6 @@ Bytes garbage;
 int number_of_no_type = 999;
 void * no_type[] = {nullptr, &number_of_no_type};
 void * value_of_no_type = no_type;
-
-template <typename T>
-T const * as(void const * memory) {
-    return static_cast<T const *>(memory);
-}
-
-AttributeValue const * unset_value = as<AttributeValue>(&zeros);
-AttributeMap const * unset_map = as<AttributeMap>(&zeros);
-vxuri::UriReference const * unset_uri = as<vxuri::UriReference>(&zeros);
-AttributeValue const * wild_value = as<AttributeValue>(&garbage);
-AttributeName const * wild_name = as<AttributeName>(&garbage);
-AttributeMap const * wild_map = as<AttributeMap>(&garbage);
-BinaryValue const * wild_binary = as<BinaryValue>(&garbage);
-SecuredValue const * wild_sealed = as<SecuredValue>(&garbage);
-vxserialize::MemoryList const * wild_bytes = as<vxserialize::MemoryList>(&garbage);
-vxcore::ErrorInfo::Ptr const * wild_error = as<vxcore::ErrorInfo::Ptr>(&garbage);
-AttributeValue const * typeless_value = as<AttributeValue>(&value_of_no_type);
 
 void fill() {
     garbage.bytes.fill(0xA5);
