@@ -13,7 +13,7 @@ install(EXPORT vxattributeTargets NAMESPACE vxattribute:: DESTINATION ${package_
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/vxattributeConfig.cmake.in
     ${PROJECT_BINARY_DIR}/vxattributeConfig.cmake INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/vxattributeConfigVersion.cmake
-    COMPATIBILITY SameMajorVersion)
+    COMPATIBILITY SameMinorVersion) # until 1.0, minor versions may break sources
 install(FILES
     ${PROJECT_BINARY_DIR}/vxattributeConfig.cmake
     ${PROJECT_BINARY_DIR}/vxattributeConfigVersion.cmake
