@@ -79,8 +79,8 @@ class VXATTRIBUTE_API AttributeMap : public AttributeMapBase {
 ///     value.set(2);      // wrong: `copy` is changed
 ///     map["a"].set(2);   // right: looking up again clones the shared holder first
 ///
-/// docs/guide/values-and-maps.md says more. A lookup that only reads is better made through a const map, which
-/// never clones.
+/// docs/guide/values-and-maps.md says more. A lookup that only reads is better made through a const
+/// map, which never clones.
 class VXATTRIBUTE_API MutableAttributeMap : public AttributeMapBase {
   public:
     using iterator = Map::iterator;
