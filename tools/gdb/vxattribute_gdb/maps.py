@@ -8,7 +8,7 @@ from .representation import elements
 MAX_HEIGHT = 92  # of an AVL tree whose size is a number of 64 bits
 MAX_SORTED = 1000  # elements; of larger maps the first ones are shown as they are in memory
 MAX_DEPTH = 256  # maps in maps, where the user lets gdb show any depth
-MAX_SEARCHED = 500  # elements in which a map is looked for
+MAX_SEARCHED = 1000  # elements and maps in which a map is looked for
 
 
 def tree_elements(tree):
@@ -49,7 +49,7 @@ def never_ends(holder):
     """True if following the maps in a map would not end in reasonable time: the map is in itself,
     which only overwritten memory can make, or gdb may go deeper than its own stack is made for.
 
-    Searches level by level, up to a number of elements, and ignores what cannot be read.
+    Searches level by level, up to MAX_SEARCHED, and ignores what cannot be read.
     """
     level = [holder]
     seen = set()
@@ -65,7 +65,7 @@ def never_ends(holder):
                         seen.add(int(nested))
                         below.append(nested)
                 searched += 1
-                if searched == MAX_SEARCHED:
+                if searched + len(seen) >= MAX_SEARCHED:
                     return False
         level = below
     return bool(level) and max_depth() > MAX_DEPTH

@@ -1,12 +1,13 @@
 """Printers of the libraries below vxattribute. Each function returns the text of one value."""
 
 from . import times
-from .memory import Broken, counted, hex_dump, limit, plain, pointee, quoted, read, vector
+from .memory import Broken, counted, hex_dump, limit, plain, pointee, quoted, vector
 from .printers import failure_text
 
 
 def uuid(value):
-    digits = read(int(value["m_data"].address), 16).hex()
+    data = value["m_data"]["_M_elems"]  # without an address in what a function has returned
+    digits = bytes(int(data[i]) for i in range(16)).hex()
     return "-".join((digits[:8], digits[8:12], digits[12:16], digits[16:20], digits[20:]))
 
 
@@ -59,7 +60,7 @@ def error_info(value):
             links.append(text)
     except Exception as failure:
         links.append(failure_text(failure))
-    return ", caused by ".join(links)
+    return ", caused by ".join(links) or "null"
 
 
 def error_exception(value):

@@ -8,6 +8,7 @@ from .memory import class_name, counted, hex_dump, plain, pointee, quoted, strin
 from .printers import List, Text, failed
 from .representation import elements
 
+
 class ValueList(List):
     """A value of no elements, or of several."""
 
@@ -55,8 +56,7 @@ def element_text(element):
     if name is None:
         return element.format_string()  # a boolean or a number
     if name.startswith("vxcore::RefCountPtr<"):
-        info = pointee(element)
-        return "null" if info is None else parts.error_info(info)
+        return parts.error_info(pointee(element))
     return TEXTS.get(name, parts.TEXTS.get(name, quoted))(element)
 
 
