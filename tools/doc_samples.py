@@ -14,6 +14,7 @@ from dataclasses import dataclass, field
 COMMENT = re.compile(r"\s*<!-- sample: *(.*)$")
 FENCE = re.compile(r"(\s*)```(\S*)\s*$")
 INCLUDE = re.compile(r"#include .*\n")
+MAIN = re.compile(r"^int main\((.*)\)", re.MULTILINE)
 ROW = re.compile(r"\|[^`|]*\| `(.*?[^\\])`")  # the code in the second cell
 MARK = re.compile(r"continues|declares|rows|output|given:|fails error[.\w]+|not compiled: .+")
 
@@ -37,7 +38,11 @@ class Sample:
         return next((mark[len(word):].strip() for mark in self.marks if mark.startswith(word)), None)
 
     def is_program(self):
-        return re.search(r"^int main\(\)", self.code, re.MULTILINE) is not None
+        return MAIN.search(self.code) is not None
+
+    def parameters(self):
+        """Those of the program's `main`."""
+        return MAIN.search(self.code)[1]
 
 
 @dataclass
@@ -167,17 +172,23 @@ def program(page, sample):
     """The source of a whole program, which includes nothing but what it names."""
     end = max(match.end() for match in INCLUDE.finditer(sample.code))
     head, rest = sample.code[:end], sample.code[end:].rstrip()
-    rest = re.sub(r"^int main\(\)", "int run()", rest, flags=re.MULTILINE)
-    rest = rest.removesuffix("}") + "return 0; }"  # which only a `main` may leave out
-    return (at(page, sample.line, head) + f"namespace {page.name()}_{sample.line} {{\nint run();\n"
+    # Only a `main` may leave out to return 0.
+    if re.search(r"^int main\(.*\) try", rest, re.MULTILINE):
+        rest = re.sub(r"^} catch", "return 0; } catch", rest, count=1, flags=re.MULTILINE)
+    else:
+        rest = rest.removesuffix("}") + "return 0; }"
+    rest = MAIN.sub(r"int run(\1)", rest)
+    declaration = f"int run({sample.parameters()});"
+    return (at(page, sample.line, head) + f"namespace {page.name()}_{sample.line} {{\n{declaration}\n"
             + at(page, sample.line + head.count("\n"), rest) + "\n}\n")
 
 
 def program_test(page, sample):
     name = f"{page.name()}_{sample.line}"
-    call = Sample(sample.line, f"EXPECT_EQ({name}::run(), 0);\n", sample.marks,
+    arguments = "1, doc_samples::arguments" if sample.parameters() else ""
+    call = Sample(sample.line, f"EXPECT_EQ({name}::run({arguments}), 0);\n", sample.marks,
                   output=sample.output, output_line=sample.output_line)
-    return f"namespace {name} {{ int run(); }}\n" + test(page, [call])
+    return f"namespace {name} {{ int run({sample.parameters()}); }}\n" + test(page, [call])
 
 
 def sources(page):

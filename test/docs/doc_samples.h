@@ -19,6 +19,10 @@
 
 namespace doc_samples {
 
+/// What a program is called with: its name.
+inline char programName[] = "program";
+inline char * arguments[] = {programName, nullptr};
+
 /// The text without line feeds at its end.
 inline std::string trimmed(std::string_view text) {
     return std::string(text.substr(0, text.find_last_not_of('\n') + 1));
