@@ -48,6 +48,8 @@ TEST(Difference, SaysWhatChangedAndWhere) {
              Case{R"([{"n":1,"v":1},{"n":2,"v":2},{"n":3,"v":3},{"n":4,"v":4}])",
                   R"([{"n":1,"v":1},{"n":3,"v":9},{"n":4,"v":4},{"m":1}])",
                   "1: {\"n\":2,\"v\":2} -\n2/v > 1/v: 3 9\n4 > 3: - {\"m\":1}\n"},
+             Case{R"([{"n":1},{"x":1},{"n":2}])", R"([{"n":1},{"y":1},{"z":1},{"n":2}])",
+                  "1: {\"x\":1} -\n2 > 1: - {\"y\":1}\n2: - {\"z\":1}\n"},
              Case{R"([{"n":1},{"n":2}])", R"({"n":1})", ": [{\"n\":1},{\"n\":2}] {\"n\":1}\n"},
          }) {
         EXPECT_EQ(lines_of(value_from_json(row.before), value_from_json(row.after)), row.lines)
@@ -192,10 +194,12 @@ TEST(Difference, ComparesByIndexBeyondItsLimits) {
         even.push_back(i);
         odd.push_back(i + 1);
     }
+    even[149'990] = odd[149'990] = -1;
     unsigned int count = 0;
     visit_differences(make_list(std::span<long long const>(even)),
                       make_list(std::span<long long const>(odd)),
                       [&](Difference const & difference) {
+                          count += count == 149'990;
                           EXPECT_EQ(difference.path, std::to_string(count++));
                           EXPECT_TRUE(difference.old_value && difference.new_value);
                       });

@@ -46,24 +46,11 @@ class ListComparison {
     std::vector<ListEdit> run() {
         Range a{0, m_a.size()};
         Range b{0, m_b.size()};
-        if (m_stepsLeft <= 0) {
-            add_gap(a, b);
-            return std::move(m_edits);
+        if (m_stepsLeft > 0) {
+            trim(a, b);
+            align(a, b);
         }
-        trim(a, b);
-        std::vector<unsigned int> const numbers = number_elements(a, b);
-        auto const [ofA, ofB] =
-            std::pair(std::span(numbers).first(a.size()), std::span(numbers).subspan(a.size()));
-        Range gapOfA{a.begin, a.begin};
-        Range gapOfB{b.begin, b.begin};
-        for (CommonRun const & run : common_runs(ofA, ofB, m_stepsLeft)) {
-            gapOfA.end = a.begin + run.a;
-            gapOfB.end = b.begin + run.b;
-            add_gap(gapOfA, gapOfB);
-            gapOfA.begin = gapOfA.end + run.size;
-            gapOfB.begin = gapOfB.end + run.size;
-        }
-        add_gap({gapOfA.begin, a.end}, {gapOfB.begin, b.end});
+        add_gap(a, b);
         return std::move(m_edits);
     }
 
@@ -76,9 +63,32 @@ class ListComparison {
             ++a.begin;
             ++b.begin;
         }
-        while (a.size() != 0 && b.size() != 0 && is_same(a.end - 1, b.end - 1)) {
+        // A single pair has been compared already, which takes long if it holds much.
+        while (a.size() != 0 && b.size() != 0 && !is_single_pair(a, b) &&
+               is_same(a.end - 1, b.end - 1)) {
             --a.end;
             --b.end;
+        }
+    }
+
+    static bool is_single_pair(Range a, Range b) noexcept { return a.size() == 1 && b.size() == 1; }
+
+    /// Adds the edits up to the last run of identical elements, and leaves what follows it.
+    void align(Range & a, Range & b) {
+        if (a.size() == 0 || b.size() == 0 || is_single_pair(a, b)) {
+            return; // the usual cases of one edit need no alignment
+        }
+        Range const wholeA = a;
+        Range const wholeB = b;
+        std::vector<unsigned int> const numbers = number_elements(a, b);
+        auto const ofA = std::span(numbers).first(a.size());
+        auto const ofB = std::span(numbers).subspan(a.size());
+        for (CommonRun const & run : common_runs(ofA, ofB, m_stepsLeft)) {
+            unsigned int const nextOfA = wholeA.begin + run.a;
+            unsigned int const nextOfB = wholeB.begin + run.b;
+            add_gap({a.begin, nextOfA}, {b.begin, nextOfB});
+            a.begin = nextOfA + run.size;
+            b.begin = nextOfB + run.size;
         }
     }
 
