@@ -62,6 +62,10 @@ class Comparison {
 
   private:
     struct Open {
+        template <typename Both>
+        Open(Both opened, Difference const & at)
+            : both(std::move(opened)), oldPathSize(at.old_path.size()), pathSize(at.path.size()) {}
+
         std::variant<OpenMaps, OpenLists> both;
         std::size_t oldPathSize;
         std::size_t pathSize;
@@ -82,19 +86,16 @@ class Comparison {
 
     void open_maps(AttributeMap const & a, AttributeMap const & b) {
         if (!share_holder(a, b)) {
-            open({OpenMaps{sorted_by_name(a), sorted_by_name(b)}});
+            m_open.emplace_back(OpenMaps{sorted_by_name(a), sorted_by_name(b)}, m_difference);
         }
     }
 
     void open_lists(AttributeValue const & a, AttributeValue const & b) {
         long long none = 0;
         bool const isAligned = !impl::holds_maps(a) || m_openLists < maxAlignedDepth;
-        open({OpenLists{a, b, impl::list_edits(a, b, isAligned ? m_stepsLeft : none)}});
+        m_open.emplace_back(OpenLists{a, b, impl::list_edits(a, b, isAligned ? m_stepsLeft : none)},
+                            m_difference);
         ++m_openLists;
-    }
-
-    void open(std::variant<OpenMaps, OpenLists> both) {
-        m_open.push_back({std::move(both), m_difference.old_path.size(), m_difference.path.size()});
     }
 
     /// Compares the values of the next name. False when there is none. It may open maps, so that
